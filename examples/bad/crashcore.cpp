@@ -1,0 +1,3 @@
+int altitude(int minutes) {
+    return 10000 - 500 * minutes;
+}

@@ -1,0 +1,116 @@
+// The life of a ContentValidator, the order of its rules and its verdict.
+#include "pkgvet/content/content_validator.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <filesystem>
+#include <system_error>
+
+#include "pkgvet/content/content_messages.h"
+#include "pkgvet/content/content_validator_private.h"
+#include "pkgvet/package/rpm_meta.h"
+#include "pkgvet/report/logger.h"
+#include "pkgvet/rules/configuration.h"
+
+namespace {
+
+// Neither the environment nor the rule set moves it.
+constexpr char kTemporaryDirectory[] = "/tmp/dir.XXXXXX";
+
+constexpr const char* kNoArch = "noarch";
+
+// A package may hold directories that their owner cannot write to. The superuser removes such a
+// tree as it is, anybody else needs the permissions first.
+void makeRemovable(const std::filesystem::path& root) {
+    using std::filesystem::directory_options;
+    using std::filesystem::perms;
+    std::error_code error;
+    std::filesystem::permissions(root, perms::owner_all, std::filesystem::perm_options::add, error);
+    for (const auto& entry : std::filesystem::directory_iterator(
+             root, directory_options::skip_permission_denied, error)) {
+        if (entry.is_directory(error) && !entry.is_symlink(error)) {
+            makeRemovable(entry.path());
+        }
+    }
+}
+
+void removeTree(const std::filesystem::path& root) {
+    std::error_code error;
+    std::filesystem::remove_all(root, error);
+    if (error) {
+        makeRemovable(root);
+        std::filesystem::remove_all(root);
+    }
+}
+
+}  // namespace
+
+ContentValidator::ContentValidator(const std::string& rpmPath)
+    : d_ptr(std::make_unique<ContentValidatorPrivate>()) {
+    std::string directory = kTemporaryDirectory;
+    if (mkdtemp(directory.data()) == nullptr) {
+        return;
+    }
+    if (extractRpm(directory.c_str(), rpmPath.c_str()) != 0) {
+        // What a broken payload left behind stays: only an empty directory is removed here.
+        rmdir(directory.c_str());
+        return;
+    }
+    d_ptr->tempDir = directory;
+}
+
+ContentValidator::ContentValidator(const Configuration& /*config*/, const RpmMeta& /*meta*/,
+                                   const std::string& rpmPath)
+    : ContentValidator(rpmPath) {}
+
+ContentValidator::ContentValidator(const ContentValidator& other)
+    : d_ptr(std::make_unique<ContentValidatorPrivate>(*other.d_ptr)) {}
+
+ContentValidator& ContentValidator::operator=(ContentValidator&& other) noexcept {
+    d_ptr.swap(other.d_ptr);
+    return *this;
+}
+
+ContentValidator::~ContentValidator() {
+    removeTree(d_ptr->tempDir);
+}
+
+bool ContentValidator::extracted() const {
+    return !d_ptr->tempDir.empty();
+}
+
+// Rules hand results on through the record, so their order is part of the verdict.
+bool ContentValidator::validateContent(const Configuration& config, const RpmMeta& meta) {
+    checkArch(meta);
+    return pkgvet::isAccepted(d_ptr->failures, config.validationEnabled());
+}
+
+bool ContentValidator::validateContent(const Configuration& config, const RpmMeta& meta) const {
+    return const_cast<ContentValidator*>(this)->validateContent(config, meta);
+}
+
+int ContentValidator::removeDir(const char* path, const struct stat* st, int /*typeFlag*/,
+                                struct FTW* /*ftw*/) {
+    return S_ISDIR(st->st_mode) ? rmdir(path) : unlink(path);
+}
+
+bool ContentValidator::binRequired() const {
+    return !d_ptr->qmlOnly && !d_ptr->unwantedBinExists;
+}
+
+bool ContentValidator::isExecutable(const std::string& path) const {
+    struct stat status {};
+    constexpr mode_t kWanted = S_IFREG | S_IXUSR;
+    return stat(path.c_str(), &status) == 0 && (status.st_mode & kWanted) == kWanted;
+}
+
+bool ContentValidator::endsWith(const std::string& text, const std::string& suffix) const {
+    return text.ends_with(suffix);
+}
+
+void ContentValidator::checkArch(const RpmMeta& meta) {
+    if (meta.arch() != kNoArch && d_ptr->qmlOnly && !d_ptr->archSpecificContent) {
+        Logger::log(LogLevel::Warning, {pkgvet::kQmlOnlyShouldBeNoarch});
+    }
+}

@@ -1,0 +1,72 @@
+// Searching text with GLib's regular expressions.
+#pragma once
+
+#include <glib.h>
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "pkgvet/export.h"
+
+struct MatchInfoPrivate;
+
+// One match attempt and what came out of it. It keeps its subject alive, so that it may outlive the
+// text that it was made from. Copies share subject and result, and so belong to one thread at a
+// time. A moved-from object can only be destroyed or assigned to.
+class PKGVET_EXPORT MatchInfo {
+public:
+    // Takes a copy of subject. Bytes in it that are no UTF-8, and NUL bytes, are replaced first, as
+    // GRegex does not check what it is given; groups are then cut from that text.
+    explicit MatchInfo(std::string_view subject);
+    MatchInfo(const MatchInfo& other);
+    MatchInfo(MatchInfo&& other) noexcept;
+    MatchInfo& operator=(const MatchInfo& other);
+    MatchInfo& operator=(MatchInfo&& other) noexcept;
+    ~MatchInfo();
+
+    // Searches the subject for regex, which stays the caller's, and tells whether it was found.
+    // An object can be tried once: a second call, whatever the first gave, is GLib's critical
+    // message and false. Throws std::regex_error (error_complexity) when the engine gave up, since
+    // that is no answer.
+    bool match(GRegex* regex, GRegexMatchFlags flags);
+
+    // The text of a capture group, 0 being the whole match. Empty when the group did not take part,
+    // does not exist or nothing matched; a value of "" is a group that matched the empty text.
+    std::optional<std::string> fetch(int matchNum) const;
+    std::optional<std::string> fetchNamed(std::string_view name) const;
+
+private:
+    std::unique_ptr<MatchInfoPrivate> d_ptr;
+};
+
+// One compiled pattern, made once at the start of a rule and tried on many texts. It matches
+// anywhere in a text unless it anchors itself. A pattern that does not compile is kept as none:
+// nothing is thrown, and every match fails with GLib's critical message.
+//
+// All texts that go in as patterns are read up to their terminating NUL.
+class PKGVET_EXPORT Regex {
+public:
+    Regex(std::string_view pattern, GRegexCompileFlags compileFlags, GRegexMatchFlags matchFlags);
+    Regex(const Regex&) = delete;
+    Regex(Regex&&) = delete;
+    Regex& operator=(const Regex&) = delete;
+    Regex& operator=(Regex&&) = delete;
+    ~Regex();
+
+    // A value when the pattern was found in subject. Throws as MatchInfo::match does.
+    std::optional<MatchInfo> match(
+        std::string_view subject, GRegexMatchFlags flags = static_cast<GRegexMatchFlags>(0)) const;
+
+    // Compiles and searches in one go. Throws as MatchInfo::match does.
+    static bool matchSimple(std::string_view pattern, std::string_view subject,
+                            GRegexCompileFlags compileFlags, GRegexMatchFlags matchFlags);
+
+    // text with each special character quoted, so that it stands for itself in a pattern. Throws
+    // std::logic_error for a null text.
+    static std::string escape(std::string_view text);
+
+private:
+    GRegex* regex_;
+};
