@@ -7,7 +7,7 @@
 #include "pkgvet/export.h"
 
 // The values are fixed, and their order is not the order of gravity.
-enum class LogLevel : unsigned {
+enum class LogLevel {
     Warning = 0,   // a finding that does not fail the package
     Error = 1,     // a rule violation
     Critical = 2,  // the gravest violation: it fails the package even with validation switched off

@@ -3,7 +3,7 @@
 
 // A named rule set. The values index the "profiles" array of the configuration file, so they are
 // part of its format.
-enum class Profiles : unsigned {
+enum class Profiles {
     Regular = 0,
     Extended = 1,
     Mdm = 2,
