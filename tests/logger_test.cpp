@@ -84,7 +84,7 @@ TEST(Logger, PiecesAreWrittenByTheirLength) {
     CapturedLog log;
     Logger::log(LogLevel::Error,
                 {std::string_view(unterminated, 2), std::string_view("x\0y", 3)});
-    EXPECT_EQ(log.text(), std::string("(ERROR)\t\tabx\0y\n", 14));
+    EXPECT_EQ(log.text(), std::string("(ERROR)\t\tabx\0y\n", 15));
 }
 
 TEST(Logger, LineFeedInAPieceIsWrittenAsItStands) {
