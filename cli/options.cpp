@@ -38,6 +38,7 @@ void addChoice(CLI::App* command, const std::string& option, const Names<Value>&
             option, [&names, value](const std::string& name) { *value = names.at(name); },
             description)
         ->type_name(typeName)
+        ->take_last()
         ->check(CLI::IsMember(&names).description(""));
 }
 
