@@ -45,25 +45,33 @@ bool isUsable(const std::string& rules, Profiles profile) {
     return faults.empty();
 }
 
-int statusOf(const Judgement& judgement) {
-    if (!judgement.judged()) {
+int statusOf(const PackageReport& package) {
+    if (!package.judged()) {
         return kNotJudged;
     }
-    return judgement.accepted() ? kAccepted : kRejected;
+    return package.passes() ? kAccepted : kRejected;
 }
 
-int judgeAll(const CheckOptions& options, const Configuration& configuration) {
+void complain(const PackageReport& package) {
+    std::cerr << kProgram << printable(package.path)
+              << ": could not be judged: " << printable(package.cause);
+    if (!package.lastWords.empty()) {
+        std::cerr << ": " << printable(package.lastWords);
+    }
+    std::cerr << '\n';
+}
+
+int judgeAll(const CheckOptions& options, const std::vector<Configuration>& configurations) {
     RpmSession rpm;
     TextReport report(std::cout, {wantsColor(options.color), options.quiet});
     int status = kAccepted;
-    for (const std::string& package : options.packages) {
-        const Judgement judgement = judge(package, configuration, &rpm);
-        report.add(judgement);
-        if (!judgement.judged()) {
-            std::cerr << kProgram << printable(package) << ": could not be judged: "
-                      << printable(judgement.cause) << '\n';
+    for (const std::string& path : options.packages) {
+        const PackageReport package = judge(path, configurations, &rpm);
+        report.add(package);
+        if (!package.judged()) {
+            complain(package);
         }
-        status = std::max(status, statusOf(judgement));
+        status = std::max(status, statusOf(package));
     }
     report.finish();
     return status;
@@ -76,11 +84,13 @@ int check(const CheckOptions& options) {
     if (!isUsable(rules, options.profile)) {
         return kUsageError;
     }
-    const Configuration configuration(rules, options.profile);
+    const std::vector<Configuration> configurations = {Configuration(rules, options.profile)};
     if (options.validation != ValidationMode::Auto) {
-        configuration.setValidationEnabled(options.validation == ValidationMode::On);
+        for (const Configuration& configuration : configurations) {
+            configuration.setValidationEnabled(options.validation == ValidationMode::On);
+        }
     }
-    const int status = judgeAll(options, configuration);
+    const int status = judgeAll(options, configurations);
     if (!std::cout) {
         std::cerr << kProgram << "cannot write to standard output\n";
         return kNotJudged;

@@ -10,13 +10,16 @@
 #include <exception>
 #include <iostream>
 #include <memory>
-#include <regex>
+#include <utility>
 
+#include "cli/catalogue.h"
+#include "cli/finding_capture.h"
 #include "cli/quiet_descriptor.h"
 #include "cli/safe_path.h"
 #include "pkgvet/content/content_validator.h"
 #include "pkgvet/meta/meta_validator.h"
 #include "pkgvet/package/rpm_meta.h"
+#include "pkgvet/rules/configuration.h"
 
 namespace pkgvet::cli {
 
@@ -57,49 +60,71 @@ std::string unreadable(const std::string& message, const std::string& path) {
                            : std::string(kNotAPackage) + ": " + withoutPath(message, path);
 }
 
-void judgeContent(const std::string& path, const Configuration& configuration, const RpmMeta& meta,
-                  const QuietDescriptor& quiet, Judgement* result) {
-    ContentValidator content(path);
-    if (!content.extracted()) {
-        // Its rules would look at the files of this machine under the package's names.
-        const std::string said = quiet.lastLine();
-        result->cause = said.empty() ? kNotUnpacked : kNotUnpacked + (": " + said);
-        return;
+// Rules remember what they found, so that each configuration has a validator of its own. They share
+// one tree, which goes with the first of them: none may be destroyed before the last has judged.
+void judgeContent(const ContentValidator& unpacked,
+                  const std::vector<Configuration>& configurations, const RpmMeta& meta,
+                  FindingCapture* capture, PackageReport* report) {
+    const std::vector<ContentValidator> validators(configurations.size(), unpacked);
+    for (std::size_t i = 0; i < configurations.size(); ++i) {
+        Judgement judgement;
+        judgement.profile = configurations[i].name();
+        judgement.metaAccepted = MetaValidator().validateMeta(configurations[i], meta);
+        judgement.contentAccepted = validators[i].validateContent(configurations[i], meta);
+        judgement.passes = judgement.accepted();
+        for (const LogLine& line : capture->take()) {
+            judgement.findings.push_back(identify(line));
+        }
+        report->judgements.push_back(std::move(judgement));
     }
-    result->contentAccepted = content.validateContent(configuration, meta);
 }
 
-void judgeReadable(const std::string& path, const Configuration& configuration, RpmSession* rpm,
-                   const QuietDescriptor& quiet, Judgement* result) {
+void describe(const RpmMeta& meta, PackageReport* report) {
+    report->name = meta.name();
+    report->version = meta.version();
+    report->release = meta.release();
+    report->arch = meta.arch();
+}
+
+void judgeReadable(const std::string& path, const std::vector<Configuration>& configurations,
+                   RpmSession* rpm, FindingCapture* capture, PackageReport* report) {
+    const QuietDescriptor quiet;
     const RpmMeta meta(path.c_str(), rpm->transactions());
     const std::string message = rpm->takeMessage();
     if (meta.name().empty()) {
-        result->cause = unreadable(message, path);
+        report->cause = unreadable(message, path);
         return;
     }
-    result->metaAccepted = MetaValidator().validateMeta(configuration, meta);
-    judgeContent(path, configuration, meta, quiet, result);
+    describe(meta, report);
+    const ContentValidator content(path);
+    if (!content.extracted()) {
+        // Its rules would look at the files of this machine under the package's names.
+        report->cause = kNotUnpacked;
+        report->lastWords = quiet.lastLine();
+        return;
+    }
+    judgeContent(content, configurations, meta, capture, report);
 }
 
 }  // namespace
 
-Judgement judge(const std::string& path, const Configuration& configuration, RpmSession* rpm) {
-    Judgement result;
-    result.package = path;
-    const std::string resolved = resolve(path, &result.cause);
-    if (!result.judged()) {
-        return result;
+PackageReport judge(const std::string& path, const std::vector<Configuration>& configurations,
+                    RpmSession* rpm) {
+    PackageReport report;
+    report.path = path;
+    const std::string resolved = resolve(path, &report.cause);
+    if (!report.judged()) {
+        return report;
     }
     try {
         FindingCapture capture(std::cerr);
-        const QuietDescriptor quiet;
         const SafePath safe(resolved);
-        judgeReadable(safe.path(), configuration, rpm, quiet, &result);
-        result.findings = capture.take();
+        judgeReadable(safe.path(), configurations, rpm, &capture, &report);
     } catch (const std::exception& error) {
-        result.cause = std::string(kRuleFailed) + error.what();
+        report.judgements.clear();
+        report.cause = std::string(kRuleFailed) + error.what();
     }
-    return result;
+    return report;
 }
 
 }  // namespace pkgvet::cli

@@ -42,16 +42,18 @@ std::size_t countOf(const Judgement& judgement, Severity least, Severity most) {
 
 }  // namespace
 
-void TextReport::add(const Judgement& judgement) {
-    if (!judgement.judged()) {
+void TextReport::add(const PackageReport& package) {
+    if (!package.judged()) {
         ++notJudged_;
         return;
     }
-    ++(judgement.accepted() ? accepted_ : rejected_);
-    if (!style_.quiet) {
-        writeFindings(judgement);
+    ++(package.passes() ? accepted_ : rejected_);
+    for (const Judgement& judgement : package.judgements) {
+        if (!style_.quiet) {
+            writeFindings(package, judgement);
+        }
+        writeVerdict(package, judgement);
     }
-    writeVerdict(judgement);
 }
 
 void TextReport::finish() {
@@ -60,11 +62,11 @@ void TextReport::finish() {
     stream_.flush();
 }
 
-void TextReport::writeFindings(const Judgement& judgement) {
+void TextReport::writeFindings(const PackageReport& package, const Judgement& judgement) {
     if (judgement.findings.empty()) {
         return;
     }
-    stream_ << printable(judgement.package) << '\n';
+    stream_ << printable(package.path) << '\n';
     for (const Finding& finding : judgement.findings) {
         const std::string_view name = severityName(finding.severity);
         const std::string padding(kSeverityWidth - name.size(), ' ');
@@ -74,12 +76,12 @@ void TextReport::writeFindings(const Judgement& judgement) {
     }
 }
 
-void TextReport::writeVerdict(const Judgement& judgement) {
+void TextReport::writeVerdict(const PackageReport& package, const Judgement& judgement) {
     const std::size_t errors = countOf(judgement, Severity::Error, Severity::Critical);
     const std::size_t warnings = countOf(judgement, Severity::Warning, Severity::Warning);
-    stream_ << printable(judgement.package) << ": "
-            << (judgement.accepted() ? painted("accepted", kGreen, style_.color)
-                                     : painted("rejected", kRed, style_.color));
+    stream_ << printable(package.path) << ": "
+            << (judgement.passes ? painted("accepted", kGreen, style_.color)
+                                 : painted("rejected", kRed, style_.color));
     if (errors + warnings > 0) {
         stream_ << " (" << counted(errors, "error") << ", " << counted(warnings, "warning") << ")";
     }

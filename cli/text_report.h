@@ -3,7 +3,7 @@
 
 #include <ostream>
 
-#include "cli/judge.h"
+#include "cli/model.h"
 
 namespace pkgvet::cli {
 
@@ -18,12 +18,12 @@ class TextReport {
 public:
     TextReport(std::ostream& stream, TextStyle style) : stream_(stream), style_(style) {}
 
-    void add(const Judgement& judgement);
+    void add(const PackageReport& package);
     void finish();
 
 private:
-    void writeFindings(const Judgement& judgement);
-    void writeVerdict(const Judgement& judgement);
+    void writeFindings(const PackageReport& package, const Judgement& judgement);
+    void writeVerdict(const PackageReport& package, const Judgement& judgement);
 
     std::ostream& stream_;
     TextStyle style_;

@@ -1,29 +1,27 @@
-// Findings as the library writes them, taken back from its lines.
+// The library's lines, caught piece by piece.
 #pragma once
 
 #include <ostream>
 #include <streambuf>
 #include <string>
-#include <string_view>
 #include <vector>
+
+#include "cli/model.h"
 
 namespace pkgvet::cli {
 
-enum class Severity { Info, Warning, Error, Critical };
+// One line of the library in the pieces of which it was composed. They say which of its words are
+// the rule's own and which came out of the package, so that no name can pass for a message.
+struct LogLine {
+    Severity severity = Severity::Info;
+    std::vector<std::string> pieces;
 
-struct Finding {
-    Severity severity;
-    std::string message;  // the library's line without its label; may hold line feeds
+    std::string text() const;
 };
 
-// The finding that one line of the library tells. A line without a label is a remark.
-Finding parseFinding(std::string_view line);
-
-std::string_view severityName(Severity severity);
-
-// While it lives, what goes to a stream is gathered as findings and not shown. The library flushes
-// once at the end of each line and not in between, so that a name with a line feed in it, chosen by
-// the package, cannot pass for two findings.
+// While it lives, what goes to a stream is gathered as lines and not shown. The library writes each
+// piece in one go and flushes once, at the end of a line, so that a line feed in a name makes no
+// second line. A line without a label is a remark of one or more pieces.
 class FindingCapture {
 public:
     explicit FindingCapture(std::ostream& stream);
@@ -33,13 +31,13 @@ public:
     FindingCapture& operator=(FindingCapture&&) = delete;
     ~FindingCapture();
 
-    // The findings so far, which are handed over.
-    std::vector<Finding> take();
+    // The lines since the last call, which are handed over.
+    std::vector<LogLine> take();
 
 private:
     class Buffer : public std::streambuf {
     public:
-        std::vector<Finding> findings;
+        std::vector<LogLine> lines;
 
     protected:
         int_type overflow(int_type character) override;
@@ -47,7 +45,7 @@ private:
         int sync() override;
 
     private:
-        std::string line_;
+        std::vector<std::string> pieces_;
     };
 
     std::ostream& stream_;
