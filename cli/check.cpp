@@ -39,10 +39,14 @@ void reportFault(const Fault& fault) {
     std::cerr << printable(fault.cause) << '\n';
 }
 
-bool isUsable(const std::string& rules, Profiles profile) {
-    const std::vector<Fault> faults = checkRuleTree(rules, profile);
-    std::for_each(faults.begin(), faults.end(), reportFault);
-    return faults.empty();
+bool isUsable(const std::string& rules, const std::vector<Profiles>& profiles) {
+    std::size_t count = 0;
+    for (const Profiles profile : profiles) {
+        const std::vector<Fault> faults = checkRuleTree(rules, profile);
+        std::for_each(faults.begin(), faults.end(), reportFault);
+        count += faults.size();
+    }
+    return count == 0;
 }
 
 int statusOf(const PackageReport& package) {
@@ -65,7 +69,7 @@ int judgeAll(const CheckOptions& options, const std::vector<Configuration>& conf
     RpmSession rpm;
     TextReport report(std::cout, {wantsColor(options.color), options.quiet});
     int status = kAccepted;
-    for (const std::string& path : options.packages) {
+    for (const std::string& path : options.paths) {
         const PackageReport package = judge(path, configurations, &rpm);
         report.add(package);
         if (!package.judged()) {
@@ -81,10 +85,13 @@ int judgeAll(const CheckOptions& options, const std::vector<Configuration>& conf
 
 int check(const CheckOptions& options) {
     const std::string rules = options.rules.empty() ? defaultRules() : options.rules;
-    if (!isUsable(rules, options.profile)) {
+    if (!isUsable(rules, options.profiles)) {
         return kUsageError;
     }
-    const std::vector<Configuration> configurations = {Configuration(rules, options.profile)};
+    std::vector<Configuration> configurations;
+    for (const Profiles profile : options.profiles) {
+        configurations.emplace_back(rules, profile);
+    }
     if (options.validation != ValidationMode::Auto) {
         for (const Configuration& configuration : configurations) {
             configuration.setValidationEnabled(options.validation == ValidationMode::On);

@@ -1,17 +1,35 @@
 // The program pkgvet.
 #include <exception>
 #include <iostream>
+#include <stdexcept>
 
 #include "cli/check.h"
 #include "cli/exit_status.h"
 #include "cli/options.h"
+
+namespace {
+
+int run(const pkgvet::cli::Options& options) {
+    using pkgvet::cli::Command;
+    switch (options.command) {
+        case Command::Check:
+            return check(options.check);
+        case Command::Explain:
+        case Command::Rules:
+        case Command::Worker:
+            break;
+    }
+    throw std::logic_error("not there yet");
+}
+
+}  // namespace
 
 int main(int argc, char** argv) {
     using namespace pkgvet::cli;
     try {
         int exitStatus = kUsageError;
         const auto options = parseCommandLine(argc, argv, &exitStatus);
-        return options ? check(*options) : exitStatus;
+        return options ? run(*options) : exitStatus;
     } catch (const std::exception& error) {
         std::cerr << "pkgvet: " << error.what() << '\n';
         return kNotJudged;
