@@ -1,0 +1,37 @@
+#include "tests/support/desktop_file.h"
+
+#include <map>
+
+#include "tests/support/package_builder.h"
+#include "tests/support/rule_tree.h"
+#include "tests/support/temporary_directory.h"
+
+DesktopEntry desktopEntry(const std::string& content) {
+    const TemporaryDirectory directory;
+    return DesktopEntry(directory.write("application.desktop", content));
+}
+
+const RpmMeta& packageHeader(const std::string& name) {
+    static std::map<std::string, RpmMeta> headers;
+    const auto known = headers.find(name);
+    if (known != headers.end()) {
+        return known->second;
+    }
+    const TemporaryDirectory directory;
+    const std::string package = PackageBuilder(name)
+                                    .file("/usr/share/applications/" + name + ".desktop", "")
+                                    .build(directory);
+    return headers.emplace(name, RpmMeta(package.c_str())).first->second;
+}
+
+const Configuration& rulesNamed(const std::string& name) {
+    static std::map<std::string, Configuration> rules;
+    const auto known = rules.find(name);
+    if (known != rules.end()) {
+        return known->second;
+    }
+    RuleTree tree;
+    tree.regular().name = name;
+    tree.regular().permissions = {"Internet", "Location"};
+    return rules.emplace(name, load(tree)).first->second;
+}
