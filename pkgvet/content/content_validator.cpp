@@ -9,6 +9,7 @@
 
 #include "pkgvet/content/content_messages.h"
 #include "pkgvet/content/content_validator_private.h"
+#include "pkgvet/desktop/desktop_entry.h"
 #include "pkgvet/package/rpm_meta.h"
 #include "pkgvet/report/logger.h"
 #include "pkgvet/rules/configuration.h"
@@ -17,6 +18,8 @@ namespace {
 
 // Neither the environment nor the rule set moves it.
 constexpr char kTemporaryDirectory[] = "/tmp/dir.XXXXXX";
+
+constexpr const char* kDesktopSuffix = ".desktop";
 
 constexpr const char* kNoArch = "noarch";
 
@@ -82,6 +85,14 @@ bool ContentValidator::extracted() const {
 
 // Rules hand results on through the record, so their order is part of the verdict.
 bool ContentValidator::validateContent(const Configuration& config, const RpmMeta& meta) {
+    const std::string desktopPath = config.desktopDir() + meta.name() + kDesktopSuffix;
+    checkDesktop(config, meta, desktopPath);
+    if (d_ptr->desktop) {
+        const DesktopEntry entry(d_ptr->tempDir + desktopPath);
+        processDesktopFile(meta, entry);
+        processPinfold(config, meta, entry, d_ptr->tempDir);
+        processBackgroundTasks(meta, entry);
+    }
     checkArch(meta);
     return pkgvet::isAccepted(d_ptr->failures, config.validationEnabled());
 }
