@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <filesystem>
+#include <string>
 #include <system_error>
 
 #include "pkgvet/content/content_messages.h"
@@ -85,6 +86,7 @@ bool ContentValidator::extracted() const {
 
 // Rules hand results on through the record, so their order is part of the verdict.
 bool ContentValidator::validateContent(const Configuration& config, const RpmMeta& meta) {
+    const std::string mainBinaryPath = d_ptr->tempDir + config.binDir() + meta.name();
     const std::string desktopPath = config.desktopDir() + meta.name() + kDesktopSuffix;
     checkDesktop(config, meta, desktopPath);
     if (d_ptr->desktop) {
@@ -93,7 +95,12 @@ bool ContentValidator::validateContent(const Configuration& config, const RpmMet
         processPinfold(config, meta, entry, d_ptr->tempDir);
         processBackgroundTasks(meta, entry);
     }
+    checkExecutables(config, meta, d_ptr->tempDir);
+    checkLibraries(config, meta, mainBinaryPath);
+    checkRpath(meta, mainBinaryPath);
     checkArch(meta);
+    processLiblumbraapp(meta);
+    processElfTabs(mainBinaryPath);
     return pkgvet::isAccepted(d_ptr->failures, config.validationEnabled());
 }
 

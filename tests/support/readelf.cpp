@@ -2,14 +2,20 @@
 
 #include <sstream>
 #include <stdexcept>
+#include <string_view>
 
 #include "tests/support/package_builder.h"
 
 namespace {
 
+constexpr std::string_view kUnknownBinding = "<OS specific>: ";
+
 // "     5: 0000000000000000     0 FUNC    GLOBAL DEFAULT  UND puts@GLIBC_2.2.5 (2)": the name is
-// the eighth word, behind a word of its own where visibility has a remark.
-void addSymbol(const std::string& line, std::vector<std::string>& symbols) {
+// the eighth word, unless there are remarks in front of it.
+void addSymbol(std::string line, std::vector<std::string>& symbols) {
+    if (const std::size_t binding = line.find(kUnknownBinding); binding != std::string::npos) {
+        line.erase(binding, kUnknownBinding.size());
+    }
     std::istringstream words(line);
     std::string number, value, size, type, binding, visibility, index, name;
     words >> number >> value >> size >> type >> binding >> visibility >> index;
@@ -24,9 +30,9 @@ void addSymbol(const std::string& line, std::vector<std::string>& symbols) {
 
 bool isSymbol(const std::string& line) {
     const std::size_t begin = line.find_first_not_of(' ');
-    const std::size_t colon = line.find(':');
-    return begin != std::string::npos && begin > 0 && colon != std::string::npos &&
-           line.find_first_not_of("0123456789", begin) == colon;
+    const std::size_t end = line.find_first_not_of("0123456789", begin);
+    return begin != std::string::npos && end != begin && end != std::string::npos &&
+           line[end] == ':';
 }
 
 std::string bracketed(const std::string& line) {

@@ -25,7 +25,7 @@ void makeRemovable(const fs::path& root) {
 }  // namespace
 
 TemporaryDirectory::TemporaryDirectory() {
-    std::string name = fs::temp_directory_path() / "pkgvet-test.XXXXXX";
+    std::string name = fs::temp_directory_path() / "pkgvet-test-XXXXXX";
     if (mkdtemp(name.data()) == nullptr) {
         throw std::runtime_error("cannot make " + name);
     }

@@ -1,0 +1,221 @@
+// The rule on the run path of the main binary.
+#include <gmock/gmock.h>
+
+#include "pkgvet/content/content_validator.h"
+#include "pkgvet/elf/elf_reader.h"
+#include "tests/support/captured_log.h"
+#include "tests/support/compiled_elf.h"
+#include "tests/support/elf_image.h"
+#include "tests/support/validator_record.h"
+
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+const std::string kWarning = warningLine("[rpath] The rpath in binary is empty");
+const std::string kNotAllowed = errorLine("[rpath] This rpath in binary is not allowed");
+const std::string kMissing = errorLine("[rpath] Rpath is missing where it is mandatory");
+
+std::string imageWith(const std::string& entry) {
+    return elfImage("elf 64 little\nsection strtab\nsection dynamic link=1\n" + entry);
+}
+
+class Rpath : public testing::Test {
+protected:
+    static void SetUpTestSuite() { meta_ = new RpmMeta(metaOf(PackageBuilder("foo"))); }
+    static void TearDownTestSuite() {
+        delete meta_;
+        meta_ = nullptr;
+    }
+
+    // The lines for a main binary with this dynamic entry, none if it is empty.
+    std::vector<std::string> check(const std::string& entry) {
+        const CapturedLog log;
+        validator_.checkRpath(*meta_, directory_.write("binary", imageWith(entry)));
+        return log.lines();
+    }
+
+    ContentValidatorPrivate& record() { return recordOf(validator_); }
+
+    static const RpmMeta* meta_;
+    TemporaryDirectory directory_;
+    ContentValidator validator_{std::string()};
+};
+
+const RpmMeta* Rpath::meta_ = nullptr;
+
+TEST_F(Rpath, PathsThatPassAndPathsThatFail) {
+    struct Case {
+        const char* rpath;
+        bool passes;
+    };
+    const Case cases[] = {
+        // The package's own directories and what is below them.
+        {"$ORIGIN/../share/foo/lib", true},
+        {"$ORIGIN/../share/foo/lib/", true},
+        {"$ORIGIN/../share/foo/lib/sub", true},
+        {"$ORIGIN/../share/foo/lib/../../..", true},
+        {"$ORIGIN/../share/foo/libs", false},
+        {"$ORIGIN/../share/foo", false},
+        {"${ORIGIN}/../share/foo/lib", false},
+        {"/usr/share/foo/lib", true},
+        {"/usr/share/foo/lib/qt", true},
+        {"/usr/share/foo/libs", true},
+        {"/usr/share/foo/libs/x", true},
+        {"/usr/share/foo/libfoo", false},
+        {"/usr/share/foo/libss", false},
+        {"/usr/share/foo/li", false},
+        {"/usr/share/FOO/lib", false},
+        {"/usr/share/bar/lib", false},
+        {"//usr/share/foo/lib", false},
+        {"/usr/lib/3rdparty/foo", true},
+        {"/usr/lib/3rdparty/foo/bar", true},
+        {"/usr/lib/3rdparty/other", true},
+        // Directories of the system.
+        {"/usr/lib", false},
+        {"/usr/lib/", true},
+        {"/usr/lib64", false},
+        {"/usr/lib64/", true},
+        {"/usr/lib64/x", true},
+        {"/usr/lib32/x", false},
+        {"/usr/libx/y", false},
+        {"//usr/lib/x", true},
+        {"////usr/lib64/x", true},
+        {"/usr//lib/x", false},
+        {"/usr/lib//x", true},
+        {"/usr/lib/../../etc", true},
+        {"usr/lib/x", false},
+        {"$ORIGIN/usr/lib/x", false},
+        {"/", false},
+        {"/opt/x", false},
+        // Several of them: a fold.
+        {"/usr/share/foo/lib:/usr/lib/3rdparty/foo", true},
+        {"/usr/share/foo/lib:/usr/lib/y", true},
+        {"/opt/x:/usr/lib/y", true},
+        {"/opt/x:/usr/lib64/y", true},
+        {"/opt/x:/usr/share/foo/lib", false},
+        {"/opt/x:/usr/lib/3rdparty/foo", true},
+        {"/usr/lib/y:/opt/x", false},
+        {"/opt/x:/usr/lib/y:/usr/share/foo/lib", true},
+        {"/opt/x:/usr/share/foo/lib:/usr/lib/y", true},
+        // Empty ones count, but not behind the last separator.
+        {"/usr/lib/a:", true},
+        {"/usr/lib/a::", false},
+        {"/usr/lib/a::/usr/lib/b", true},
+        {":/usr/lib/a", true},
+        {":/usr/share/foo/lib", false},
+        {":", false},
+        {"::", false},
+    };
+    for (const Case& test : cases) {
+        SCOPED_TRACE(test.rpath);
+        record() = ContentValidatorPrivate();
+        const std::vector<std::string> lines = check(std::string("rpath ") + test.rpath);
+        EXPECT_EQ(lines, test.passes ? std::vector<std::string>() : std::vector{kNotAllowed});
+        EXPECT_TRUE(validator_.rpathExists());
+        EXPECT_EQ(validator_.rpathStatus(), test.passes);
+        EXPECT_EQ(record().failures, test.passes ? 0U : pkgvet::kViolation);
+    }
+}
+
+TEST_F(Rpath, EachOutcome) {
+    struct Case {
+        const char* name;
+        bool qmlOnly;
+        std::string entry;
+        bool linksPrivateLibrary;
+        bool exists;
+        bool status;
+        std::vector<std::string> lines;
+    };
+    const Case cases[] = {
+        {"QML, none", true, "", false, false, false, {}},
+        {"QML, none, with a library", true, "", true, false, false, {}},
+        {"QML, passes", true, "rpath /usr/lib/x", true, true, true, {}},
+        {"QML, fails", true, "rpath /opt", true, true, false, {}},
+        {"none", false, "", false, false, true, {kWarning}},
+        {"none, with a library", false, "", true, false, false, {kWarning, kMissing}},
+        {"passes", false, "rpath /usr/lib/x", false, true, true, {}},
+        {"passes, with a library", false, "rpath /usr/lib/x", true, true, true, {}},
+        {"fails", false, "rpath /opt", false, true, false, {kNotAllowed}},
+        {"fails, with a library", false, "rpath /opt", true, true, false, {kNotAllowed}},
+        {"new kind", false, "runpath /opt", false, false, true, {kWarning}},
+        {"new kind, with a library",
+         false,
+         "runpath /opt",
+         true,
+         false,
+         false,
+         {kWarning, kMissing}},
+    };
+    for (const Case& test : cases) {
+        SCOPED_TRACE(test.name);
+        record() = ContentValidatorPrivate();
+        record().qmlOnly = test.qmlOnly;
+        record().linksPrivateLibrary = test.linksPrivateLibrary;
+        EXPECT_EQ(check(test.entry), test.lines);
+        EXPECT_EQ(validator_.rpathExists(), test.exists);
+        EXPECT_EQ(validator_.rpathStatus(), test.status);
+        const bool hasError = !test.lines.empty() && test.lines.back() != kWarning;
+        EXPECT_EQ(record().failures, hasError ? pkgvet::kViolation : 0U);
+    }
+}
+
+TEST_F(Rpath, StatusOfAnEmptyOneStaysInQmlPackages) {
+    record().qmlOnly = true;
+    record().rpathStatus = true;
+    EXPECT_THAT(check(""), IsEmpty());
+    EXPECT_TRUE(validator_.rpathStatus());
+}
+
+TEST_F(Rpath, WhatWasFoundOnceIsNotForgotten) {
+    EXPECT_THAT(check("rpath /usr/lib/x"), IsEmpty());
+    EXPECT_THAT(check(""), IsEmpty());
+    EXPECT_TRUE(validator_.rpathExists());
+}
+
+TEST_F(Rpath, MissingMainBinaryHasAnEmptyOne) {
+    const CapturedLog log;
+    validator_.checkRpath(*meta_, directory_ / "missing");
+    validator_.checkRpath(*meta_, directory_.write("script", "#!/bin/sh\n"));
+    EXPECT_THAT(log.lines(), ElementsAre(kWarning, kWarning));
+    EXPECT_EQ(record().failures, 0U);
+}
+
+TEST_F(Rpath, IsEmptyWhenThereIsNoneOfTheOldKind) {
+    const auto isEmpty = [this](const std::string& entry) {
+        const std::string path = directory_.write("binary", imageWith(entry));
+        return validator_.isRpathEmpty(ElfReader(path.c_str()));
+    };
+    EXPECT_TRUE(isEmpty(""));
+    EXPECT_TRUE(isEmpty("runpath /usr/lib/x"));
+    EXPECT_FALSE(isEmpty("rpath :"));
+}
+
+TEST_F(Rpath, NameOfThePackageIsNoPattern) {
+    const RpmMeta meta = metaOf(PackageBuilder("org.foo+"));
+    const CapturedLog log;
+    validator_.checkRpath(
+        meta, directory_.write("good", imageWith("rpath $ORIGIN/../share/org.foo+/lib")));
+    EXPECT_THAT(log.lines(), IsEmpty());
+    validator_.checkRpath(meta,
+                          directory_.write("bad", imageWith("rpath $ORIGIN/../share/orgxfoo/lib")));
+    EXPECT_THAT(log.lines(), ElementsAre(kNotAllowed));
+}
+
+TEST_F(Rpath, LinkerWritesBothKinds) {
+    const char* const program = "int main() {}\n";
+    const std::string old = compileElf(directory_, "old", program,
+                                       {"-Wl,--disable-new-dtags,-rpath,/usr/share/foo/lib"});
+    const std::string young =
+        compileElf(directory_, "new", program, {"-Wl,--enable-new-dtags,-rpath,/opt/x"});
+    const CapturedLog log;
+    validator_.checkRpath(*meta_, old);
+    EXPECT_THAT(log.lines(), IsEmpty());
+    ContentValidator other{std::string()};
+    other.checkRpath(*meta_, young);
+    EXPECT_THAT(log.lines(), ElementsAre(kWarning));
+}
+
+}  // namespace
