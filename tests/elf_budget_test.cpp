@@ -9,7 +9,7 @@ namespace {
 
 using pkgvet::ElfBudget;
 
-constexpr std::uint64_t kMebibyte = 1024 * 1024;
+constexpr std::uint64_t kMebibyte = std::uint64_t{1} << 20U;
 constexpr std::uint64_t kHuge = std::numeric_limits<std::uint64_t>::max();
 
 TEST(ElfBudget, GrowsWithTheFileUpToACeiling) {

@@ -29,7 +29,7 @@ public:
     bool spendEntry(std::uint64_t nameSize) { return spend(sizeof(std::string) + nameSize); }
 
 private:
-    static constexpr std::uint64_t kMebibyte = 1024 * 1024;
+    static constexpr std::uint64_t kMebibyte = std::uint64_t{1} << 20U;
     static constexpr std::uint64_t kLeast = kMebibyte;
     static constexpr std::uint64_t kMost = 512 * kMebibyte;
     static constexpr std::uint64_t kTimesFileSize = 16;

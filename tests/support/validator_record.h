@@ -2,7 +2,6 @@
 #pragma once
 
 #include <memory>
-#include <type_traits>
 
 #include "pkgvet/content/content_validator.h"
 #include "pkgvet/content/content_validator_private.h"
@@ -12,7 +11,6 @@
 // The record of a validator, so that a rule can be tested without the rules that it builds on and
 // in what no accessor tells. The pointer to it is the only member of the class.
 inline ContentValidatorPrivate& recordOf(ContentValidator& validator) {
-    static_assert(std::is_standard_layout_v<ContentValidator>);
     static_assert(sizeof(ContentValidator) == sizeof(std::unique_ptr<ContentValidatorPrivate>));
     return **reinterpret_cast<std::unique_ptr<ContentValidatorPrivate>*>(&validator);
 }
