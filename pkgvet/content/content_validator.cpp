@@ -22,7 +22,26 @@ constexpr char kTemporaryDirectory[] = "/tmp/dir.XXXXXX";
 
 constexpr const char* kDesktopSuffix = ".desktop";
 
+// What an executable that is a shared object has somewhere in its path on disk.
+constexpr const char* kSharedObject = ".so";
+
 constexpr const char* kNoArch = "noarch";
+
+// A new directory, or nothing. A name such as "dir.soX1yZ" is passed over, since it would make
+// every executable below it look like a shared object and hide, in one run of 3,844, those out of
+// place.
+std::string makeTemporaryDirectory() {
+    for (;;) {
+        std::string directory = kTemporaryDirectory;
+        if (mkdtemp(directory.data()) == nullptr) {
+            return std::string();
+        }
+        if (directory.find(kSharedObject) == std::string::npos) {
+            return directory;
+        }
+        rmdir(directory.c_str());
+    }
+}
 
 // A package may hold directories that their owner cannot write to. The superuser removes such a
 // tree as it is, anybody else needs the permissions first.
@@ -52,8 +71,8 @@ void removeTree(const std::filesystem::path& root) {
 
 ContentValidator::ContentValidator(const std::string& rpmPath)
     : d_ptr(std::make_unique<ContentValidatorPrivate>()) {
-    std::string directory = kTemporaryDirectory;
-    if (mkdtemp(directory.data()) == nullptr) {
+    const std::string directory = makeTemporaryDirectory();
+    if (directory.empty()) {
         return;
     }
     if (extractRpm(directory.c_str(), rpmPath.c_str()) != 0) {
