@@ -6,6 +6,8 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include "pkgvet/package/regular_file.h"
+
 namespace pkgvet {
 
 namespace {
@@ -18,14 +20,14 @@ constexpr int kOpenFlags = O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC;
 
 // To open a device may set it going, hence the look before. The size is that of what was opened.
 FileRanges::FileRanges(const std::string& path) {
-    struct stat status {};
-    if (stat(path.c_str(), &status) != 0 || !S_ISREG(status.st_mode)) {
+    if (!isRegularFile(path)) {
         return;
     }
     descriptor_ = open(path.c_str(), kOpenFlags);
     if (!isOpen()) {
         return;
     }
+    struct stat status {};
     if (fstat(descriptor_, &status) != 0 || !S_ISREG(status.st_mode)) {
         close();
         return;
