@@ -82,8 +82,7 @@ TEST(Logger, EmptyPiecesAddNothing) {
 TEST(Logger, PiecesAreWrittenByTheirLength) {
     const char unterminated[3] = {'a', 'b', 'c'};
     CapturedLog log;
-    Logger::log(LogLevel::Error,
-                {std::string_view(unterminated, 2), std::string_view("x\0y", 3)});
+    Logger::log(LogLevel::Error, {std::string_view(unterminated, 2), std::string_view("x\0y", 3)});
     EXPECT_EQ(log.text(), std::string("(ERROR)\t\tabx\0y\n", 15));
 }
 

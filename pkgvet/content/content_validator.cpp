@@ -136,6 +136,8 @@ bool ContentValidator::binRequired() const {
     return !d_ptr->qmlOnly && !d_ptr->unwantedBinExists;
 }
 
+// Two bits and no comparison of the whole type: a socket, whose type shares the bit of a regular
+// file, counts as well.
 bool ContentValidator::isExecutable(const std::string& path) const {
     struct stat status {};
     constexpr mode_t kWanted = S_IFREG | S_IXUSR;

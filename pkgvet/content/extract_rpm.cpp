@@ -7,6 +7,7 @@
 #include <string>
 
 #include "pkgvet/content/content_validator.h"
+#include "pkgvet/package/regular_file.h"
 
 namespace {
 
@@ -30,6 +31,10 @@ int ContentValidator::extractRpm(const char* directory, const char* rpmPath) {
     // A relative path means something else once the directory has changed.
     PathBuffer absolutePath{};
     if (realpath(rpmPath, absolutePath.data()) == nullptr) {
+        return kFailed;
+    }
+    // The tools would wait for a writer at the other end of a fifo.
+    if (!pkgvet::isRegularFile(absolutePath.data())) {
         return kFailed;
     }
     if (chdir(directory) != 0) {

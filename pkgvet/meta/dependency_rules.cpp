@@ -78,8 +78,7 @@ private:
 }  // namespace
 
 void MetaValidator::checkDomainNotation(const RpmMeta& rpm) {
-    if (Regex::matchSimple(kDomainNotation, rpm.name(), kRulePattern.compile,
-                           kRulePattern.match)) {
+    if (Regex::matchSimple(kDomainNotation, rpm.name(), kRulePattern.compile, kRulePattern.match)) {
         return;
     }
     d_ptr->failures |= pkgvet::kViolation;
@@ -114,8 +113,8 @@ void MetaValidator::checkProvides(const Configuration& config, const RpmMeta& rp
     const std::string name = Regex::escape(rpm.name());
     const Regex ownName = rulePattern(name + ".*");
     const Regex plainApplication = rulePattern(std::string(kPlainApplication));
-    const Regex ownApplication = rulePattern(std::string(kOwnApplicationBegin) + name +
-                                             std::string(kOwnApplicationEnd));
+    const Regex ownApplication =
+        rulePattern(std::string(kOwnApplicationBegin) + name + std::string(kOwnApplicationEnd));
     const Regex mandatoryName = rulePattern(Regex::escape(config.provides()));
     const Regex handler = rulePattern(std::string(kHandler));
     ListChain disallowedHandlers({config.disallowedHandlers()});
@@ -130,8 +129,8 @@ void MetaValidator::checkProvides(const Configuration& config, const RpmMeta& rp
     for (const std::string& provide : rpm.provides()) {
         if (!isPermitted(provide)) {
             d_ptr->failures |= pkgvet::kViolation;
-            Logger::log(LogLevel::Error, {"[", provide, pkgvet::kProvidesInfix, provide,
-                                          pkgvet::kNotAllowedInRpm});
+            Logger::log(LogLevel::Error,
+                        {"[", provide, pkgvet::kProvidesInfix, provide, pkgvet::kNotAllowedInRpm});
         }
     }
 }

@@ -15,6 +15,7 @@
 #include <utility>
 
 #include "pkgvet/handles.h"
+#include "pkgvet/package/regular_file.h"
 
 struct RpmMetaPrivate {
     std::string name;
@@ -56,9 +57,9 @@ constexpr std::array<TextField, 5> kTextFields = {{
 
 // An interpreter without a body runs at installation all the same.
 constexpr std::array<rpmTagVal, 12> kScriptTags = {
-    RPMTAG_PREIN,       RPMTAG_PREUN,       RPMTAG_POSTIN,       RPMTAG_POSTUN,
-    RPMTAG_PRETRANS,    RPMTAG_POSTTRANS,   RPMTAG_PREINPROG,    RPMTAG_PREUNPROG,
-    RPMTAG_POSTINPROG,  RPMTAG_POSTUNPROG,  RPMTAG_PRETRANSPROG, RPMTAG_POSTTRANSPROG,
+    RPMTAG_PREIN,      RPMTAG_PREUN,      RPMTAG_POSTIN,       RPMTAG_POSTUN,
+    RPMTAG_PRETRANS,   RPMTAG_POSTTRANS,  RPMTAG_PREINPROG,    RPMTAG_PREUNPROG,
+    RPMTAG_POSTINPROG, RPMTAG_POSTUNPROG, RPMTAG_PRETRANSPROG, RPMTAG_POSTTRANSPROG,
 };
 
 // Substrings that keep a requirement from the rules: librpm's own capabilities, files, and the
@@ -70,6 +71,10 @@ constexpr std::string_view kWhiteSpace = " \t\n\v\f\r";
 // The null handle stands for a package that could not be read. A header comes out with some codes
 // other than success as well, and is released then.
 pkgvet::HeaderHandle readHeader(const char* path, rpmts ts) {
+    // Opening a fifo would wait for a writer.
+    if (path == nullptr || !pkgvet::isRegularFile(path)) {
+        return nullptr;
+    }
     pkgvet::RpmFileHandle file(Fopen(path, kOpenMode));
     const rpmVSFlags callersFlags = rpmtsVSFlags(ts);
     rpmtsSetVSFlags(ts, kVerificationFlags);

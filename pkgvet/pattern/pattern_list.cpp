@@ -2,6 +2,7 @@
 #include "pkgvet/pattern/pattern_list.h"
 
 #include <algorithm>
+#include <iterator>
 #include <string_view>
 
 namespace pkgvet {
@@ -49,6 +50,50 @@ bool isLineEnd(char c) {
     return c == '\n' || c == '\r';
 }
 
+// Walks a text for the engine and counts the looks that it takes, since std::regex has no limit of
+// its own. The engine also makes iterators out of nothing, for groups that took no part.
+class CountingIterator {
+public:
+    using iterator_category = std::bidirectional_iterator_tag;
+    using value_type = char;
+    using difference_type = std::ptrdiff_t;
+    using pointer = const char*;
+    using reference = const char&;
+
+    CountingIterator() = default;
+    CountingIterator(const char* position, std::size_t* steps)
+        : position_(position), steps_(steps) {}
+
+    reference operator*() const {
+        count();
+        return *position_;
+    }
+    CountingIterator& operator++() {
+        ++position_;
+        return *this;
+    }
+    CountingIterator operator++(int) { return {position_++, steps_}; }
+    CountingIterator& operator--() {
+        --position_;
+        return *this;
+    }
+    CountingIterator operator--(int) { return {position_--, steps_}; }
+    bool operator==(const CountingIterator& other) const {
+        count();
+        return position_ == other.position_;
+    }
+
+private:
+    void count() const {
+        if (steps_ != nullptr && ++*steps_ > kMaxSteps) {
+            throw std::regex_error(std::regex_constants::error_complexity);
+        }
+    }
+
+    const char* position_ = nullptr;
+    std::size_t* steps_ = nullptr;
+};
+
 }  // namespace
 
 WholePattern::WholePattern(const std::string& pattern) : text_(pattern), plain_(false) {
@@ -63,18 +108,24 @@ bool WholePattern::matches(const std::string& text) {
         return matchesPlainText(text);
     }
     compile();
+    return matchesCompiled(text);
+}
+
+bool WholePattern::matchesCompiled(const std::string& text) const {
     if (text.size() > (backtracks_ ? kMaxBacktrackingSubjectSize : kMaxSubjectSize)) {
         throw std::regex_error(std::regex_constants::error_stack);
     }
-    return std::regex_match(text, *regex_);
+    std::size_t steps = 0;
+    const CountingIterator begin(text.data(), &steps);
+    const CountingIterator end(text.data() + text.size(), &steps);
+    return std::regex_match(begin, end, *regex_);
 }
 
 bool WholePattern::matchesPlainText(const std::string& text) const {
-    return std::equal(text.begin(), text.end(), text_.begin(), text_.end(),
-                      [](char actual, char expected) {
-                          return expected == kAnyCharacter ? !isLineEnd(actual)
-                                                           : actual == expected;
-                      });
+    return std::equal(
+        text.begin(), text.end(), text_.begin(), text_.end(), [](char actual, char expected) {
+            return expected == kAnyCharacter ? !isLineEnd(actual) : actual == expected;
+        });
 }
 
 // The polynomial mode of libstdc++ gives the answers of the plain one, but walks all alternatives
@@ -84,7 +135,8 @@ void WholePattern::compile() {
     if (regex_) {
         return;
     }
-    if (std::count(text_.begin(), text_.end(), '(') > static_cast<std::ptrdiff_t>(kMaxGroups)) {
+    if (text_.size() > kMaxPatternSize ||
+        std::count(text_.begin(), text_.end(), '(') > static_cast<std::ptrdiff_t>(kMaxGroups)) {
         throw std::regex_error(std::regex_constants::error_stack);
     }
     try {

@@ -16,9 +16,16 @@ namespace pkgvet {
 inline constexpr std::size_t kMaxSubjectSize = 16384;
 inline constexpr std::size_t kMaxBacktrackingSubjectSize = 1024;
 
-// The most opening parentheses of a pattern. The compiler of std::regex recurses for each one that
-// nests, and overflows the same stack between 16,000 and 32,000.
+// The longest pattern that is handed to the engine, and the most opening parentheses in it. The
+// compiler of std::regex recurses for each term and, deeper, for each group that nests: measured,
+// it overflows the same stack beyond 64,000 terms and between 16,000 and 32,000 groups, and with
+// instrumented code at 16,000 and 4,000.
+inline constexpr std::size_t kMaxPatternSize = 8192;
 inline constexpr std::size_t kMaxGroups = 1024;
+
+// The most looks that the engine may take at a text, some seconds of work. Packages bring patterns
+// of their own, and with back-references or nested lookaheads one can be written that never ends.
+inline constexpr std::size_t kMaxSteps = 20'000'000;
 
 // One whole-string pattern, std::regex in the ECMAScript grammar. Plain text, that is letters,
 // digits, harmless or escaped punctuation and "." as any character but a line end, is compared
@@ -28,12 +35,14 @@ public:
     explicit WholePattern(const std::string& pattern);
 
     // Whether the pattern matches the whole of text. Throws std::regex_error for a pattern that
-    // does not compile, each time, and (error_stack) for a text beyond the bounds above.
+    // does not compile, each time, for a text or a pattern beyond the bounds above (error_stack)
+    // and when the engine gives up (error_complexity).
     bool matches(const std::string& text);
 
 private:
     bool matchesPlainText(const std::string& text) const;
     void compile();
+    bool matchesCompiled(const std::string& text) const;
 
     std::string text_;  // the pattern, or the plain text that it stands for
     bool plain_;

@@ -22,6 +22,16 @@ pkgvet::MatchInfoHandle share(const pkgvet::MatchInfoHandle& info) {
     return pkgvet::MatchInfoHandle(info ? g_match_info_ref(info.get()) : nullptr);
 }
 
+// GRegex checks the pattern no more than the subject. A null one goes through, to be refused there.
+pkgvet::RegexHandle compile(std::string_view pattern, GRegexCompileFlags compileFlags,
+                            GRegexMatchFlags matchFlags) {
+    if (pattern.data() == nullptr) {
+        return pkgvet::RegexHandle(g_regex_new(nullptr, compileFlags, matchFlags, nullptr));
+    }
+    const std::string valid = pkgvet::validUtf8(std::string_view(pattern.data()));
+    return pkgvet::RegexHandle(g_regex_new(valid.c_str(), compileFlags, matchFlags, nullptr));
+}
+
 // An engine that gives up reports an error beside its false; taking that for a plain no would let
 // a text crafted to exhaust the engine slip by unseen.
 bool search(GRegex* regex, const std::string& subject, GRegexMatchFlags flags,
@@ -82,8 +92,7 @@ std::optional<std::string> MatchInfo::fetch(int matchNum) const {
     }
     int start = -1;
     int end = -1;
-    const bool exists =
-        g_match_info_fetch_pos(d_ptr->info.get(), matchNum, &start, &end) != FALSE;
+    const bool exists = g_match_info_fetch_pos(d_ptr->info.get(), matchNum, &start, &end) != FALSE;
     return textAt(*d_ptr->subject, exists, start, end);
 }
 
@@ -98,9 +107,8 @@ std::optional<std::string> MatchInfo::fetchNamed(std::string_view name) const {
     return textAt(*d_ptr->subject, exists, start, end);
 }
 
-Regex::Regex(std::string_view pattern, GRegexCompileFlags compileFlags,
-             GRegexMatchFlags matchFlags)
-    : regex_(g_regex_new(pattern.data(), compileFlags, matchFlags, nullptr)) {}
+Regex::Regex(std::string_view pattern, GRegexCompileFlags compileFlags, GRegexMatchFlags matchFlags)
+    : regex_(compile(pattern, compileFlags, matchFlags).release()) {}
 
 Regex::~Regex() {
     const pkgvet::RegexHandle owner(regex_);
@@ -116,8 +124,7 @@ std::optional<MatchInfo> Regex::match(std::string_view subject, GRegexMatchFlags
 
 bool Regex::matchSimple(std::string_view pattern, std::string_view subject,
                         GRegexCompileFlags compileFlags, GRegexMatchFlags matchFlags) {
-    const pkgvet::RegexHandle regex(
-        g_regex_new(pattern.data(), compileFlags, matchFlags, nullptr));
+    const pkgvet::RegexHandle regex = compile(pattern, compileFlags, matchFlags);
     pkgvet::MatchInfoHandle info;
     return search(regex.get(), pkgvet::validUtf8(subject), matchFlags, &info);
 }

@@ -45,7 +45,7 @@ private:
 // anywhere in a text unless it anchors itself. A pattern that does not compile is kept as none:
 // nothing is thrown, and every match fails with GLib's critical message.
 //
-// All texts that go in as patterns are read up to their terminating NUL.
+// All texts that go in as patterns are read up to their terminating NUL, and made valid UTF-8.
 class PKGVET_EXPORT Regex {
 public:
     Regex(std::string_view pattern, GRegexCompileFlags compileFlags, GRegexMatchFlags matchFlags);
@@ -56,8 +56,8 @@ public:
     ~Regex();
 
     // A value when the pattern was found in subject. Throws as MatchInfo::match does.
-    std::optional<MatchInfo> match(
-        std::string_view subject, GRegexMatchFlags flags = static_cast<GRegexMatchFlags>(0)) const;
+    std::optional<MatchInfo> match(std::string_view subject,
+                                   GRegexMatchFlags flags = static_cast<GRegexMatchFlags>(0)) const;
 
     // Compiles and searches in one go. Throws as MatchInfo::match does.
     static bool matchSimple(std::string_view pattern, std::string_view subject,

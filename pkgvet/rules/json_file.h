@@ -16,7 +16,9 @@ struct JsonFile {
 };
 
 // Parses the file at path, a path on disk. A file that is missing, unreadable or no JSON has no
-// root, and neither has one whose root is no object: json-glib takes an empty file for valid.
+// root, and neither has one whose root is no object: json-glib takes an empty file for valid. What
+// is no regular file behind links, larger than 16 MiB or nested beyond reason counts as unreadable,
+// since packages bring JSON files as well.
 JsonFile loadJsonFile(const std::string& path);
 
 }  // namespace pkgvet
