@@ -75,8 +75,8 @@ PackageBuilder& PackageBuilder::directory(const std::string& path, const std::st
 }
 
 PackageBuilder& PackageBuilder::ghost(const std::string& path) {
-    entries_.push_back({Entry::Kind::Ghost, path, std::string(),
-                        "%ghost " + attributes("0644", "root", "root")});
+    entries_.push_back(
+        {Entry::Kind::Ghost, path, std::string(), "%ghost " + attributes("0644", "root", "root")});
     return *this;
 }
 
@@ -124,12 +124,12 @@ std::string PackageBuilder::build(const TemporaryDirectory& directory) const {
     const std::string recipeFile = top / "package.spec";
     writeFile(recipeFile, recipe(root));
     std::string log;
-    const int status = runProgram(
-        {"rpmbuild", "-bb", "--quiet", "--define", "_topdir " + top.string(), "--define",
-         "_dbpath " + (top / "db").string(), "--define", "_rpmdir " + (top / "out").string(),
-         "--define", "_binary_payload w1.gzdio", "--define",
-         "_build_name_fmt package.rpm", recipeFile},
-        &log);
+    const int status =
+        runProgram({"rpmbuild", "-bb", "--quiet", "--define", "_topdir " + top.string(), "--define",
+                    "_dbpath " + (top / "db").string(), "--define",
+                    "_rpmdir " + (top / "out").string(), "--define", "_binary_payload w1.gzdio",
+                    "--define", "_build_name_fmt package.rpm", recipeFile},
+                   &log);
     if (status != 0) {
         throw std::runtime_error("rpmbuild failed:\n" + log);
     }
