@@ -1,4 +1,3 @@
-<<<<<<< HEAD
 // What a rule finds before it and leaves behind it.
 #pragma once
 
@@ -25,20 +24,4 @@ inline ContentValidator validatorOfNothing() {
 inline RpmMeta metaOf(const PackageBuilder& package) {
     const TemporaryDirectory directory;
     return RpmMeta(package.build(directory).c_str());
-=======
-// The record behind a ContentValidator, for tests of rules that read what others found.
-#pragma once
-
-#include <cstring>
-
-#include "pkgvet/content/content_validator.h"
-#include "pkgvet/content/content_validator_private.h"
-
-// A handle is its one pointer and nothing else.
-inline ContentValidatorPrivate& recordOf(ContentValidator& validator) {
-    static_assert(sizeof(ContentValidator) == sizeof(ContentValidatorPrivate*));
-    ContentValidatorPrivate* record = nullptr;
-    std::memcpy(&record, &validator, sizeof(record));
-    return *record;
->>>>>>> 12cfa22 (content: test construction, extraction, verdict and accessors)
 }
