@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include <filesystem>
+#include <memory>
 #include <utility>
 
 #include "pkgvet/rules/developer_mode.h"
@@ -178,17 +179,17 @@ TEST(Configuration, ValidationIsSwitchedThroughAConstReference) {
 
 TEST(Configuration, CopyIsIndependent) {
     const Configuration source = load(fullTree());
-    const Configuration copy(source);
-    copy.setValidationEnabled(false);
+    const auto copy = std::make_unique<Configuration>(source);
+    copy->setValidationEnabled(false);
     EXPECT_TRUE(source.validationEnabled());
-    EXPECT_FALSE(copy.validationEnabled());
-    EXPECT_FALSE(Configuration(copy).validationEnabled());
-    EXPECT_TRUE(copy.desktopRequirement());
-    EXPECT_TRUE(copy.iconRequirement());
-    EXPECT_EQ(copy.name(), "rule set");
-    EXPECT_NE(&copy.pathsList(), &source.pathsList());
-    EXPECT_THAT(copy.pathsList(), ElementsAre("/z", "/a", "/z"));
-    EXPECT_THAT(copy.allowedPermissions(), UnorderedElementsAre("P", "Q"));
+    EXPECT_FALSE(copy->validationEnabled());
+    EXPECT_FALSE(Configuration(*copy).validationEnabled());
+    EXPECT_TRUE(copy->desktopRequirement());
+    EXPECT_TRUE(copy->iconRequirement());
+    EXPECT_EQ(copy->name(), "rule set");
+    EXPECT_NE(&copy->pathsList(), &source.pathsList());
+    EXPECT_THAT(copy->pathsList(), ElementsAre("/z", "/a", "/z"));
+    EXPECT_THAT(copy->allowedPermissions(), UnorderedElementsAre("P", "Q"));
 }
 
 TEST(Configuration, MoveAssignmentExchanges) {

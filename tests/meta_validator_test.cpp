@@ -15,7 +15,6 @@
 namespace {
 
 using testing::ElementsAre;
-using testing::IsEmpty;
 
 RpmMeta readPackage(const PackageBuilder& builder) {
     const TemporaryDirectory directory;

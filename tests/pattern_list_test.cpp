@@ -104,7 +104,7 @@ void expectEqual(const std::string& pattern, const std::string& text) {
 
 TEST(WholePattern, AnswersAsStdRegexOnGeneratedPatterns) {
     std::mt19937 random(20240229);
-    for (int i = 0; i < 12000 && !testing::Test::HasFatalFailure(); ++i) {
+    for (int i = 0; i < 8000 && !testing::Test::HasFatalFailure(); ++i) {
         const std::string pattern = randomText(kPieces, 7, &random);
         for (int k = 0; k < 6 && !testing::Test::HasFatalFailure(); ++k) {
             expectEqual(pattern, subjectFor(pattern, &random));
@@ -227,6 +227,17 @@ TEST(PatternList, EmptyListMatchesNothing) {
     EXPECT_FALSE(PatternList({}).matches(""));
 }
 
+// The plain reading of a list: the first element that matches or throws decides.
+Outcome expectedOfList(const std::vector<std::string>& patterns, const std::string& text) {
+    for (const std::string& pattern : patterns) {
+        const Outcome outcome = expected(pattern, text);
+        if (outcome.matched || outcome.error >= 0) {
+            return outcome;
+        }
+    }
+    return {};
+}
+
 TEST(PatternList, AnswersAsThePlainReadingOnGeneratedLists) {
     std::mt19937 random(41);
     for (int i = 0; i < 500; ++i) {
@@ -237,12 +248,7 @@ TEST(PatternList, AnswersAsThePlainReadingOnGeneratedLists) {
         PatternList list(patterns);
         for (int k = 0; k < 8; ++k) {
             const std::string text = randomText(kSubjectPieces, 3, &random);
-            const Outcome plain = outcomeOf([&] {
-                return std::any_of(patterns.begin(), patterns.end(), [&](const auto& pattern) {
-                    return std::regex_match(text, std::regex(pattern));
-                });
-            });
-            ASSERT_EQ(outcomeOf([&] { return list.matches(text); }), plain)
+            EXPECT_EQ(outcomeOf([&] { return list.matches(text); }), expectedOfList(patterns, text))
                 << testing::PrintToString(patterns) << testing::PrintToString(text);
         }
     }

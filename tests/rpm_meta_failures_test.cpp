@@ -13,6 +13,7 @@
 #include "pkgvet/handles.h"
 #include "pkgvet/package/rpm_meta.h"
 #include "tests/support/captured_log.h"
+#include "tests/support/child_process.h"
 #include "tests/support/package_builder.h"
 
 namespace {
@@ -188,25 +189,29 @@ TEST(RpmMetaFailures, MissingDependencySetsAreEmpty) {
     EXPECT_THAT(meta.provides(), ElementsAre("org.example.app"));
 }
 
+// In a child, since librpm itself leaks memory on some of these headers.
 TEST(RpmMetaFailures, NoSingleByteOfTheIndexBringsTheReaderDown) {
     const TemporaryDirectory directory;
     const std::string sound = readFile(samplePackage(directory));
     const std::size_t header = mainHeader(sound);
     const std::size_t end = header + kIntroSize + kEntrySize * numberAt(sound, header + 8);
-    const pkgvet::TransactionSetHandle transactions(rpmtsCreate());
     const CapturedDescriptor standardError;
-    for (std::size_t at = header; at < end; at += 3) {
-        std::string bytes = sound;
-        bytes[at] = static_cast<char>(bytes[at] ^ 0x15);
-        const std::string path = directory.write("changed.rpm", bytes);
-        try {
-            const RpmMeta meta(path.c_str(), transactions.get());
-            EXPECT_EQ(meta.paths().size(), meta.users().size()) << at;
-            EXPECT_EQ(meta.paths().size(), meta.groups().size()) << at;
-        } catch (const std::logic_error&) {
-            // A text that is none.
+    EXPECT_TRUE(holdsInChild([&] {
+        bool parallel = true;
+        for (std::size_t at = header; at < end; at += 3) {
+            std::string bytes = sound;
+            bytes[at] = static_cast<char>(bytes[at] ^ 0x15);
+            try {
+                const RpmMeta meta = readBytes(bytes);
+                parallel &= meta.paths().size() == meta.users().size() &&
+                            meta.paths().size() == meta.groups().size();
+            } catch (const std::logic_error&) {
+                // A text that is none.
+                continue;
+            }
         }
-    }
+        return parallel;
+    }));
 }
 
 }  // namespace

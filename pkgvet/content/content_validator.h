@@ -36,6 +36,9 @@ struct ContentValidatorPrivate;
 //
 // A path on disk is the extraction directory followed by a path of the package; root and tempDir
 // below are that directory, without a trailing "/".
+//
+// There is no move constructor, which would leave an object without its record: rvalues are copied.
+// NOLINTNEXTLINE(cppcoreguidelines-special-member-functions)
 class PKGVET_EXPORT ContentValidator {
 public:
     // Unpacks the package at rpmPath, a path on disk, which reaches the shell between double quotes

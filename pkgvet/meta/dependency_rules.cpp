@@ -62,7 +62,7 @@ std::string handlerOf(const std::string& provide) {
 // Lists in the order in which they are asked.
 class ListChain {
 public:
-    explicit ListChain(std::initializer_list<std::vector<std::string>> lists)
+    ListChain(std::initializer_list<std::vector<std::string>> lists)
         : lists_(lists.begin(), lists.end()) {}
 
     bool contains(const std::string& dependency) {
@@ -158,6 +158,7 @@ void MetaValidator::checkRequires(const Configuration& config, const RpmMeta& rp
     ListChain tolerated({config.unstableRequires(), config.unstableLibraries(),
                          config.deprecatedRequires(), config.deprecatedLibraries()});
     std::vector<bool> isTolerated;
+    isTolerated.reserve(open.size());
     for (const std::string& name : open) {
         isTolerated.push_back(tolerated.contains(name));
     }

@@ -19,6 +19,9 @@ struct MetaValidatorPrivate;
 // lasting effect. One object belongs to one thread.
 //
 // A pattern of a rule list that does not compile leaves the rule as std::regex_error.
+//
+// There is no move constructor, which would leave an object without its record: rvalues are copied.
+// NOLINTNEXTLINE(cppcoreguidelines-special-member-functions)
 class PKGVET_EXPORT MetaValidator {
 public:
     MetaValidator();

@@ -15,6 +15,9 @@ struct RpmMetaPrivate;
 // way; the rules report what is missing.
 //
 // The record never changes. Copies are independent of each other.
+//
+// There is no move constructor, which would leave an object without its record: rvalues are copied.
+// NOLINTNEXTLINE(cppcoreguidelines-special-member-functions)
 class PKGVET_EXPORT RpmMeta {
 public:
     // Reads the package at path, a path on disk, through the caller's transaction set, which is not

@@ -21,6 +21,9 @@ struct ConfigurationPrivate;
 //
 // Lists keep the order of their files and their duplicates. Those of the chosen profile come first,
 // then those of its parent, then of its parent's parent.
+//
+// There is no move constructor, which would leave an object without its record: rvalues are copied.
+// NOLINTNEXTLINE(cppcoreguidelines-special-member-functions)
 class PKGVET_EXPORT Configuration {
 public:
     // path is the configuration file, a path on disk; the paths in it are taken as they stand, so
