@@ -114,4 +114,19 @@ TEST_F(ElfRules, PackageWithoutAProgramLacksItAndItsRunPath) {
                             warningLine("[rpath] The rpath in binary is empty")));
 }
 
+// Neither a program nor a run path, but the launcher.
+TEST_F(ElfRules, QmlPackageLacksItsLauncherOnly) {
+    PackageBuilder package("org.example.app");
+    package.file("/usr/share/applications/org.example.app.desktop",
+                 "[Desktop Entry]\nType=Application\nName=App\nIcon=org.example.app\n"
+                 "Exec=lumbra-qml org.example.app\nX-Dorrit-Application-Type=ostrand-qt5\n");
+    ContentValidatorPrivate record;
+    EXPECT_THAT(validate(package, &record),
+                ElementsAre(errorLine(
+                    "[libtessaraapp] Add Requires: libtessaraapp-launcher to the .spec file")));
+    EXPECT_TRUE(record.launcherSpec);
+    EXPECT_THAT(validate(package.tag("Requires: liblumbraapp-launcher"), &record), IsEmpty());
+    EXPECT_FALSE(record.launcherSpec);
+}
+
 }  // namespace
