@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <numeric>
+#include <optional>
 #include <utility>
 
 #include "cli/catalogue_tables.h"
@@ -14,18 +15,16 @@ namespace {
 constexpr std::string_view kOtherRemark = "other-remark";
 constexpr std::size_t kMostSuggestions = 3;
 
-Chapter otherChapter() {
-    return {"Other remarks",
-            {{.id = kOtherRemark,
-              .severity = Severity::Info,
-              .title = "A remark that belongs to no rule",
-              .demand = "Nothing: no rule of pkgvet stands behind this line.",
-              .why = "A library that pkgvet works with, such as the platform's own validator of "
-                     "managed configuration files, had something to say while the package was "
-                     "judged.",
-              .fix = "Nothing is to be done on account of this line alone. If another finding "
-                     "stands beside it, the remark may name its cause."}}};
-}
+constexpr Entry kOtherRemarks[] = {
+    {.id = kOtherRemark,
+     .severity = Severity::Info,
+     .title = "Remark that belongs to no rule",
+     .demand = "Nothing: no rule of pkgvet stands behind this line.",
+     .why = "A library that pkgvet works with, such as the platform's own validator of managed "
+            "configuration files, had something to say while the package was judged.",
+     .fix = "Nothing is to be done on account of this line alone. If another finding stands beside "
+            "it, the remark may name its cause."},
+};
 
 std::vector<const Entry*> flattened(const std::vector<Chapter>& chapters) {
     std::vector<const Entry*> result;
@@ -37,13 +36,31 @@ std::vector<const Entry*> flattened(const std::vector<Chapter>& chapters) {
     return result;
 }
 
-// Piece by piece, so that a name out of a package never counts as words of a rule.
+// Piece by piece, so that a name out of a package never counts as words of a rule. The library ends
+// some lines with pieces that say nothing.
 bool isComposedAs(const LogLine& line, const Entry& entry) {
-    return !entry.pieces.empty() &&
-           std::equal(line.pieces.begin(), line.pieces.end(), entry.pieces.begin(),
-                      entry.pieces.end(), [](const std::string& text, const Piece& piece) {
+    const std::span<const Piece> pieces = entry.pieces();
+    if (pieces.empty() || line.pieces.size() < pieces.size()) {
+        return false;
+    }
+    const auto rest = line.pieces.begin() + static_cast<std::ptrdiff_t>(pieces.size());
+    return std::equal(pieces.begin(), pieces.end(), line.pieces.begin(),
+                      [](const Piece& piece, const std::string& text) {
                           return piece.kind != Piece::Kind::Words || text == piece.words;
-                      });
+                      }) &&
+           std::all_of(rest, line.pieces.end(),
+                       [](const std::string& text) { return text.empty(); });
+}
+
+// An entry has one piece at the most that is its subject.
+std::optional<std::string> subjectOf(const LogLine& line, const Entry& entry) {
+    const std::span<const Piece> pieces = entry.pieces();
+    for (std::size_t i = 0; i < pieces.size(); ++i) {
+        if (pieces[i].kind == Piece::Kind::Subject) {
+            return line.pieces[i];
+        }
+    }
+    return std::nullopt;
 }
 
 // How many characters must be put in, taken out or replaced to make one word of the other.
@@ -63,8 +80,22 @@ std::size_t editDistance(std::string_view from, std::string_view to) {
 
 }  // namespace
 
+std::span<const std::string_view> Entry::related() const {
+    return {relatedIds.begin(),
+            std::find(relatedIds.begin(), relatedIds.end(), std::string_view())};
+}
+
+std::span<const Piece> Entry::pieces() const {
+    return {composition.begin(),
+            std::find_if(composition.begin(), composition.end(),
+                         [](const Piece& piece) { return piece.kind == Piece::Kind::None; })};
+}
+
 const std::vector<Chapter>& chapters() {
-    static const std::vector<Chapter> all = {headerChapter(), otherChapter()};
+    static const std::vector<Chapter> all = {
+        headerChapter(),
+        {"Other remarks", kOtherRemarks},
+    };
     return all;
 }
 
@@ -99,20 +130,16 @@ bool isGrave(std::string_view id) {
 
 Finding identify(const LogLine& line) {
     Finding finding;
-    finding.rule = kOtherRemark;
     finding.severity = line.severity;
     finding.message = line.text();
     const auto found =
         std::find_if(entries().begin(), entries().end(),
                      [&line](const Entry* entry) { return isComposedAs(line, *entry); });
     if (found == entries().end()) {
-        return finding;
-    }
-    finding.rule = (*found)->id;
-    for (std::size_t i = 0; i < line.pieces.size(); ++i) {
-        if ((*found)->pieces[i].kind == Piece::Kind::Subject) {
-            finding.subject = line.pieces[i];
-        }
+        finding.rule = kOtherRemark;
+    } else {
+        finding.rule = (*found)->id;
+        finding.subject = subjectOf(line, **found);
     }
     return finding;
 }

@@ -1,6 +1,8 @@
 // Every rule of the library by its permanent id, with what a developer needs to satisfy it.
 #pragma once
 
+#include <array>
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -13,16 +15,17 @@ namespace pkgvet::cli {
 // A place in a message: words of the rule, or what came out of the package.
 struct Piece {
     enum class Kind {
+        None,     // no piece
         Words,    // this text and no other
         Data,     // any text
         Subject,  // any text, which is what the finding is about
     };
-    Kind kind = Kind::Data;
+    Kind kind = Kind::None;
     std::string_view words = {};
 };
 
 // A message of the library. Ids are never reused and never change their meaning: waivers, baselines
-// and other people's pages refer to them.
+// and other people's pages refer to them. Entries live as long as the process.
 struct Entry {
     std::string_view id = {};  // kebab-case
     Severity severity = Severity::Error;
@@ -33,19 +36,22 @@ struct Entry {
     std::string_view why = {};      // why it asks
     std::string_view fix = {};      // how to put it right in the package's sources
     std::string_view example = {};  // lines of those sources; ends in a line feed
-    std::vector<std::string_view> related = {};
-    // How the library composes the line, piece by piece. A line that is composed in several ways
-    // has an entry for each.
-    std::vector<Piece> pieces = {};
+    // Ids that it often comes with, and how the library composes the line; both are filled up with
+    // what is empty.
+    std::array<std::string_view, 4> relatedIds = {};
+    std::array<Piece, 7> composition = {};
+
+    std::span<const std::string_view> related() const;
+    std::span<const Piece> pieces() const;
 };
 
 // Entries that belong together, in the order in which the library reports them.
 struct Chapter {
     std::string_view title;
-    std::vector<Entry> entries;
+    std::span<const Entry> entries;
 };
 
-// The whole catalogue; it is made at the first call and lives as long as the process.
+// The whole catalogue.
 const std::vector<Chapter>& chapters();
 
 // All entries in the order of the chapters.
