@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <numeric>
 #include <optional>
+#include <tuple>
 #include <utility>
 
 #include "cli/catalogue_tables.h"
@@ -93,8 +94,9 @@ std::span<const Piece> Entry::pieces() const {
 
 const std::vector<Chapter>& chapters() {
     static const std::vector<Chapter> all = {
-        headerChapter(),
-        {"Other remarks", kOtherRemarks},
+        headerChapter(), desktopChapter(), sandboxChapter(),
+        taskChapter(),   qmlChapter(),     binaryChapter(),
+        pathChapter(),   fileChapter(),    {"Other remarks", kOtherRemarks},
     };
     return all;
 }
@@ -110,15 +112,17 @@ const Entry* findEntry(std::string_view id) {
     return found == entries().end() ? nullptr : *found;
 }
 
+// A word that is part of an id, such as "setuid", is nearer to it than any misspelling.
 std::vector<std::string> nearestIds(std::string_view word) {
-    std::vector<std::pair<std::size_t, std::string>> ranked;
+    std::vector<std::tuple<bool, std::size_t, std::string_view>> ranked;
     for (const Entry* entry : entries()) {
-        ranked.emplace_back(editDistance(word, entry->id), entry->id);
+        const bool isElsewhere = entry->id.find(word) == std::string_view::npos;
+        ranked.emplace_back(isElsewhere, editDistance(word, entry->id), entry->id);
     }
     std::sort(ranked.begin(), ranked.end());
     std::vector<std::string> nearest;
     for (std::size_t i = 0; i < std::min(ranked.size(), kMostSuggestions); ++i) {
-        nearest.push_back(ranked[i].second);
+        nearest.emplace_back(std::get<std::string_view>(ranked[i]));
     }
     return nearest;
 }

@@ -17,5 +17,12 @@ inline constexpr Piece kSubject = {Piece::Kind::Subject};
 inline constexpr Piece kOpen = words(kOpenBracket);
 
 Chapter headerChapter();
+Chapter desktopChapter();
+Chapter sandboxChapter();
+Chapter taskChapter();
+Chapter qmlChapter();
+Chapter binaryChapter();
+Chapter pathChapter();
+Chapter fileChapter();
 
 }  // namespace pkgvet::cli
