@@ -1,9 +1,10 @@
 // Shows entries of the catalogue.
 #include "cli/explain.h"
 
-#include <algorithm>
 #include <iostream>
+#include <sstream>
 
+#include "cli/color.h"
 #include "cli/exit_status.h"
 #include "cli/printable.h"
 #include "cli/wrapped_text.h"
@@ -17,55 +18,118 @@ constexpr std::string_view kPlaceholder = "...";
 constexpr std::string_view kIndent = "    ";
 constexpr std::size_t kColumns = 80;
 
-void writeParagraph(std::string_view heading, std::string_view text, std::ostream& stream) {
-    stream << '\n' << heading << '\n' << wrapped(text, kIndent, kColumns);
-}
+constexpr std::string_view kBold = "\033[1m";
+constexpr std::string_view kReset = "\033[m";
 
-void writeExample(std::string_view example, std::ostream& stream) {
-    stream << "\nExample\n";
-    for (const std::string_view line : linesOf(example)) {
-        stream << (line.empty() ? std::string_view() : kIndent) << line << '\n';
+// What is written, and whether its headings stand out.
+struct Paper {
+    std::ostream& stream;
+    bool color;
+};
+
+void writeHeading(std::string_view heading, const Paper& paper) {
+    if (paper.color) {
+        paper.stream << kBold << heading << kReset << '\n';
+    } else {
+        paper.stream << heading << '\n';
     }
 }
 
-std::string joined(std::span<const std::string_view> ids) {
+void writeParagraph(std::string_view heading, std::string_view text, const Paper& paper) {
+    paper.stream << '\n';
+    writeHeading(heading, paper);
+    for (const std::string& line : wrapped(text, kColumns - kIndent.size())) {
+        paper.stream << kIndent << line << '\n';
+    }
+}
+
+void writeExample(std::string_view example, const Paper& paper) {
+    paper.stream << '\n';
+    writeHeading("Example", paper);
+    std::istringstream lines{std::string(example)};
+    for (std::string line; std::getline(lines, line);) {
+        paper.stream << (line.empty() ? std::string_view() : kIndent) << line << '\n';
+    }
+}
+
+template <typename Ids>
+std::string joined(const Ids& ids) {
     std::string result;
-    for (const std::string_view id : ids) {
+    for (const auto& id : ids) {
         result.append(result.empty() ? "" : ", ").append(id);
     }
     return result;
 }
 
-void complainAbout(const std::string& id) {
-    std::cerr << kProgram << "no finding is called \"" << printable(id) << "\"; the nearest are ";
-    const std::vector<std::string> nearest = nearestIds(id);
-    const std::vector<std::string_view> views(nearest.begin(), nearest.end());
-    std::cerr << joined(views) << '\n';
+bool areKnown(const std::vector<std::string>& ids) {
+    bool allKnown = true;
+    for (const std::string& id : ids) {
+        if (findEntry(id) == nullptr) {
+            allKnown = false;
+            std::cerr << kProgram << "no finding has the id \"" << printable(id)
+                      << "\"; the nearest are " << joined(nearestIds(id)) << '\n';
+        }
+    }
+    return allKnown;
 }
 
-void writeAll(std::ostream& stream) {
+void writeAll(const Paper& paper) {
     std::string_view separator;
     for (const Chapter& chapter : chapters()) {
-        stream << separator << chapter.title << '\n'
-               << std::string(chapter.title.size(), '=') << '\n';
+        paper.stream << separator;
+        writeHeading(chapter.title, paper);
+        paper.stream << std::string(chapter.title.size(), '=') << '\n';
         separator = "\n\n";
         for (const Entry& entry : chapter.entries) {
-            stream << '\n';
-            writeEntry(entry, stream);
+            paper.stream << '\n';
+            writeEntry(entry, paper.color, paper.stream);
         }
     }
 }
 
-void writeChosen(const std::vector<std::string>& ids, std::ostream& stream) {
+void writeChosen(const std::vector<std::string>& ids, const Paper& paper) {
     std::string_view separator;
     for (const std::string& id : ids) {
-        stream << separator;
+        paper.stream << separator;
         separator = "\n";
-        writeEntry(*findEntry(id), stream);
+        writeEntry(*findEntry(id), paper.color, paper.stream);
     }
 }
 
 }  // namespace
+
+int explain(const ExplainOptions& options) {
+    if (!areKnown(options.ids)) {
+        return kUsageError;
+    }
+    const Paper paper = {std::cout, wantsColor(options.color)};
+    if (options.ids.empty()) {
+        writeAll(paper);
+    } else {
+        writeChosen(options.ids, paper);
+    }
+    if (!std::cout.flush()) {
+        std::cerr << kProgram << "cannot write to standard output\n";
+        return kNotJudged;
+    }
+    return kAccepted;
+}
+
+void writeEntry(const Entry& entry, bool color, std::ostream& stream) {
+    const Paper paper = {stream, color};
+    writeHeading(std::string(entry.id).append(" (").append(severityName(entry.severity)) + ")",
+                 paper);
+    stream << entry.title << '\n';
+    writeParagraph("Rule", entry.demand, paper);
+    writeParagraph("Why", entry.why, paper);
+    writeParagraph("What to do", entry.fix, paper);
+    if (!entry.example.empty()) {
+        writeExample(entry.example, paper);
+    }
+    if (!entry.related().empty()) {
+        writeParagraph("See also", joined(entry.related()), paper);
+    }
+}
 
 std::string messageForm(const Entry& entry) {
     std::string text;
@@ -73,43 +137,6 @@ std::string messageForm(const Entry& entry) {
         text += piece.kind == Piece::Kind::Words ? piece.words : kPlaceholder;
     }
     return text;
-}
-
-void writeEntry(const Entry& entry, std::ostream& stream) {
-    stream << entry.id << " (" << severityName(entry.severity) << ")\n"
-           << wrapped(entry.title, "", kColumns);
-    writeParagraph("Rule", entry.demand, stream);
-    writeParagraph("Why", entry.why, stream);
-    writeParagraph("What to do", entry.fix, stream);
-    if (!entry.example.empty()) {
-        writeExample(entry.example, stream);
-    }
-    if (!entry.related().empty()) {
-        writeParagraph("See also", joined(entry.related()), stream);
-    }
-}
-
-int explain(const std::vector<std::string>& ids) {
-    bool allKnown = true;
-    for (const std::string& id : ids) {
-        if (findEntry(id) == nullptr) {
-            complainAbout(id);
-            allKnown = false;
-        }
-    }
-    if (!allKnown) {
-        return kUsageError;
-    }
-    if (ids.empty()) {
-        writeAll(std::cout);
-    } else {
-        writeChosen(ids, std::cout);
-    }
-    if (!std::cout.flush()) {
-        std::cerr << kProgram << "cannot write to standard output\n";
-        return kNotJudged;
-    }
-    return kAccepted;
 }
 
 }  // namespace pkgvet::cli

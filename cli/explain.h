@@ -3,24 +3,24 @@
 
 #include <ostream>
 #include <string>
-#include <vector>
 
 #include "cli/catalogue.h"
+#include "cli/options.h"
 
 namespace pkgvet::cli {
+
+// Writes the chosen entries, or all, to standard output and returns the exit status. With an
+// unknown id nothing is written there, and standard error names the nearest ones.
+int explain(const ExplainOptions& options);
+
+// Writes an entry for a terminal, in lines of at most 80 columns but for those of its example.
+void writeEntry(const Entry& entry, bool color, std::ostream& stream);
 
 // The line of an entry as the library writes it, with "..." for what comes out of the package.
 // Empty when there is no such line.
 std::string messageForm(const Entry& entry);
 
-// Writes an entry for a terminal, in lines of at most 80 columns but for the lines of its example.
-void writeEntry(const Entry& entry, std::ostream& stream);
-
 // Writes the page docs/findings.md.
 void writeFindingsPage(std::ostream& stream);
-
-// Writes the entries with these ids, or all, to standard output. Returns the exit status: with an
-// unknown id nothing is written there, and standard error names the nearest ones.
-int explain(const std::vector<std::string>& ids);
 
 }  // namespace pkgvet::cli

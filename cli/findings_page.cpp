@@ -53,7 +53,10 @@ void writeContents(std::ostream& stream) {
 }
 
 void writeProse(const std::string& text, std::ostream& stream) {
-    stream << '\n' << wrapped(text, "", kColumns);
+    stream << '\n';
+    for (const std::string& line : wrapped(text, kColumns)) {
+        stream << line << '\n';
+    }
 }
 
 void writeBlock(std::string_view lines, std::ostream& stream) {

@@ -5,6 +5,7 @@
 
 #include "cli/check.h"
 #include "cli/exit_status.h"
+#include "cli/explain.h"
 #include "cli/options.h"
 
 namespace {
@@ -15,6 +16,7 @@ int run(const pkgvet::cli::Options& options) {
         case Command::Check:
             return check(options.check);
         case Command::Explain:
+            return explain(options.explain);
         case Command::Rules:
         case Command::Worker:
             break;

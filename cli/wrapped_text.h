@@ -7,11 +7,7 @@
 
 namespace pkgvet::cli {
 
-// The text broken between words into lines that begin with indent and have no more than columns
-// bytes, unless a single word is longer. Each ends in a line feed.
-std::string wrapped(std::string_view text, std::string_view indent, std::size_t columns);
-
-// The lines of a text, each without its line feed; the last may lack one.
-std::vector<std::string_view> linesOf(std::string_view text);
+// The text broken at spaces into lines of at most width bytes. A word that is longer stays whole.
+std::vector<std::string> wrapped(std::string_view text, std::size_t width);
 
 }  // namespace pkgvet::cli
