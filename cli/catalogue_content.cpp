@@ -24,7 +24,8 @@ constexpr Entry kEntries[] = {
      .composition = {kOpen, kSubject, words(kIconNotFound)}},
     {.id = "hardcoded-path",
      .title = "File holds the path of the default user's home",
-     .demand = "No file of the package, text or program, holds /home/defaultuser.",
+     .demand = "No file of the package, text or program, holds /home/defaultuser. Blanks and line "
+               "breaks within it make no difference.",
      .why = "The home of a user may be called anything, and in the sandbox it lies elsewhere.",
      .fix = "Ask for the directory when the program runs: `QStandardPaths` in C++, "
             "`StandardPaths` in QML, `$HOME` elsewhere. If the text is in a program but not in its "
@@ -86,7 +87,7 @@ constexpr Entry kEntries[] = {
                "below /usr/share/NAME/, /usr/lib/3rdparty/NAME/ or a directory of plug-ins.",
      .why = "What cannot be executed cannot be started by mistake or by an attacker.",
      .fix = "Install the file with mode 0644 in the .spec file. Helper programs belong into "
-            "%{_libexecdir}/%{name}/.",
+            "`%{_libexecdir}/%{name}/`.",
      .example = "install -D -m 0644 route.txt %{buildroot}%{_datadir}/%{name}/route.txt\n",
      .relatedIds = {"executable-wrong-location", "executable-wrong-format"},
      .composition = {kOpen, kSubject, words(kMustNotBeExecutable)}},

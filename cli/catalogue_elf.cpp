@@ -35,8 +35,9 @@ constexpr Entry kEntries[] = {
      .demand = "Programs lie at /usr/bin/NAME or in /usr/libexec/NAME/, where NAME is the name of "
                "the package. Libraries may lie elsewhere if `.so` is in their path.",
      .why = "These are the places from which the sandbox lets programs be started.",
-     .fix = "Install helper programs into %{_libexecdir}/%{name}/ in the .spec file and start them "
-            "from there. A library must be called so, with `.so` in its name.",
+     .fix =
+         "Install helper programs into `%{_libexecdir}/%{name}/` in the .spec file and start them "
+         "from there. A library must be called so, with `.so` in its name.",
      .example = "install -D -m 0755 helper %{buildroot}%{_libexecdir}/%{name}/helper\n",
      .relatedIds = {"file-executable", "path-not-allowed"},
      .composition = {kOpen, kSubject, words(kExecutableBadLocation)}},
@@ -73,10 +74,11 @@ constexpr Entry kEntries[] = {
                "profile, in this very version, or is carried by the package in its own library "
                "directory.",
      .why = "Only what is listed is part of the platform's interface and there on each device.",
-     .fix = "If the code does not call the library, let the linker leave it out with "
-            "`-Wl,--as-needed`. Otherwise install it into %{_datadir}/%{name}/lib/ under the name "
-            "that the finding gives, link the program with a run path that leads there, and "
-            "exclude it from what rpmbuild declares. `pkgvet rules show` prints what is allowed.",
+     .fix =
+         "If the code does not call the library, let the linker leave it out with "
+         "`-Wl,--as-needed`. Otherwise install it into `%{_datadir}/%{name}/lib/` under the name "
+         "that the finding gives, link the program with a run path that leads there, and "
+         "exclude it from what rpmbuild declares. `pkgvet rules show` prints what is allowed.",
      .example = "%global __provides_exclude ^libroute\\\\.so.*$\n"
                 "%global __requires_exclude ^libroute\\\\.so.*$\n"
                 "\n"
@@ -115,7 +117,7 @@ constexpr Entry kEntries[] = {
      .why = "Whoever may write to a directory of the run path decides what code runs in the "
             "application.",
      .fix = "Correct the run path in the build files. Often it is a directory of the build machine "
-            "that was left behind: in CMake set `CMAKE_SKIP_BUILD_RPATH`, or remove the entry "
+            "that was left behind: in CMake set `CMAKE_SKIP_BUILD_RPATH`, or set it anew "
             "with `patchelf --force-rpath --set-rpath`. `readelf -d` shows it.",
      .example = "g++ -rdynamic main.cpp libroute.so.1 -o pilot \\\n"
                 "    -Wl,--disable-new-dtags,-rpath,/usr/share/org.example.pilot/lib\n",

@@ -24,12 +24,12 @@ constexpr Entry kEntries[] = {
      .severity = Severity::Critical,
      .grave = true,
      .title = "Package has scripts",
-     .demand = "The package has no scriptlets and no triggers of any kind.",
+     .demand = "The package has none of the scriptlets `%pre`, `%post`, `%preun`, `%postun`, "
+               "`%pretrans` and `%posttrans`, not even one that only names a program to run.",
      .why = "They run with all rights and outside the sandbox when a package is installed or "
             "removed. This finding rejects a package even where validation is switched off, and "
             "it cannot be waived.",
-     .fix = "Remove `%pre`, `%post`, `%preun`, `%postun`, `%pretrans`, `%posttrans`, the triggers "
-            "and `%verifyscript` from the .spec file, and macros that expand to them. What they "
+     .fix = "Remove these sections from the .spec file, and macros that expand to them. What they "
             "prepare, do in `%install` when it is the same on each device, otherwise in the "
             "application at its first start. Calls of `ldconfig` are not needed: libraries of an "
             "application lie in its own directory.",
@@ -144,7 +144,7 @@ constexpr Entry kEntries[] = {
      .fix =
          "If the .spec file declares it, remove that `Requires`. If rpmbuild found it by itself, "
          "it is a library that some program of the package links, such as "
-         "`libroute.so.1()(64bit)`: stop linking it, or carry it below %{_datadir}/%{name}/lib "
+         "`libroute.so.1()(64bit)`: stop linking it, or carry it below `%{_datadir}/%{name}/lib` "
          "and exclude the requirement, which the package meets by itself. `pkgvet rules show` "
          "prints what is allowed.",
      .example = "%global __provides_exclude ^libroute\\\\.so.*$\n"

@@ -20,8 +20,8 @@ constexpr Entry kEntries[] = {
     {.id = "sealwatchd-invalid-json",
      .title = "Configuration of the integrity service is no valid JSON",
      .demand = "/etc/sealwatchd/config.d/NAME.json, where NAME is the name of the package, is "
-               "valid JSON. Where the package lists a longer path that begins so, this file is "
-               "read too, and must be there.",
+               "valid JSON. It is read, and must be there, also where a longer path of the package "
+               "only holds that text.",
      .why = "The service could not protect the files of the application.",
      .fix = "Correct the file, or remove it from the .spec file. `python3 -m json.tool` tells "
             "where it is wrong.",
@@ -71,7 +71,7 @@ constexpr Entry kEntries[] = {
      .demand = "Each file in /usr/libexec/NAME/, where NAME is the name of the package, is an ELF "
                "file in little-endian byte order.",
      .why = "The directory is for programs of the application and for nothing else.",
-     .fix = "Install data into %{_datadir}/%{name}/ in the .spec file, and compile programs for "
+     .fix = "Install data into `%{_datadir}/%{name}/` in the .spec file, and compile programs for "
             "the device.",
      .example = "install -D -m 0644 rules.js %{buildroot}%{_datadir}/%{name}/rules.js\n",
      .relatedIds = {"executable-wrong-format"},
@@ -95,7 +95,7 @@ constexpr Entry kEntries[] = {
                "files of its profile list.",
      .why = "What belongs to an application lies in places of its own, so that it can neither "
             "replace nor influence anything else.",
-     .fix = "Install the file below %{_datadir}/%{name}/ in the .spec file, and read it from "
+     .fix = "Install the file below `%{_datadir}/%{name}/` in the .spec file, and read it from "
             "there. Of directories, list under `%files` only those of the application and no "
             "directory of the system. For files in /usr/lib/.build-id, switch build-id links off. "
             "`pkgvet rules show` prints which further places are allowed.",
