@@ -52,7 +52,7 @@ constexpr Entry kEntries[] = {
      .title = "Managed configuration is not valid",
      .demand = "/usr/share/NAME/managed-configuration/configuration.xml, where NAME is the name "
                "of the package, is a regular file of well-formed XML that conforms to the "
-               "platform's schema.",
+               "platform's schema and has 256 KiB at the most.",
      .why = "Device management offers the application's settings to administrators from it.",
      .fix = "Correct the file, or remove it from the .spec file. `xmllint --noout` tells where it "
             "is not well-formed, and `xmllint --schema` where it does not conform.",
