@@ -4,12 +4,11 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <filesystem>
 #include <string>
-#include <system_error>
 
 #include "pkgvet/content/content_messages.h"
 #include "pkgvet/content/content_validator_private.h"
+#include "pkgvet/content/remove_tree.h"
 #include "pkgvet/desktop/desktop_entry.h"
 #include "pkgvet/package/rpm_meta.h"
 #include "pkgvet/report/logger.h"
@@ -43,30 +42,6 @@ std::string makeTemporaryDirectory() {
     }
 }
 
-// A package may hold directories that their owner cannot write to. The superuser removes such a
-// tree as it is, anybody else needs the permissions first.
-void makeRemovable(const std::filesystem::path& root) {
-    using std::filesystem::directory_options;
-    using std::filesystem::perms;
-    std::error_code error;
-    std::filesystem::permissions(root, perms::owner_all, std::filesystem::perm_options::add, error);
-    for (const auto& entry : std::filesystem::directory_iterator(
-             root, directory_options::skip_permission_denied, error)) {
-        if (entry.is_directory(error) && !entry.is_symlink(error)) {
-            makeRemovable(entry.path());
-        }
-    }
-}
-
-void removeTree(const std::filesystem::path& root) {
-    std::error_code error;
-    std::filesystem::remove_all(root, error);
-    if (error) {
-        makeRemovable(root);
-        std::filesystem::remove_all(root);
-    }
-}
-
 }  // namespace
 
 ContentValidator::ContentValidator(const std::string& rpmPath)
@@ -96,7 +71,7 @@ ContentValidator& ContentValidator::operator=(ContentValidator&& other) noexcept
 }
 
 ContentValidator::~ContentValidator() {
-    removeTree(d_ptr->tempDir);
+    pkgvet::removeTree(d_ptr->tempDir);
 }
 
 bool ContentValidator::extracted() const {
