@@ -14,8 +14,8 @@
 
 #include "cli/catalogue.h"
 #include "cli/finding_capture.h"
-#include "cli/quiet_descriptor.h"
 #include "cli/safe_path.h"
+#include "cli/sha256.h"
 #include "pkgvet/content/content_validator.h"
 #include "pkgvet/meta/meta_validator.h"
 #include "pkgvet/package/rpm_meta.h"
@@ -88,7 +88,6 @@ void describe(const RpmMeta& meta, PackageReport* report) {
 
 void judgeReadable(const std::string& path, const std::vector<Configuration>& configurations,
                    RpmSession* rpm, FindingCapture* capture, PackageReport* report) {
-    const QuietDescriptor quiet;
     const RpmMeta meta(path.c_str(), rpm->transactions());
     const std::string message = rpm->takeMessage();
     if (meta.name().empty()) {
@@ -100,7 +99,6 @@ void judgeReadable(const std::string& path, const std::vector<Configuration>& co
     if (!content.extracted()) {
         // Its rules would look at the files of this machine under the package's names.
         report->cause = kNotUnpacked;
-        report->lastWords = quiet.lastLine();
         return;
     }
     judgeContent(content, configurations, meta, capture, report);
@@ -112,8 +110,14 @@ PackageReport judge(const std::string& path, const std::vector<Configuration>& c
                     RpmSession* rpm) {
     PackageReport report;
     report.path = path;
+    report.validationEnabled = configurations.front().validationEnabled();
     const std::string resolved = resolve(path, &report.cause);
     if (!report.judged()) {
+        return report;
+    }
+    report.sha256 = sha256Of(resolved);
+    if (report.sha256.empty()) {
+        report.cause = reason(errno);
         return report;
     }
     try {
