@@ -22,6 +22,9 @@ std::string sha256Of(const std::string& path) {
     const std::unique_ptr<GChecksum, decltype(&g_checksum_free)> checksum(
         g_checksum_new(G_CHECKSUM_SHA256), &g_checksum_free);
     const Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
+    if (!file.isOpen()) {
+        return std::string();
+    }
     std::array<unsigned char, kPieceSize> piece{};
     ssize_t size = 0;
     while ((size = read(file.get(), piece.data(), piece.size())) > 0) {
