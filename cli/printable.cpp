@@ -43,8 +43,8 @@ std::string escaped(gunichar c) {
 
 std::string escapedByte(char byte) {
     std::array<char, 8> buffer{};
-    const int size =
-        std::snprintf(buffer.data(), buffer.size(), "\\x%02x", static_cast<unsigned char>(byte));
+    const int size = std::snprintf(buffer.data(), buffer.size(), "\\x%02x",
+                                   static_cast<unsigned char>(byte));
     return std::string(buffer.data(), static_cast<std::size_t>(size));
 }
 

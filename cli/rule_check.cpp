@@ -234,10 +234,9 @@ private:
                 configuration_.object(json_array_get_element(profiles, index), key);
             walked.insert(index);
             const char* parent = profile == nullptr ? nullptr : checkProfile(profile, key);
-            const auto* found =
-                std::find_if(kParents.begin(), kParents.end(), [parent](const Parent& known) {
-                    return parent != nullptr && known.name == parent;
-                });
+            const auto* found = std::find_if(
+                kParents.begin(), kParents.end(),
+                [parent](const Parent& known) { return parent != nullptr && known.name == parent; });
             if (found == kParents.end()) {
                 return;
             }
