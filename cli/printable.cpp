@@ -15,14 +15,16 @@ struct Range {
     gunichar last;
 };
 
-// Controls, and the marks, embeddings and isolates that set the direction of writing.
-constexpr std::array<Range, 8> kEscaped = {{{0x00, 0x1f},
+// Controls, the marks, embeddings and isolates that set the direction of writing, and the two
+// non-characters that XML forbids.
+constexpr std::array<Range, 9> kEscaped = {{{0x00, 0x1f},
                                             {0x7f, 0x9f},
                                             {0x061c, 0x061c},
                                             {0x200b, 0x200f},
                                             {0x2028, 0x202e},
                                             {0x2060, 0x2069},
                                             {0xfeff, 0xfeff},
+                                            {0xfffe, 0xffff},
                                             {0xe0000, 0xe007f}}};
 
 bool isEscaped(gunichar c) {
@@ -43,8 +45,8 @@ std::string escaped(gunichar c) {
 
 std::string escapedByte(char byte) {
     std::array<char, 8> buffer{};
-    const int size = std::snprintf(buffer.data(), buffer.size(), "\\x%02x",
-                                   static_cast<unsigned char>(byte));
+    const int size =
+        std::snprintf(buffer.data(), buffer.size(), "\\x%02x", static_cast<unsigned char>(byte));
     return std::string(buffer.data(), static_cast<std::size_t>(size));
 }
 

@@ -24,6 +24,7 @@ TEST(Printable, EscapesWhatATerminalWouldActUpon) {
         {"right-to-left override", "a\u202eb", "a\\u{202e}b"},
         {"isolate", "\u2066", "\\u{2066}"},
         {"zero width", "\u200b\ufeff", "\\u{200b}\\u{feff}"},
+        {"non-characters", "\uffff", "\\u{ffff}"},
         {"broken UTF-8", "a\xff\xc3", "a\\xff\\xc3"},
         {"surrogate", "\xed\xa0\x80", "\\xed\\xa0\\x80"},
         {"empty", "", ""},
