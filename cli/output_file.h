@@ -1,0 +1,36 @@
+// A file that is there whole or not at all.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace pkgvet::cli {
+
+// Gathers content beside a path and renames it into place, so that a reader of the path sees the
+// former file or the whole new one. A link is followed to the file behind it, and what is no
+// regular file, such as a pipe or a terminal, is written to as it stands. Without commit() nothing
+// remains. All of it throws std::runtime_error with a line that names the path.
+class OutputFile {
+public:
+    // Opens at once: a run of hours shall not end with a path that cannot be written.
+    explicit OutputFile(const std::string& path);
+    OutputFile(const OutputFile&) = delete;
+    OutputFile(OutputFile&& other) noexcept;
+    OutputFile& operator=(const OutputFile&) = delete;
+    OutputFile& operator=(OutputFile&&) = delete;
+    ~OutputFile();
+
+    void write(std::string_view content);
+    void commit();
+
+private:
+    void openBeside();
+    void discard();
+
+    std::string path_;       // as the user named it
+    std::string target_;     // behind links
+    std::string temporary_;  // empty where the target itself is written
+    int descriptor_ = -1;
+};
+
+}  // namespace pkgvet::cli
