@@ -64,6 +64,7 @@ struct PackageReport {
 struct RunReport {
     std::vector<PackageReport> packages;  // in input order
     bool partial = false;                 // the run was interrupted
+    std::vector<std::string> notices;     // remarks on the run itself, such as unused waivers
 };
 
 // "info" to "critical".

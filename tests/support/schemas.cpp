@@ -1,0 +1,34 @@
+// Runs validators.
+#include "tests/support/schemas.h"
+
+#include "tests/support/package_builder.h"
+#include "tests/support/temporary_directory.h"
+
+namespace {
+
+const std::string kSource = PKGVET_SOURCE + std::string("/");
+
+std::string faultsOf(const std::vector<std::string>& command) {
+    std::string output;
+    const int status = runProgram(command, &output);
+    return status == 0 ? std::string() : "status " + std::to_string(status) + ": " + output;
+}
+
+}  // namespace
+
+std::string jsonFaults(const std::string& schema, const std::vector<std::string>& documents) {
+    const TemporaryDirectory directory;
+    std::vector<std::string> command = {PKGVET_JSONSCHEMA};
+    for (const std::string& document : documents) {
+        const std::string name = std::to_string(command.size()) + ".json";
+        command.insert(command.end(), {"-i", directory.write(name, document)});
+    }
+    command.push_back(kSource + schema);
+    return faultsOf(command);
+}
+
+std::string xmlFaults(const std::string& schema, const std::string& document) {
+    const TemporaryDirectory directory;
+    return faultsOf({PKGVET_XMLLINT, "--noout", "--nonet", "--schema", kSource + schema,
+                     directory.write("report.xml", document)});
+}
