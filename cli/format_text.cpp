@@ -12,6 +12,7 @@
 #include "cli/tally.h"
 #include "cli/text_layout.h"
 #include "cli/text_verdict.h"
+#include "cli/wrapped_text.h"
 
 namespace pkgvet::cli {
 

@@ -4,7 +4,6 @@
 #include <glib.h>
 
 #include <array>
-#include <sstream>
 
 namespace pkgvet::cli {
 
@@ -25,19 +24,6 @@ std::size_t widthOf(gunichar c) {
 std::string fill(std::string_view text, std::size_t width) {
     const std::size_t taken = displayWidth(text);
     return std::string(width > taken ? width - taken : 0, ' ');
-}
-
-void appendWrapped(const std::string& line, std::size_t width, std::vector<std::string>* lines) {
-    std::istringstream words(line);
-    std::string current;
-    for (std::string word; words >> word;) {
-        if (!current.empty() && displayWidth(current) + 1 + displayWidth(word) > width) {
-            lines->push_back(current);
-            current.clear();
-        }
-        current += (current.empty() ? "" : " ") + word;
-    }
-    lines->push_back(current);
 }
 
 }  // namespace
@@ -68,15 +54,6 @@ std::string paddedRight(std::string_view text, std::size_t width) {
 
 std::string paddedLeft(std::string_view text, std::size_t width) {
     return fill(text, width) + std::string(text);
-}
-
-std::vector<std::string> wrapped(std::string_view text, std::size_t width) {
-    std::vector<std::string> lines;
-    std::istringstream source{std::string(text)};
-    for (std::string line; std::getline(source, line);) {
-        appendWrapped(line, width, &lines);
-    }
-    return lines;
 }
 
 }  // namespace pkgvet::cli

@@ -3,7 +3,6 @@
 
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "cli/model.h"
 
@@ -23,9 +22,5 @@ std::size_t displayWidth(std::string_view text);
 // text filled up with spaces to width, behind it or ahead of it.
 std::string paddedRight(std::string_view text, std::size_t width);
 std::string paddedLeft(std::string_view text, std::size_t width);
-
-// text broken at spaces into lines of at most width columns. Line feeds in text end lines; a word
-// that is longer stays whole.
-std::vector<std::string> wrapped(std::string_view text, std::size_t width);
 
 }  // namespace pkgvet::cli

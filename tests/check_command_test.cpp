@@ -131,12 +131,11 @@ TEST_F(CheckCommand, ExceptionOutOfARuleIsNotJudged) {
 TEST_F(CheckCommand, RejectionShowsFindingsAndVerdict) {
     const ProgramResult result = check({"--profile", "mdm", package()});
     EXPECT_EQ(result.status, 1);
-    EXPECT_NE(result.output.find(
-                  package() +
-                  "\n  error     [mdm-provider] Provides: mdm-provider must be specified in RPM\n"
-                  "  error     [mdm-provider] Conflicts: mdm-provider must be specified in RPM\n"),
-              std::string::npos)
-        << result.output;
+    EXPECT_EQ(result.output.find(package() + "\n  "), 0U) << result.output;
+    for (const std::string kind : {"Provides", "Conflicts"}) {
+        const std::string line = kind + ": mdm-provider must be specified in RPM\n";
+        EXPECT_NE(result.output.find(line), std::string::npos) << result.output;
+    }
     EXPECT_NE(result.output.find(package() + ": rejected (2 errors"), std::string::npos);
     EXPECT_EQ(result.errors, "");
 }
@@ -162,9 +161,8 @@ TEST_F(CheckCommand, ValidationOffStillRejectsScripts) {
     const std::string scripted = builder().script("%post\ntrue").build(directory());
     const ProgramResult result = check({"--validation", "off", scripted});
     EXPECT_EQ(result.status, 1);
-    EXPECT_NE(
-        result.output.find("  critical  [scripts] Script sections are not allowed in RPM\n"),
-        std::string::npos);
+    EXPECT_NE(result.output.find("[scripts] Script sections are not allowed in RPM\n"),
+              std::string::npos);
 }
 
 TEST_F(CheckCommand, ColourComesWhenAskedForOnly) {
