@@ -36,11 +36,7 @@ bool wantsColor(ColorMode mode) {
 }
 
 void reportFault(const Fault& fault) {
-    std::cerr << kProgram << printable(fault.file) << ": ";
-    if (!fault.key.empty()) {
-        std::cerr << '"' << printable(fault.key) << "\" ";
-    }
-    std::cerr << printable(fault.cause) << '\n';
+    std::cerr << kProgram << describe(fault) << '\n';
 }
 
 bool isUsable(const std::string& rules, const std::vector<Profiles>& profiles) {

@@ -8,6 +8,7 @@
 #include <regex>
 #include <set>
 #include <string_view>
+#include <utility>
 
 #include "pkgvet/handles.h"
 #include "pkgvet/pattern/pattern_list.h"
@@ -174,16 +175,18 @@ class TreeCheck {
 public:
     explicit TreeCheck(const std::string& path) : path_(path), configuration_(path, &faults_) {}
 
-    std::vector<Fault> run(Profiles profile) {
+    std::vector<Fault> run(const std::vector<guint>& chosen) {
         JsonObject* root = configuration_.load();
         if (root != nullptr) {
             checkIconSizes(root);
             checkDirectories(root);
             if (JsonArray* profiles = configuration_.array(root, std::string(), "profiles")) {
-                checkProfiles(profiles, static_cast<guint>(profile));
+                for (const guint index : chosen) {
+                    checkProfiles(profiles, index);
+                }
             }
         }
-        return faults_;
+        return eachOnce(faults_);  // profiles that share a parent share its faults
     }
 
 private:
@@ -234,9 +237,10 @@ private:
                 configuration_.object(json_array_get_element(profiles, index), key);
             walked.insert(index);
             const char* parent = profile == nullptr ? nullptr : checkProfile(profile, key);
-            const auto* found = std::find_if(
-                kParents.begin(), kParents.end(),
-                [parent](const Parent& known) { return parent != nullptr && known.name == parent; });
+            const auto* found =
+                std::find_if(kParents.begin(), kParents.end(), [parent](const Parent& known) {
+                    return parent != nullptr && known.name == parent;
+                });
             if (found == kParents.end()) {
                 return;
             }
@@ -265,11 +269,12 @@ private:
             }
         }
         JsonNode* parent = json_object_get_member(profile, kInheritanceKey);
-        return parent == nullptr ? nullptr : json_node_get_string(parent);
+        const bool isText = parent != nullptr && json_node_get_value_type(parent) == G_TYPE_STRING;
+        return isText ? json_node_get_string(parent) : nullptr;
     }
 
     void checkListFile(const std::string& path, const ListFile& kind) {
-        if (!checked_.insert(path).second) {
+        if (!checked_.emplace(path, kind.contentKey).second) {
             return;
         }
         const File file(path, &faults_);
@@ -287,13 +292,17 @@ private:
     std::string path_;
     std::vector<Fault> faults_;
     File configuration_;
-    std::set<std::string> checked_;
+    std::set<std::pair<std::string, std::string>> checked_;  // file and what it is to hold
 };
 
 }  // namespace
 
 std::vector<Fault> checkRuleTree(const std::string& path, Profiles profile) {
-    return TreeCheck(path).run(profile);
+    return TreeCheck(path).run({static_cast<guint>(profile)});
+}
+
+std::vector<Fault> checkRuleTree(const std::string& path) {
+    return TreeCheck(path).run({0, 1, 2, 3, 4, 5});
 }
 
 }  // namespace pkgvet::cli

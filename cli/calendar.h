@@ -1,0 +1,22 @@
+// Days.
+#pragma once
+
+#include <chrono>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace pkgvet::cli {
+
+using Date = std::chrono::year_month_day;
+
+// The day that text names in the form "2026-12-31"; nothing for any other form and for a day that
+// the calendar does not have.
+std::optional<Date> parseDate(std::string_view text);
+
+std::string formatDate(const Date& date);
+
+// Today where this machine stands.
+Date localDate();
+
+}  // namespace pkgvet::cli
