@@ -1,9 +1,8 @@
-// Reads, gathers and writes baselines.
+// Reads, gathers and formats baselines.
 #include "cli/baseline.h"
 
 #include <algorithm>
 #include <nlohmann/json.hpp>
-#include <ostream>
 #include <utility>
 
 #include "cli/grave.h"
@@ -93,7 +92,8 @@ Baseline readBaseline(const std::string& path, std::vector<Fault>* faults) {
     reader.refuseUnknown(root, std::string(), {kVersion, kFindings});
     checkVersion(reader, root);
     for (const auto& [key, object] : reader.objects(root, kFindings)) {
-        baseline[readFinding(reader, object, key)] += readCount(reader, object, key);
+        const KnownFinding finding = readFinding(reader, object, key);
+        baseline[finding] += readCount(reader, object, key);
     }
     return baseline;
 }
@@ -113,7 +113,7 @@ void collect(const PackageReport& package, Baseline* baseline) {
     }
 }
 
-void writeBaseline(const Baseline& baseline, std::ostream& stream) {
+std::string formatBaseline(const Baseline& baseline) {
     OrderedJson findings = OrderedJson::array();
     for (const auto& [finding, count] : baseline) {
         findings.push_back(toJson(finding, count));
@@ -121,7 +121,7 @@ void writeBaseline(const Baseline& baseline, std::ostream& stream) {
     OrderedJson root;
     root[kVersion] = kSchemaVersion;
     root[kFindings] = std::move(findings);
-    stream << root.dump(2) << '\n';
+    return root.dump(2) + "\n";
 }
 
 }  // namespace pkgvet::cli

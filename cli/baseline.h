@@ -3,7 +3,6 @@
 
 #include <compare>
 #include <cstddef>
-#include <iosfwd>
 #include <map>
 #include <optional>
 #include <string>
@@ -39,7 +38,7 @@ Baseline readBaseline(const std::string& path, std::vector<Fault>* faults);
 // and those that are waived, which have to count again once the waiver is gone.
 void collect(const PackageReport& package, Baseline* baseline);
 
-// Sorted, and the same bytes for the same findings.
-void writeBaseline(const Baseline& baseline, std::ostream& stream);
+// What a file that holds baseline consists of: sorted, and the same bytes for the same findings.
+std::string formatBaseline(const Baseline& baseline);
 
 }  // namespace pkgvet::cli

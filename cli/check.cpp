@@ -40,13 +40,9 @@ void reportFault(const Fault& fault) {
 }
 
 bool isUsable(const std::string& rules, const std::vector<Profiles>& profiles) {
-    std::size_t count = 0;
-    for (const Profiles profile : profiles) {
-        const std::vector<Fault> faults = checkRuleTree(rules, profile);
-        std::for_each(faults.begin(), faults.end(), reportFault);
-        count += faults.size();
-    }
-    return count == 0;
+    const std::vector<Fault> faults = checkRuleTree(rules, profiles);
+    std::for_each(faults.begin(), faults.end(), reportFault);
+    return faults.empty();
 }
 
 void complain(const PackageReport& package) {

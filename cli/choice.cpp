@@ -27,8 +27,8 @@ bool isExcused(const Judgement& judgement) {
     return anyExcused && !hasCounting(judgement, Severity::Error);
 }
 
-bool passes(const Judgement& judgement, bool validationEnabled, Severity failOn) {
-    if (failOn == Severity::Warning && hasCounting(judgement, Severity::Warning)) {
+bool passes(const Judgement& judgement, bool validationEnabled, std::optional<Severity> failOn) {
+    if (failOn && hasCounting(judgement, *failOn)) {
         return false;
     }
     // With validation off the library rejects for grave findings only.
@@ -37,8 +37,23 @@ bool passes(const Judgement& judgement, bool validationEnabled, Severity failOn)
 
 }  // namespace
 
-Choice::Choice(std::vector<Waiver> waivers, Baseline baseline, Severity failOn, const Date& today)
+Choice::Choice(const CheckOptions& options, const Date& today, std::vector<Fault>* faults)
+    : failOn_(options.failOn) {
+    for (const std::string& path : options.waivers) {
+        watch(readWaivers(path, faults), today);
+    }
+    if (!options.baseline.empty()) {
+        baseline_ = readBaseline(options.baseline, faults);
+    }
+}
+
+Choice::Choice(std::vector<Waiver> waivers, Baseline baseline, std::optional<Severity> failOn,
+               const Date& today)
     : baseline_(std::move(baseline)), failOn_(failOn) {
+    watch(std::move(waivers), today);
+}
+
+void Choice::watch(std::vector<Waiver> waivers, const Date& today) {
     for (Waiver& waiver : waivers) {
         const bool expired = waiver.lastDay && *waiver.lastDay < today;
         waivers_.push_back({std::move(waiver), expired, false});
@@ -82,15 +97,15 @@ bool Choice::waive(Finding* finding, const std::string& package) {
     return finding->standing == Standing::Waived;
 }
 
-std::vector<std::string> Choice::notices(const std::string& waiversFile, bool complete) const {
+std::vector<std::string> Choice::notices(bool complete) const {
     std::vector<std::string> lines;
     for (const auto& [waiver, expired, used] : waivers_) {
         const std::string subject = "for " + waiver.rule;
         if (expired) {
             lines.push_back(describe(
-                {waiversFile, waiver.key, subject + " expired on " + formatDate(*waiver.lastDay)}));
+                {waiver.file, waiver.key, subject + " expired on " + formatDate(*waiver.lastDay)}));
         } else if (!used && complete) {
-            lines.push_back(describe({waiversFile, waiver.key, subject + " was never used"}));
+            lines.push_back(describe({waiver.file, waiver.key, subject + " was never used"}));
         }
     }
     return lines;

@@ -1,12 +1,14 @@
 // What counts of a run's findings.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "cli/baseline.h"
 #include "cli/calendar.h"
 #include "cli/model.h"
+#include "cli/options.h"
 #include "cli/waivers.h"
 
 namespace pkgvet::cli {
@@ -17,20 +19,24 @@ namespace pkgvet::cli {
 // Judgement::passes. Belongs to one thread, and to one run, since it keeps in mind what was used.
 class Choice {
 public:
-    // failOn is Severity::Error or Severity::Warning.
-    Choice(std::vector<Waiver> waivers, Baseline baseline, Severity failOn, const Date& today);
+    // What the command line asks for. Everything that is wrong with the files that it names goes to
+    // faults; the result is of use only when nothing was.
+    Choice(const CheckOptions& options, const Date& today, std::vector<Fault>* faults);
+    // Without failOn the verdict of the library counts, apart from what is excused.
+    Choice(std::vector<Waiver> waivers, Baseline baseline, std::optional<Severity> failOn,
+           const Date& today);
 
     // Sets standing and reason of each finding, and the verdict under each profile.
     //
-    // What the library rejected passes when all errors are waived or known. Severity::Warning fails
-    // a package for each error or warning that counts, also where validation is off: whoever asks
-    // for it means it. Severity::Error adds nothing to the library's verdict, so that with
-    // validation off only grave findings reject.
+    // What the library rejected passes when all errors are waived or known; a rejection with
+    // validation off is for grave findings and stays. failOn rejects also for each finding that
+    // counts and is at least so severe, and does so with validation off as well: whoever asks for
+    // it means it.
     void apply(PackageReport* package);
 
-    // One line for each waiver of waiversFile that has expired or excused nothing. Only a run that
-    // came to its end knows of the latter.
-    std::vector<std::string> notices(const std::string& waiversFile, bool complete) const;
+    // One line for each waiver that has expired or excused nothing. Only a run that came to its end
+    // knows of the latter.
+    std::vector<std::string> notices(bool complete) const;
 
 private:
     struct WatchedWaiver {
@@ -39,12 +45,13 @@ private:
         bool used;
     };
 
+    void watch(std::vector<Waiver> waivers, const Date& today);
     void excuse(Judgement* judgement, const std::string& package);
     bool waive(Finding* finding, const std::string& package);
 
     std::vector<WatchedWaiver> waivers_;
     Baseline baseline_;
-    Severity failOn_;
+    std::optional<Severity> failOn_;
 };
 
 }  // namespace pkgvet::cli

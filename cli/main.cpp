@@ -1,49 +1,35 @@
 // The program pkgvet.
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <exception>
 #include <iostream>
-#include <stdexcept>
 
 #include "cli/check.h"
 #include "cli/exit_status.h"
 #include "cli/explain.h"
 #include "cli/options.h"
+#include "cli/rules_command.h"
 #include "cli/worker.h"
 
 namespace {
 
-// A descriptor opened later must not take the place of a standard one that is closed: what is meant
-// for standard output would end up in it.
-void openStandardDescriptors() {
-    int descriptor = -1;
-    do {
-        descriptor = open("/dev/null", O_RDONLY | O_CLOEXEC);
-    } while (descriptor >= 0 && descriptor <= STDERR_FILENO);
-    close(descriptor);
-}
-
 int run(const pkgvet::cli::Options& options) {
-    using pkgvet::cli::Command;
+    using namespace pkgvet::cli;
     switch (options.command) {
         case Command::Check:
             return check(options.check);
-        case Command::Worker:
-            return work(options.worker);
         case Command::Explain:
             return explain(options.explain);
         case Command::Rules:
-            break;
+            return rules(options.rules);
+        case Command::Worker:
+            return work(options.worker);
     }
-    throw std::logic_error("not there yet");
+    return kUsageError;
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
     using namespace pkgvet::cli;
-    openStandardDescriptors();
     try {
         int exitStatus = kUsageError;
         const auto options = parseCommandLine(argc, argv, &exitStatus);

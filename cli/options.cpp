@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "cli/exit_status.h"
+#include "cli/version.h"
 
 namespace pkgvet::cli {
 
@@ -275,7 +276,7 @@ CLI::App* addCommand(CLI::App* app, Options* options, Command command, const std
 
 std::shared_ptr<CLI::App> buildApp(Options* options) {
     auto app = std::make_shared<CLI::App>(kDescription, "pkgvet");
-    app->set_version_flag("--version", "pkgvet " PKGVET_VERSION);
+    app->set_version_flag("--version", versionText());
     app->require_subcommand(1);
     describeCheck(addCommand(app.get(), options, Command::Check, "check", "Judge packages"),
                   &options->check);

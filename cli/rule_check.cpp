@@ -175,14 +175,14 @@ class TreeCheck {
 public:
     explicit TreeCheck(const std::string& path) : path_(path), configuration_(path, &faults_) {}
 
-    std::vector<Fault> run(const std::vector<guint>& chosen) {
+    std::vector<Fault> run(const std::vector<Profiles>& chosen) {
         JsonObject* root = configuration_.load();
         if (root != nullptr) {
             checkIconSizes(root);
             checkDirectories(root);
             if (JsonArray* profiles = configuration_.array(root, std::string(), "profiles")) {
-                for (const guint index : chosen) {
-                    checkProfiles(profiles, index);
+                for (const Profiles profile : chosen) {
+                    checkProfiles(profiles, static_cast<guint>(profile));
                 }
             }
         }
@@ -297,12 +297,8 @@ private:
 
 }  // namespace
 
-std::vector<Fault> checkRuleTree(const std::string& path, Profiles profile) {
-    return TreeCheck(path).run({static_cast<guint>(profile)});
-}
-
-std::vector<Fault> checkRuleTree(const std::string& path) {
-    return TreeCheck(path).run({0, 1, 2, 3, 4, 5});
+std::vector<Fault> checkRuleTree(const std::string& path, const std::vector<Profiles>& profiles) {
+    return TreeCheck(path).run(profiles);
 }
 
 }  // namespace pkgvet::cli

@@ -10,11 +10,8 @@
 namespace pkgvet::cli {
 
 // Everything that is wrong with the tree that the configuration file at path leads to, as far as
-// profile and its parents use it. Empty when the library can use all of it: it takes what it cannot
-// use for empty lists, without a word.
-std::vector<Fault> checkRuleTree(const std::string& path, Profiles profile);
-
-// The same for all six profiles, each fault once.
-std::vector<Fault> checkRuleTree(const std::string& path);
+// one of profiles or its parents use it, each fault once. Empty when the library can use all of it:
+// it takes what it cannot use for empty lists, without a word.
+std::vector<Fault> checkRuleTree(const std::string& path, const std::vector<Profiles>& profiles);
 
 }  // namespace pkgvet::cli

@@ -12,7 +12,6 @@ namespace pkgvet::cli {
 
 namespace {
 
-constexpr unsigned kProfiles = 6;
 constexpr std::string_view kDirectorySuffix = "_dir";
 constexpr const char* kNoSlash = "does not end in a slash";
 constexpr const char* kLenient =
@@ -62,10 +61,10 @@ void warnAboutLenience(const RuleSet& rules, std::vector<Fault>* warnings) {
 
 }  // namespace
 
-std::vector<Fault> warnAboutRules(const std::string& path) {
+std::vector<Fault> warnAboutRules(const std::string& path, const std::vector<Profiles>& profiles) {
     std::vector<Fault> warnings;
-    for (unsigned profile = 0; profile < kProfiles; ++profile) {
-        const RuleSet rules = loadRuleSet(path, static_cast<Profiles>(profile));
+    for (const Profiles profile : profiles) {
+        const RuleSet rules = loadRuleSet(path, profile);
         warnAboutLenience(rules, &warnings);
         warnAboutDirectories(path, rules, &warnings);
         warnings.insert(warnings.end(), rules.dropped.begin(), rules.dropped.end());

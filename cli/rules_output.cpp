@@ -5,6 +5,7 @@
 #include <nlohmann/json.hpp>
 #include <ostream>
 #include <set>
+#include <utility>
 
 #include "cli/printable.h"
 #include "pkgvet/pattern/utf8.h"
@@ -87,20 +88,12 @@ std::vector<std::string> missingFrom(const std::set<std::string>& texts, const R
     return missing;
 }
 
-bool writeListDifference(const RuleList& before, const RuleList& after, std::ostream& stream) {
-    const std::vector<std::string> gone = missingFrom(textsOf(after), before);
-    const std::vector<std::string> come = missingFrom(textsOf(before), after);
-    if (gone.empty() && come.empty()) {
-        return false;
+OrderedJson toJson(const std::vector<std::string>& texts) {
+    OrderedJson array = OrderedJson::array();
+    for (const std::string& text : texts) {
+        array.push_back(validUtf8(text));
     }
-    stream << before.name << '\n';
-    for (const std::string& text : gone) {
-        stream << "  - " << printable(text) << '\n';
-    }
-    for (const std::string& text : come) {
-        stream << "  + " << printable(text) << '\n';
-    }
-    return true;
+    return array;
 }
 
 }  // namespace
@@ -136,14 +129,40 @@ void writeRulesAsJson(const RuleSet& rules, std::ostream& stream) {
     stream << root.dump(2) << '\n';
 }
 
-bool writeRuleDifference(const RuleSet& before, const RuleSet& after, std::ostream& stream) {
+std::vector<ListDifference> compareRules(const RuleSet& before, const RuleSet& after) {
     const std::vector<RuleList> old = comparable(before);
     const std::vector<RuleList> recent = comparable(after);
-    bool differs = false;
+    std::vector<ListDifference> differences;
     for (std::size_t i = 0; i < std::min(old.size(), recent.size()); ++i) {
-        differs = writeListDifference(old[i], recent[i], stream) || differs;
+        ListDifference difference{old[i].name, missingFrom(textsOf(recent[i]), old[i]),
+                                  missingFrom(textsOf(old[i]), recent[i])};
+        if (!difference.removed.empty() || !difference.added.empty()) {
+            differences.push_back(std::move(difference));
+        }
     }
-    return differs;
+    return differences;
+}
+
+void writeDifferencesAsText(const std::vector<ListDifference>& differences, std::ostream& stream) {
+    for (const ListDifference& difference : differences) {
+        stream << difference.name << '\n';
+        for (const std::string& text : difference.removed) {
+            stream << "  - " << printable(text) << '\n';
+        }
+        for (const std::string& text : difference.added) {
+            stream << "  + " << printable(text) << '\n';
+        }
+    }
+}
+
+void writeDifferencesAsJson(const std::vector<ListDifference>& differences, std::ostream& stream) {
+    OrderedJson lists = OrderedJson::object();
+    for (const ListDifference& difference : differences) {
+        lists[difference.name] = {{"removed", toJson(difference.removed)},
+                                  {"added", toJson(difference.added)}};
+    }
+    const OrderedJson root = {{"schema_version", kSchemaVersion}, {"differences", lists}};
+    stream << root.dump(2) << '\n';
 }
 
 }  // namespace pkgvet::cli

@@ -82,7 +82,7 @@ std::vector<Waiver> readWaivers(const std::string& path, std::vector<Fault>* fau
         WholePattern subject = readPattern(reader, object, key, kSubject);
         WholePattern package = readPattern(reader, object, key, kPackage);
         std::string reason = readReason(reader, object, key);
-        waivers.push_back({key, std::move(rule), std::move(subject), std::move(package),
+        waivers.push_back({path, key, std::move(rule), std::move(subject), std::move(package),
                            std::move(reason), readLastDay(reader, object, key)});
     }
     return waivers;

@@ -16,7 +16,8 @@ namespace pkgvet::cli {
 // patterns are those of rule files: they match the whole text, and a finding without a subject is
 // taken for one about the empty text.
 struct Waiver {
-    std::string key;  // its place in the file
+    std::string file;
+    std::string key;  // its place there
     std::string rule;
     WholePattern subject;
     WholePattern package;  // on the package's name

@@ -4,8 +4,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <sstream>
-
 #include "tests/support/temporary_directory.h"
 
 namespace {
@@ -14,17 +12,22 @@ using pkgvet::cli::Baseline;
 using pkgvet::cli::collect;
 using pkgvet::cli::Fault;
 using pkgvet::cli::Finding;
+using pkgvet::cli::formatBaseline;
 using pkgvet::cli::Judgement;
 using pkgvet::cli::PackageReport;
 using pkgvet::cli::readBaseline;
 using pkgvet::cli::Severity;
 using pkgvet::cli::Standing;
-using pkgvet::cli::writeBaseline;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
 Finding error(const std::string& rule, const std::optional<std::string>& subject = std::nullopt) {
-    return {rule, Severity::Error, subject, rule + " message"};
+    Finding finding;
+    finding.rule = rule;
+    finding.severity = Severity::Error;
+    finding.subject = subject;
+    finding.message = rule + " message";
+    return finding;
 }
 
 PackageReport report(const std::string& name, const std::vector<std::vector<Finding>>& judgements) {
@@ -45,9 +48,7 @@ std::string written(const std::vector<PackageReport>& packages) {
     for (const PackageReport& package : packages) {
         collect(package, &baseline);
     }
-    std::ostringstream stream;
-    writeBaseline(baseline, stream);
-    return stream.str();
+    return formatBaseline(baseline);
 }
 
 std::vector<std::string> faultsOf(const std::string& content) {
@@ -127,10 +128,9 @@ TEST(Baseline, FileReadsBackAsWhatWasWritten) {
     strange.message = "two\nlines";
     collect(report("a", {{strange, strange, error("x", ""), error("x")}}), &baseline);
     const TemporaryDirectory directory;
-    std::ostringstream stream;
-    writeBaseline(baseline, stream);
     std::vector<Fault> faults;
-    EXPECT_EQ(readBaseline(directory.write("baseline.json", stream.str()), &faults), baseline);
+    EXPECT_EQ(readBaseline(directory.write("baseline.json", formatBaseline(baseline)), &faults),
+              baseline);
     EXPECT_THAT(faults, IsEmpty());
     EXPECT_EQ(baseline.size(), 3U);
 }

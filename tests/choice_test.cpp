@@ -15,11 +15,16 @@ const Date kToday = *parseDate("2026-06-15");
 Waiver waiver(const std::string& rule, const std::string& subject = ".*",
               const std::optional<Date>& lastDay = std::nullopt,
               const std::string& reason = "agreed") {
-    return {"waivers[0]", rule, WholePattern(subject), WholePattern(".*"), reason, lastDay};
+    return {"w.json", "waivers[0]", rule, pkgvet::WholePattern(subject), pkgvet::WholePattern(".*"),
+            reason,   lastDay};
 }
 
 Finding finding(const std::string& rule, Severity severity = Severity::Error) {
-    return {rule, severity, std::nullopt, rule + " message"};
+    Finding result;
+    result.rule = rule;
+    result.severity = severity;
+    result.message = rule + " message";
+    return result;
 }
 
 // A package as the library leaves it: whether it was accepted, and why not.
@@ -50,7 +55,7 @@ std::vector<Standing> standings(const PackageReport& package) {
 }
 
 PackageReport chosen(PackageReport package, std::vector<Waiver> waivers, const Baseline& baseline,
-                     Severity failOn = Severity::Error) {
+                     std::optional<Severity> failOn = std::nullopt) {
     Choice(std::move(waivers), baseline, failOn, kToday).apply(&package);
     return package;
 }
@@ -158,10 +163,12 @@ TEST(Choice, FailOnWarningLetsWarningsReject) {
     EXPECT_TRUE(chosen(judged(false, {finding("a"), warning}), {waiver("a")}, {}).passes());
 }
 
-TEST(Choice, WithValidationOffOnlyGraveFindingsRejectUnlessWarningsAreToFail) {
+TEST(Choice, WithValidationOffOnlyGraveFindingsRejectUnlessMoreIsAskedFor) {
     PackageReport lenient = judged(true, {finding("a"), finding("w", Severity::Warning)});
     lenient.validationEnabled = false;
     EXPECT_TRUE(chosen(lenient, {}, {}).passes());
+    EXPECT_FALSE(chosen(lenient, {}, {}, Severity::Error).passes());
+    EXPECT_TRUE(chosen(lenient, {waiver("a")}, {}, Severity::Error).passes());
     EXPECT_FALSE(chosen(lenient, {}, {}, Severity::Warning).passes());
 
     PackageReport grave = judged(false, {finding("x"), finding("a")});
@@ -176,14 +183,14 @@ TEST(Choice, ExpiredAndUnusedWaiversAreNoticed) {
     used.key = "waivers[1]";
     Waiver unused = waiver("c");
     unused.key = "waivers[2]";
-    Choice choice({expired, used, unused}, {}, Severity::Error, kToday);
+    Choice choice({expired, used, unused}, {}, std::nullopt, kToday);
     PackageReport package = judged(false, {finding("a"), finding("b")});
     choice.apply(&package);
     const std::string expiry = "w.json: \"waivers[0]\" for a expired on 2026-01-31";
-    EXPECT_THAT(choice.notices("w.json", true),
+    EXPECT_THAT(choice.notices(true),
                 ElementsAre(expiry, "w.json: \"waivers[2]\" for c was never used"));
-    EXPECT_THAT(choice.notices("w.json", false), ElementsAre(expiry));
-    EXPECT_THAT(Choice({used}, {}, Severity::Error, kToday).notices("w.json", false), IsEmpty());
+    EXPECT_THAT(choice.notices(false), ElementsAre(expiry));
+    EXPECT_THAT(Choice({used}, {}, std::nullopt, kToday).notices(false), IsEmpty());
 }
 
 }  // namespace

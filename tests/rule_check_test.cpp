@@ -26,7 +26,7 @@ protected:
 
     std::vector<std::string> faults(Profiles profile = Profiles::Regular) const {
         std::vector<std::string> lines;
-        for (const Fault& fault : checkRuleTree(path_, profile)) {
+        for (const Fault& fault : checkRuleTree(path_, {profile})) {
             lines.push_back(std::filesystem::path(fault.file).filename().string() + "|" +
                             fault.key + "|" + fault.cause);
         }
@@ -44,7 +44,7 @@ TEST_F(RuleCheck, SoundTreeHasNoFault) {
 }
 
 TEST_F(RuleCheck, MissingConfigurationFileIsAFault) {
-    const std::vector<Fault> faults = checkRuleTree(directory_ / "none.json", Profiles::Regular);
+    const std::vector<Fault> faults = checkRuleTree(directory_ / "none.json", {Profiles::Regular});
     ASSERT_EQ(faults.size(), 1U);
     EXPECT_EQ(faults[0].file, directory_ / "none.json");
     EXPECT_EQ(faults[0].key, "");
@@ -53,13 +53,13 @@ TEST_F(RuleCheck, MissingConfigurationFileIsAFault) {
 
 TEST_F(RuleCheck, EachMandatoryKeyIsMissedByName) {
     const Json sound = configuration();
-    for (const char* key : {"/icon_sizes", "/dirs", "/profiles", "/dirs/bin_dir", "/dirs/share_dir",
-                            "/dirs/desktop_dir", "/dirs/icon_dir", "/dirs/libexec_dir",
-                            "/dirs/disallowed_components", "/profiles/0/paths_list",
-                            "/profiles/0/libraries_list", "/profiles/0/requires_list",
-                            "/profiles/0/qmlimports_list", "/profiles/0/permissions_list",
-                            "/profiles/0/name", "/profiles/0/provides", "/profiles/0/inheritance",
-                            "/profiles/0/require_desktop", "/profiles/0/require_icons"}) {
+    for (const char* key :
+         {"/icon_sizes", "/dirs", "/profiles", "/dirs/bin_dir", "/dirs/share_dir",
+          "/dirs/desktop_dir", "/dirs/icon_dir", "/dirs/libexec_dir", "/dirs/disallowed_components",
+          "/profiles/0/paths_list", "/profiles/0/libraries_list", "/profiles/0/requires_list",
+          "/profiles/0/qmlimports_list", "/profiles/0/permissions_list", "/profiles/0/name",
+          "/profiles/0/provides", "/profiles/0/inheritance", "/profiles/0/require_desktop",
+          "/profiles/0/require_icons"}) {
         SCOPED_TRACE(key);
         const Json::json_pointer pointer(key);
         Json broken = sound;
@@ -145,8 +145,42 @@ TEST_F(RuleCheck, ProfileThatInheritsItselfIsAFault) {
     for (const Profiles profile : {Profiles::Regular, Profiles::Extended, Profiles::Mdm}) {
         const std::vector<std::string> found = faults(profile);
         ASSERT_EQ(found.size(), 1U);
-        EXPECT_NE(found[0].find("inheritance|leads the profile back to itself"),
-                  std::string::npos);
+        EXPECT_NE(found[0].find("inheritance|leads the profile back to itself"), std::string::npos);
+    }
+}
+
+TEST_F(RuleCheck, SeveralProfilesNameTheFaultsOfACommonParentOnce) {
+    Json broken = configuration();
+    for (std::size_t i = 1; i < 6; ++i) {
+        broken["profiles"][i]["inheritance"] = "regular";
+    }
+    broken["profiles"][3].erase("provides");
+    broken["profiles"].erase(5);
+    write(broken);
+    writeFile(list("paths.json"), "{}");
+    std::vector<std::string> keys;
+    for (const Fault& fault :
+         checkRuleTree(path_, {Profiles::Regular, Profiles::Extended, Profiles::Mdm,
+                               Profiles::Antivirus, Profiles::Auth, Profiles::Market})) {
+        keys.push_back(fault.key);
+    }
+    EXPECT_THAT(keys, testing::ElementsAre("paths", "profiles[3].provides", "profiles[5]"));
+}
+
+TEST_F(RuleCheck, FileThatServesForTwoListsIsHeldToBothShapes) {
+    Json broken = configuration();
+    broken["profiles"][0]["requires_list"] = broken["profiles"][0]["libraries_list"];
+    write(broken);
+    EXPECT_THAT(faults(), testing::ElementsAre("libraries.json|requires|is missing"));
+}
+
+TEST_F(RuleCheck, ParentThatIsNoTextIsAFault) {
+    for (const Json& parent : {Json::object(), Json::array(), Json(nullptr), Json(1)}) {
+        Json broken = configuration();
+        broken["profiles"][0]["inheritance"] = parent;
+        write(broken);
+        EXPECT_THAT(faults(), testing::ElementsAre(
+                                  "configuration.json|profiles[0].inheritance|is no string"));
     }
 }
 

@@ -13,6 +13,9 @@ using pkgvet::cli::warnAboutRules;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
+const std::vector<Profiles> kAll = {Profiles::Regular,   Profiles::Extended, Profiles::Mdm,
+                                    Profiles::Antivirus, Profiles::Auth,     Profiles::Market};
+
 class RuleWarnings : public testing::Test {
 protected:
     std::string list(const std::string& name) const { return directory_ / ("profile-0/" + name); }
@@ -21,7 +24,7 @@ protected:
 
     std::vector<std::string> warningsAbout(const std::string& path) const {
         std::vector<std::string> lines;
-        for (const Fault& fault : warnAboutRules(path)) {
+        for (const Fault& fault : warnAboutRules(path, kAll)) {
             const auto file = std::filesystem::relative(fault.file, directory_.path());
             lines.push_back(file.string() + "|" + fault.key + "|" + fault.cause);
         }

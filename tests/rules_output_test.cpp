@@ -26,9 +26,9 @@ std::string textOf(const RuleSet& rules) {
     return stream.str();
 }
 
-std::string difference(const RuleSet& before, const RuleSet& after, bool expected) {
+std::string difference(const RuleSet& before, const RuleSet& after) {
     std::ostringstream stream;
-    EXPECT_EQ(writeRuleDifference(before, after, stream), expected);
+    writeDifferencesAsText(compareRules(before, after), stream);
     return stream.str();
 }
 
@@ -73,16 +73,31 @@ TEST(RulesOutput, DifferenceNamesWhatWentAndWhatCame) {
     after.scalars[1].value = "false";
     after.lists[0].elements[0].text = "/new";
     after.lists[1].elements = {{"Internet", "/x", ""}};
-    EXPECT_EQ(difference(sample(), after, true),
+    EXPECT_EQ(difference(sample(), after),
               "require_icons\n  - true\n  + false\n"
               "paths\n  - /long/one\n  + /new\n"
               "permissions\n  + Internet\n");
 }
 
+TEST(RulesOutput, DifferenceAsJson) {
+    RuleSet after = sample();
+    after.lists[0].elements[0].text = "/new\xff";
+    std::ostringstream stream;
+    writeDifferencesAsJson(compareRules(sample(), after), stream);
+    writeDifferencesAsJson({}, stream);
+    std::istringstream written(stream.str());
+    nlohmann::json first;
+    nlohmann::json second;
+    written >> first >> second;
+    EXPECT_EQ(first, nlohmann::json::parse(R"({"schema_version": 1, "differences": {"paths":
+        {"removed": ["/long/one"], "added": ["/new\ufffd"]}}})"));
+    EXPECT_EQ(second, nlohmann::json::parse(R"({"schema_version": 1, "differences": {}})"));
+}
+
 TEST(RulesOutput, OrderRepeatsAndFilesMakeNoDifference) {
     RuleSet after = sample();
     after.lists[0].elements = {{"/b", "/elsewhere", ""}, {"/long/one", "/p.json", ""}};
-    EXPECT_EQ(difference(sample(), after, false), "");
+    EXPECT_EQ(difference(sample(), after), "");
 }
 
 }  // namespace

@@ -48,7 +48,11 @@ std::string waiver(const std::string& members) {
 }
 
 Finding finding(const std::optional<std::string>& subject) {
-    return {"library-not-allowed", Severity::Error, subject, "a message"};
+    Finding result;
+    result.rule = "library-not-allowed";
+    result.severity = Severity::Error;
+    result.subject = subject;
+    return result;
 }
 
 TEST(Waivers, FileIsRead) {
