@@ -1,4 +1,7 @@
 // The program pkgvet.
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <exception>
 #include <iostream>
 
@@ -10,6 +13,16 @@
 #include "cli/worker.h"
 
 namespace {
+
+// A descriptor opened later must not take the place of a standard one that is closed: what is meant
+// for standard output would end up in it.
+void openStandardDescriptors() {
+    int descriptor = -1;
+    do {
+        descriptor = open("/dev/null", O_RDONLY | O_CLOEXEC);
+    } while (descriptor >= 0 && descriptor <= STDERR_FILENO);
+    close(descriptor);
+}
 
 int run(const pkgvet::cli::Options& options) {
     using namespace pkgvet::cli;
@@ -30,6 +43,7 @@ int run(const pkgvet::cli::Options& options) {
 
 int main(int argc, char** argv) {
     using namespace pkgvet::cli;
+    openStandardDescriptors();
     try {
         int exitStatus = kUsageError;
         const auto options = parseCommandLine(argc, argv, &exitStatus);

@@ -5,13 +5,16 @@
 
 #include <algorithm>
 #include <array>
+#include <filesystem>
+#include <nlohmann/json.hpp>
 #include <regex>
 #include <set>
 #include <string_view>
 #include <utility>
 
-#include "pkgvet/handles.h"
+#include "cli/json_reader.h"
 #include "pkgvet/pattern/pattern_list.h"
+#include "pkgvet/rules/json_file.h"
 
 namespace pkgvet::cli {
 
@@ -65,11 +68,23 @@ std::string member(const std::string& key, const char* name) {
     return key.empty() ? name : key + "." + name;
 }
 
+// Why the library takes nothing from the file at path. The other reader gives reasons, and is not
+// impressed by depth.
+std::string causeOfFailure(const std::string& path) {
+    std::error_code error;
+    if (std::filesystem::exists(path, error) && !std::filesystem::is_regular_file(path, error)) {
+        return "is no regular file";
+    }
+    std::vector<Fault> faults;
+    static_cast<void>(JsonReader(path, &faults).load());
+    return faults.empty() ? "is too large or too deep to be read" : faults.front().cause;
+}
+
 // One file of the tree, whose faults it adds to those of the tree.
 class File {
 public:
     File(const std::string& path, std::vector<Fault>* faults)
-        : path_(path), faults_(faults), parser_(json_parser_new()) {}
+        : path_(path), faults_(faults), file_(loadJsonFile(path)) {}
 
     void report(const std::string& key, const std::string& cause) const {
         faults_->push_back({path_, key, cause});
@@ -77,18 +92,10 @@ public:
 
     // The root object, or null once the fault is reported.
     JsonObject* load() const {
-        GError* error = nullptr;
-        if (!json_parser_load_from_file(parser_.get(), path_.c_str(), &error)) {
-            const GErrorHandle owner(error);
-            report(std::string(), error->message);
-            return nullptr;
+        if (file_.root == nullptr) {
+            report(std::string(), causeOfFailure(path_));
         }
-        JsonNode* root = json_parser_get_root(parser_.get());
-        if (root == nullptr || !JSON_NODE_HOLDS_OBJECT(root)) {
-            report(std::string(), "holds no JSON object");
-            return nullptr;
-        }
-        return json_node_get_object(root);
+        return file_.root;
     }
 
     JsonArray* array(JsonObject* object, const std::string& prefix, const char* name) const {
@@ -133,7 +140,7 @@ public:
 private:
     std::string path_;
     std::vector<Fault>* faults_;
-    JsonParserHandle parser_;
+    JsonFile file_;
 };
 
 void checkPattern(const File& file, const std::string& key, const std::string& pattern) {

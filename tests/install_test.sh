@@ -30,6 +30,14 @@ status=0
 [ "$status" -eq 1 ] || fail "the bad sample ended with status $status"
 
 libdir=$(dirname "$(find "$prefix" -name pkgvet.pc)")/..
+for file in share/man/man1/pkgvet.1 share/man/man5/pkgvet-rules.5 \
+    share/bash-completion/completions/pkgvet share/fish/vendor_completions.d/pkgvet.fish \
+    share/zsh/site-functions/_pkgvet; do
+    [ -s "$prefix/$file" ] || fail "$file was not installed"
+done
+"$prefix/bin/pkgvet" rules check | grep -qx "0 errors, 0 warnings" ||
+    fail "the installed rule tree has faults"
+
 grep -q "$source\|$build" -r "$prefix/share" "$libdir/pkgconfig" "$libdir/cmake" &&
     fail "a path of the build tree was installed"
 

@@ -3,6 +3,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <nlohmann/json.hpp>
 
@@ -110,6 +111,16 @@ TEST_F(RuleCheck, MissingListFileIsAFaultOfThatFile) {
     std::filesystem::remove(list("paths.json"));
     ASSERT_EQ(faults().size(), 1U);
     EXPECT_EQ(faults()[0].find("paths.json||"), 0U);
+}
+
+TEST_F(RuleCheck, WhatTheLibraryDoesNotReadIsAFault) {
+    std::filesystem::remove(list("paths.json"));
+    ASSERT_EQ(mkfifo(list("paths.json").c_str(), 0600), 0);
+    writeFile(list("libraries.json"),
+              R"({"libraries": )" + std::string(6000, '[') + std::string(6000, ']') + "}");
+    EXPECT_THAT(faults(),
+                testing::ElementsAre("paths.json||is no regular file",
+                                     "libraries.json||is too large or too deep to be read"));
 }
 
 TEST_F(RuleCheck, PatternThatDoesNotCompileIsAFault) {
