@@ -2,23 +2,27 @@
 #include "cli/check.h"
 
 #include <signal.h>
-#include <stdlib.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <iostream>
+#include <optional>
 #include <stdexcept>
 #include <string_view>
 #include <utility>
 
+#include "cli/baseline.h"
+#include "cli/calendar.h"
+#include "cli/choice.h"
+#include "cli/color.h"
 #include "cli/default_rules.h"
 #include "cli/exit_status.h"
 #include "cli/input.h"
+#include "cli/output_file.h"
 #include "cli/printable.h"
 #include "cli/processors.h"
 #include "cli/progress.h"
+#include "cli/reports.h"
 #include "cli/rule_check.h"
-#include "cli/text_report.h"
 #include "cli/worker_pool.h"
 
 namespace pkgvet::cli {
@@ -27,31 +31,36 @@ namespace {
 
 constexpr std::string_view kProgram = "pkgvet: ";
 
-bool wantsColor(ColorMode mode) {
-    if (mode != ColorMode::Auto) {
-        return mode == ColorMode::Always;
+void complain(const std::string& text) {
+    std::cerr << kProgram << text << '\n';
+}
+
+// Whether there is nothing to complain of.
+bool isSound(const std::vector<Fault>& faults) {
+    for (const Fault& fault : faults) {
+        complain(describe(fault));
     }
-    const char* noColor = getenv("NO_COLOR");
-    return (noColor == nullptr || *noColor == '\0') && isatty(STDOUT_FILENO) == 1;
-}
-
-void reportFault(const Fault& fault) {
-    std::cerr << kProgram << describe(fault) << '\n';
-}
-
-bool isUsable(const std::string& rules, const std::vector<Profiles>& profiles) {
-    const std::vector<Fault> faults = checkRuleTree(rules, profiles);
-    std::for_each(faults.begin(), faults.end(), reportFault);
     return faults.empty();
 }
 
 void complain(const PackageReport& package) {
-    std::cerr << kProgram << printable(package.path)
-              << ": could not be judged: " << printable(package.cause);
+    std::string text =
+        printable(package.path) + ": could not be judged: " + printable(package.cause);
     if (!package.lastWords.empty()) {
-        std::cerr << ": " << printable(package.lastWords);
+        text += ": " + printable(package.lastWords);
     }
-    std::cerr << '\n';
+    complain(text);
+}
+
+ReportStyle styleOf(const CheckOptions& options) {
+    ReportStyle style;
+    style.color = wantsColor(options.color);
+    style.quiet = options.quiet;
+    style.showWaived = options.showWaived;
+    style.explain = options.explain;
+    style.timings = options.timings;
+    style.failOn = options.failOn.value_or(style.failOn);
+    return style;
 }
 
 // The command line of a worker, up to the path of its package.
@@ -79,22 +88,34 @@ PoolOptions poolOptions(const CheckOptions& options, const std::string& rules) {
 // One run over all packages.
 class Run {
 public:
-    Run(const CheckOptions& options, const std::string& rules, std::vector<Input> inputs)
+    // Opens all files that are to be written; std::runtime_error names one that cannot be.
+    Run(const CheckOptions& options, const std::string& rules, std::vector<Input> inputs,
+        Choice choice)
         : options_(options),
           rules_(rules),
           inputs_(std::move(inputs)),
+          choice_(std::move(choice)),
           progress_(inputs_.size()),
-          text_(std::cout, {wantsColor(options.color), options.quiet}) {}
+          reports_(options.format, styleOf(options), std::cout, options.outputs) {
+        if (!options.writeBaseline.empty()) {
+            baselineFile_.emplace(options.writeBaseline);
+        }
+    }
 
     int judgeAll() {
         const auto receive = [this](PackageReport package) { return take(std::move(package)); };
         WorkerPool pool(inputs_, poolOptions(options_, rules_), receive, &progress_);
         report_.partial = !pool.run();
-        text_.finish();
-        if (report_.partial) {
-            std::cerr << kProgram << "interrupted: " << inputs_.size() - report_.packages.size()
-                      << " of " << inputs_.size() << " packages were not judged\n";
+        report_.notices = choice_.notices(!report_.partial);
+        for (const std::string& notice : report_.notices) {
+            complain(notice);
         }
+        if (report_.partial) {
+            complain("interrupted: " + std::to_string(inputs_.size() - report_.packages.size()) +
+                     " of " + std::to_string(inputs_.size()) + " packages were not judged");
+        }
+        reports_.finish(report_);
+        writeBaseline();
         return status();
     }
 
@@ -102,6 +123,7 @@ private:
     // Packages come in input order, whatever the order in which they were judged.
     bool take(PackageReport package) {
         // What counts is chosen here, before anything is counted or shown.
+        choice_.apply(&package);
         if (package.judged() && !package.passes()) {
             progress_.countRejected();
         }
@@ -109,12 +131,25 @@ private:
             package.seconds = 0;
         }
         progress_.clear();
-        text_.add(package);
+        reports_.add(package);
         if (!package.judged()) {
             complain(package);
         }
         report_.packages.push_back(std::move(package));
         return std::cout.good();
+    }
+
+    // A run that was interrupted knows too little to be a baseline.
+    void writeBaseline() {
+        if (!baselineFile_ || report_.partial) {
+            return;
+        }
+        Baseline baseline;
+        for (const PackageReport& package : report_.packages) {
+            collect(package, &baseline);
+        }
+        baselineFile_->write(formatBaseline(baseline));
+        baselineFile_->commit();
     }
 
     int status() const {
@@ -131,10 +166,23 @@ private:
     const CheckOptions& options_;
     const std::string& rules_;
     std::vector<Input> inputs_;
+    Choice choice_;
     Progress progress_;
-    TextReport text_;
+    Reports reports_;
+    std::optional<OutputFile> baselineFile_;
     RunReport report_;
 };
+
+int judgeInputs(const CheckOptions& options, const std::string& rules, Choice choice) {
+    std::optional<Run> run;
+    try {
+        run.emplace(options, rules, collectInput(options), std::move(choice));
+    } catch (const std::runtime_error& error) {
+        complain(printable(error.what()));
+        return kUsageError;
+    }
+    return run->judgeAll();
+}
 
 }  // namespace
 
@@ -142,19 +190,14 @@ int check(const CheckOptions& options) {
     // A reader that goes away is an error like any other when it comes to writing.
     signal(SIGPIPE, SIG_IGN);
     const std::string rules = options.rules.empty() ? defaultRules() : options.rules;
-    std::vector<Input> inputs;
-    try {
-        inputs = collectInput(options);
-    } catch (const std::runtime_error& error) {
-        std::cerr << kProgram << printable(error.what()) << '\n';
+    std::vector<Fault> faults = checkRuleTree(rules, options.profiles);
+    Choice choice(options, localDate(), &faults);
+    if (!isSound(faults)) {
         return kUsageError;
     }
-    if (!isUsable(rules, options.profiles)) {
-        return kUsageError;
-    }
-    const int status = Run(options, rules, std::move(inputs)).judgeAll();
+    const int status = judgeInputs(options, rules, std::move(choice));
     if (!std::cout) {
-        std::cerr << kProgram << "cannot write to standard output\n";
+        complain("cannot write to standard output");
         return kNotJudged;
     }
     return status;

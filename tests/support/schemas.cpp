@@ -6,7 +6,7 @@
 
 namespace {
 
-const std::string kSource = PKGVET_SOURCE + std::string("/");
+const std::string kSource = PKGVET_SOURCE_DIR + std::string("/");
 
 std::string faultsOf(const std::vector<std::string>& command) {
     std::string output;
