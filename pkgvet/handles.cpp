@@ -3,6 +3,9 @@
 
 #include <glib.h>
 #include <json-glib/json-glib.h>
+#include <libxml/parser.h>
+#include <libxml/tree.h>
+#include <libxml/xmlschemas.h>
 #include <rpm/header.h>
 #include <rpm/rpmds.h>
 #include <rpm/rpmfi.h>
@@ -11,6 +14,10 @@
 #include <rpm/rpmts.h>
 
 namespace pkgvet {
+
+void HandleDeleter::operator()(std::FILE* stream) const {
+    std::fclose(stream);
+}
 
 void HandleDeleter::operator()(char* text) const {
     g_free(text);
@@ -64,6 +71,26 @@ void HandleDeleter::operator()(rpmtd_s* container) const {
 
 void HandleDeleter::operator()(rpmts_s* transactions) const {
     rpmtsFree(transactions);
+}
+
+void HandleDeleter::operator()(_xmlDoc* document) const {
+    xmlFreeDoc(document);
+}
+
+void HandleDeleter::operator()(_xmlParserCtxt* parser) const {
+    xmlFreeParserCtxt(parser);
+}
+
+void HandleDeleter::operator()(_xmlSchema* schema) const {
+    xmlSchemaFree(schema);
+}
+
+void HandleDeleter::operator()(_xmlSchemaParserCtxt* parser) const {
+    xmlSchemaFreeParserCtxt(parser);
+}
+
+void HandleDeleter::operator()(_xmlSchemaValidCtxt* validator) const {
+    xmlSchemaFreeValidCtxt(validator);
 }
 
 }  // namespace pkgvet

@@ -12,7 +12,9 @@
 namespace {
 
 using pkgvet::isRegularFile;
+using pkgvet::openRegularStream;
 using pkgvet::readRegularFile;
+using pkgvet::RegularFileReader;
 
 constexpr std::size_t kEnough = 1000;
 
@@ -60,12 +62,16 @@ TEST(RegularFile, NothingElseIsReadOrWaitedFor) {
         SCOPED_TRACE(path);
         EXPECT_FALSE(isRegularFile(path));
         EXPECT_EQ(readRegularFile(path, kEnough), std::nullopt);
+        EXPECT_EQ(openRegularStream(path), nullptr);
+        EXPECT_FALSE(RegularFileReader(path).isOpen());
+        EXPECT_EQ(RegularFileReader(path).remaining(), 0U);
     }
 }
 
 // Such a file may hold any amount of text, or block for ever.
 TEST(RegularFile, AFileThatTheKernelMakesUpReadsAsEmpty) {
     EXPECT_EQ(readRegularFile("/proc/self/status", kEnough), "");
+    EXPECT_EQ(RegularFileReader("/proc/self/status").remaining(), 0U);
 }
 
 TEST(RegularFile, AFileThatIsNotReadableGivesNothing) {
@@ -77,6 +83,51 @@ TEST(RegularFile, AFileThatIsNotReadableGivesNothing) {
     std::filesystem::permissions(path, std::filesystem::perms::none);
     EXPECT_TRUE(isRegularFile(path));
     EXPECT_EQ(readRegularFile(path, kEnough), std::nullopt);
+}
+
+TEST(RegularFile, IsReadInPieces) {
+    const TemporaryDirectory directory;
+    RegularFileReader file(directory.write("file", "1234567"));
+    ASSERT_TRUE(file.isOpen());
+    std::string piece(4, 'x');
+    EXPECT_TRUE(file.read(&piece));
+    EXPECT_EQ(piece, "1234");
+    EXPECT_EQ(file.remaining(), 3U);
+    EXPECT_TRUE(file.read(&piece));
+    EXPECT_EQ(piece, "567");
+    EXPECT_EQ(file.remaining(), 0U);
+    EXPECT_TRUE(file.read(&piece));
+    EXPECT_EQ(piece, "");
+}
+
+TEST(RegularFile, ReadsNoFurtherThanTheSizeThatItHad) {
+    const TemporaryDirectory directory;
+    const std::string path = directory.write("file", "12345");
+    RegularFileReader file(path);
+    writeFile(path, "1234567890");
+    std::string piece(8, 'x');
+    EXPECT_TRUE(file.read(&piece));
+    EXPECT_EQ(piece, "12345");
+}
+
+TEST(RegularFile, ThatShrinksEndsEarly) {
+    const TemporaryDirectory directory;
+    const std::string path = directory.write("file", "1234567890");
+    RegularFileReader file(path);
+    std::filesystem::resize_file(path, 2);
+    std::string piece(8, 'x');
+    EXPECT_TRUE(file.read(&piece));
+    EXPECT_EQ(piece, "12");
+    EXPECT_EQ(file.remaining(), 0U);
+}
+
+TEST(RegularFile, OpensAsAStream) {
+    const TemporaryDirectory directory;
+    const pkgvet::StreamHandle stream = openRegularStream(directory.write("file", "ab"));
+    ASSERT_NE(stream, nullptr);
+    EXPECT_EQ(std::fgetc(stream.get()), 'a');
+    EXPECT_EQ(std::fgetc(stream.get()), 'b');
+    EXPECT_EQ(std::fgetc(stream.get()), EOF);
 }
 
 }  // namespace

@@ -80,20 +80,28 @@ bool ContentValidator::extracted() const {
 
 // Rules hand results on through the record, so their order is part of the verdict.
 bool ContentValidator::validateContent(const Configuration& config, const RpmMeta& meta) {
-    const std::string mainBinaryPath = d_ptr->tempDir + config.binDir() + meta.name();
+    const std::string& tempDir = d_ptr->tempDir;
+    const std::string mainBinaryPath = tempDir + config.binDir() + meta.name();
     const std::string desktopPath = config.desktopDir() + meta.name() + kDesktopSuffix;
     checkDesktop(config, meta, desktopPath);
     if (d_ptr->desktop) {
-        const DesktopEntry entry(d_ptr->tempDir + desktopPath);
+        const DesktopEntry entry(tempDir + desktopPath);
         processDesktopFile(meta, entry);
-        processPinfold(config, meta, entry, d_ptr->tempDir);
+        processPinfold(config, meta, entry, tempDir);
         processBackgroundTasks(meta, entry);
     }
-    checkExecutables(config, meta, d_ptr->tempDir);
+    checkQmlImports(config, meta, tempDir);
+    checkExecutables(config, meta, tempDir);
+    checkIcons(config, meta, tempDir);
     checkLibraries(config, meta, mainBinaryPath);
     checkRpath(meta, mainBinaryPath);
     checkArch(meta);
+    checkSandboxing(meta, tempDir);
+    checkExcludedPaths(config, meta, tempDir);
+    checkEmptyDirectories(meta);
+    checkConfigurationParameterFile(meta);
     processLiblumbraapp(meta);
+    processPermissions(config, meta, tempDir);
     processElfTabs(mainBinaryPath);
     return pkgvet::isAccepted(d_ptr->failures, config.validationEnabled());
 }

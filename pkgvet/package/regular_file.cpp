@@ -5,59 +5,38 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 
 namespace pkgvet {
 
 namespace {
 
+constexpr const char* kReadMode = "rb";
+
+constexpr int kNone = -1;
+
 // What path leads to may change between the look at it and the open, hence the second look and an
 // open that waits for nobody.
 constexpr int kOpenFlags = O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK;
 
-class OpenFile {
-public:
-    explicit OpenFile(const std::string& path) : descriptor_(open(path.c_str(), kOpenFlags)) {}
-    OpenFile(const OpenFile&) = delete;
-    OpenFile(OpenFile&&) = delete;
-    OpenFile& operator=(const OpenFile&) = delete;
-    OpenFile& operator=(OpenFile&&) = delete;
-    ~OpenFile() {
-        if (descriptor_ >= 0) {
-            close(descriptor_);
-        }
+// The descriptor of a regular file with the size that it states, or kNone.
+int openRegularFile(const std::string& path, std::uint64_t* size) {
+    if (!isRegularFile(path)) {
+        return kNone;
     }
-
-    // The size that a regular file states; nothing for whatever is not one.
-    std::optional<std::size_t> statedSize() const {
-        struct stat status {};
-        if (descriptor_ < 0 || fstat(descriptor_, &status) != 0 || !S_ISREG(status.st_mode)) {
-            return std::nullopt;
-        }
-        return static_cast<std::size_t>(status.st_size);
+    const int descriptor = open(path.c_str(), kOpenFlags);
+    if (descriptor < 0) {
+        return kNone;
     }
-
-    // Fills content as far as the file goes; false when it cannot be read.
-    bool read(std::string* content) const {
-        std::size_t filled = 0;
-        while (filled < content->size()) {
-            const ssize_t count =
-                ::read(descriptor_, content->data() + filled, content->size() - filled);
-            if (count < 0 && errno != EINTR) {
-                return false;
-            }
-            if (count == 0) {
-                break;
-            }
-            filled += count > 0 ? static_cast<std::size_t>(count) : 0;
-        }
-        content->resize(filled);
-        return true;
+    struct stat status {};
+    if (fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode)) {
+        close(descriptor);
+        return kNone;
     }
-
-private:
-    int descriptor_;
-};
+    *size = static_cast<std::uint64_t>(status.st_size);
+    return descriptor;
+}
 
 }  // namespace
 
@@ -67,19 +46,54 @@ bool isRegularFile(const std::string& path) {
 }
 
 std::optional<std::string> readRegularFile(const std::string& path, std::size_t maxBytes) {
-    if (!isRegularFile(path)) {
+    RegularFileReader file(path);
+    if (!file.isOpen() || file.remaining() > maxBytes) {
         return std::nullopt;
     }
-    const OpenFile file(path);
-    const std::optional<std::size_t> size = file.statedSize();
-    if (!size || *size > maxBytes) {
-        return std::nullopt;
-    }
-    std::string content(*size, '\0');
+    std::string content(static_cast<std::size_t>(file.remaining()), '\0');
     if (!file.read(&content)) {
         return std::nullopt;
     }
     return content;
+}
+
+StreamHandle openRegularStream(const std::string& path) {
+    std::uint64_t size = 0;
+    const int descriptor = openRegularFile(path, &size);
+    if (descriptor == kNone) {
+        return nullptr;
+    }
+    StreamHandle stream(fdopen(descriptor, kReadMode));
+    if (!stream) {
+        close(descriptor);
+    }
+    return stream;
+}
+
+RegularFileReader::RegularFileReader(const std::string& path)
+    : descriptor_(openRegularFile(path, &remaining_)) {}
+
+RegularFileReader::~RegularFileReader() {
+    if (descriptor_ != kNone) {
+        close(descriptor_);
+    }
+}
+
+bool RegularFileReader::read(std::string* content) {
+    const auto wanted =
+        static_cast<std::size_t>(std::min<std::uint64_t>(content->size(), remaining_));
+    std::size_t filled = 0;
+    ssize_t count = 1;
+    while (filled < wanted && count != 0) {
+        count = ::read(descriptor_, content->data() + filled, wanted - filled);
+        if (count < 0 && errno != EINTR) {
+            break;
+        }
+        filled += count > 0 ? static_cast<std::size_t>(count) : 0;
+    }
+    content->resize(filled);
+    remaining_ = filled == wanted ? remaining_ - filled : 0;
+    return count >= 0;
 }
 
 }  // namespace pkgvet

@@ -1,0 +1,45 @@
+// Cuts a file into lines.
+#include "pkgvet/qml/line_reader.h"
+
+#include <algorithm>
+#include <cstdint>
+#include <regex>
+
+namespace pkgvet {
+
+namespace {
+
+constexpr std::size_t kPieceSize = 64 * 1024;
+
+}  // namespace
+
+LineReader::LineReader(const std::string& path) : file_(path) {}
+
+bool LineReader::next(std::string* line) {
+    line->clear();
+    bool found = false;
+    while (position_ < buffer_.size() || fill()) {
+        found = true;
+        const std::size_t end = std::min(buffer_.find('\n', position_), buffer_.size());
+        if (line->size() + (end - position_) > kMaxLineSize) {
+            throw std::regex_error(std::regex_constants::error_space);
+        }
+        line->append(buffer_, position_, end - position_);
+        position_ = end + 1;
+        if (end < buffer_.size()) {
+            break;
+        }
+    }
+    return found;
+}
+
+// What could be read of a file that breaks off still counts.
+bool LineReader::fill() {
+    buffer_.resize(
+        static_cast<std::size_t>(std::min<std::uint64_t>(file_.remaining(), kPieceSize)));
+    file_.read(&buffer_);
+    position_ = 0;
+    return !buffer_.empty();
+}
+
+}  // namespace pkgvet

@@ -1,0 +1,154 @@
+// Judging the imports of QML files by the lists of a rule set, and those that lead to files.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <regex>
+
+#include "pkgvet/rules/configuration.h"
+#include "tests/support/captured_log.h"
+#include "tests/support/rule_run.h"
+#include "tests/support/rule_tree.h"
+
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr const char* kFile = "/usr/share/app/qml/pages/main.qml";
+
+std::string notAllowed(const std::string& import) {
+    return errorLine("[" + import + "] Import is not allowed");
+}
+
+std::string unstable(const std::string& import) {
+    return warningLine("[" + import + "] Import is unstable or deprecated");
+}
+
+// A package with one QML file of this text, which lists paths besides.
+RuleRun check(const std::string& text, const RuleTree& tree,
+              const std::vector<std::string>& paths = {}) {
+    PackageBuilder builder("app");
+    builder.ghost(kFile);
+    for (const std::string& path : paths) {
+        builder.ghost(path);
+    }
+    const TemporaryDirectory root;
+    root.write(std::string(kFile).substr(1), text);
+    const Configuration configuration = load(tree);
+    LoneValidator validator;
+    return runRule(*validator, [&] {
+        validator->checkQmlImports(configuration, metaOf(builder), root.path());
+    });
+}
+
+RuleTree treeWith(const TierLists& lists, const std::vector<std::string>& disallowed = {}) {
+    RuleTree tree;
+    tree.regular().qmlimports = lists;
+    tree.disallowedPatterns = disallowed;
+    return tree;
+}
+
+TEST(QmlImportLists, ImportOnNoListPassesWithoutAWord) {
+    const RuleRun run = check("import Foo 1.0", RuleTree());
+    EXPECT_THAT(run.lines, IsEmpty());
+    EXPECT_EQ(run.verdict, Verdict::Accepted);
+}
+
+TEST(QmlImportLists, AllowedEntryHasToMatchTheVersionAsWell) {
+    const RuleTree tree = treeWith({{R"(Foo 2\.[0-9]+)"}, {}, {}}, {"Foo.*"});
+    EXPECT_THAT(check("import Foo 2.6\nimport Foo 3.0\nimport Foo  2.6", tree).lines,
+                ElementsAre(notAllowed("Foo  2.6"), notAllowed("Foo 3.0")));
+}
+
+TEST(QmlImportLists, DisallowedPatternIsAnError) {
+    const RuleRun run = check("import Foo 1.0\nimport Bar 1.0", treeWith({}, {"Foo.*"}));
+    EXPECT_THAT(run.lines, ElementsAre(notAllowed("Foo 1.0")));
+    EXPECT_EQ(run.verdict, Verdict::Rejected);
+}
+
+TEST(QmlImportLists, UnstableAndDeprecatedImportsAreOneWarning) {
+    const RuleTree tree = treeWith({{}, {"Foo 1.0", "Both 1.0"}, {"Bar 1.0", "Both 1.0"}}, {".*"});
+    const RuleRun run = check("import Foo 1.0\nimport Bar 1.0\nimport Both 1.0", tree);
+    EXPECT_THAT(run.lines,
+                ElementsAre(unstable("Bar 1.0"), unstable("Both 1.0"), unstable("Foo 1.0")));
+    EXPECT_EQ(run.verdict, Verdict::Accepted);
+}
+
+TEST(QmlImportLists, AllowedGoesBeforeAllOthers) {
+    const RuleTree tree = treeWith({{"Foo 1.0"}, {"Foo 1.0"}, {"Foo 1.0"}}, {".*"});
+    EXPECT_THAT(check("import Foo 1.0", tree).lines, IsEmpty());
+}
+
+TEST(QmlImportLists, BadPatternThrowsWhenAnImportGetsToIt) {
+    const RuleTree tree = treeWith({{"Foo 1.0", "("}, {}, {}});
+    EXPECT_NO_THROW(check("import Foo 1.0", tree));
+    EXPECT_NO_THROW(check("Item {}", tree));
+    EXPECT_THROW(check("import Bar 1.0", tree), std::regex_error);
+}
+
+struct Case {
+    const char* name;
+    const char* import;
+    std::vector<std::string> paths;
+    std::vector<std::string> lines;
+};
+
+// With everything disallowed, an import that leads to a file is the one that draws no line.
+TEST(QmlImportLists, QuotedImportsLeadToFilesOfThePackage) {
+    const std::vector<Case> cases = {
+        {"one step up", "\"../components\"", {"/usr/share/app/qml/components"}, {}},
+        {"in the QML directory, wherever the file lies",
+         "\"parts\"",
+         {"/usr/share/app/qml/parts"},
+         {}},
+        {"beside the file",
+         "\"parts\"",
+         {"/usr/share/app/qml/pages/parts"},
+         {notAllowed("\"parts\"")}},
+        {"a part of a path", "\"part\"", {"/usr/share/app/qml/parts"}, {notAllowed("\"part\"")}},
+        {"two steps up", "\"../../x\"", {"/usr/share/app/qml/x"}, {notAllowed("\"../../x\"")}},
+        {"the directory itself", "\"./x\"", {"/usr/share/app/qml/x"}, {notAllowed("\"./x\"")}},
+        {"with a blank inside", "\"x y\"", {"/usr/share/app/qml/x"}, {notAllowed("\"x y\"")}},
+        {"with more behind it", "\"x\" // \"y\"", {"/usr/share/app/qml/x"}, {}},
+        {"of another package", "\"x\"", {"/usr/share/other/qml/x"}, {notAllowed("\"x\"")}},
+    };
+    for (const Case& test : cases) {
+        SCOPED_TRACE(test.name);
+        EXPECT_EQ(
+            check(std::string("import ") + test.import, treeWith({}, {".*"}), test.paths).lines,
+            test.lines);
+    }
+}
+
+TEST(QmlImportLists, QuotedImportThatLeadsNowherePasses) {
+    EXPECT_THAT(check("import \"nowhere\"", RuleTree()).lines, IsEmpty());
+}
+
+TEST(QmlImportLists, AbsolutePathIsAnErrorAndStillGoesToTheLists) {
+    const std::string import = "\"/usr/share/app/qml/x\"";
+    const RuleRun run = check("import " + import, RuleTree(), {"/usr/share/app/qml/x"});
+    EXPECT_THAT(run.lines, ElementsAre(notAllowed(import)));
+    EXPECT_EQ(run.verdict, Verdict::Rejected);
+    EXPECT_THAT(check("import " + import, treeWith({}, {".*"})).lines,
+                ElementsAre(notAllowed(import), notAllowed(import)));
+    EXPECT_THAT(check("import " + import, treeWith({{".*"}, {}, {}}, {".*"})).lines,
+                ElementsAre(notAllowed(import)));
+}
+
+TEST(QmlImportLists, DirectoryIsThatOfTheRuleSet) {
+    RuleTree tree = treeWith({}, {".*"});
+    tree.shareDir = "/opt/share-";
+    EXPECT_THAT(check("import \"x\"", tree, {"/opt/share-app/qml/x"}).lines, IsEmpty());
+}
+
+// An import that leads to a file is a pattern for all others.
+TEST(QmlImportLists, PackagedImportsArePatterns) {
+    const RuleTree tree = treeWith({}, {".*"});
+    EXPECT_THAT(check("import \"a.b\"\nimport \"axb\"", tree, {"/usr/share/app/qml/a.b"}).lines,
+                IsEmpty());
+    EXPECT_THAT(check("import \"a+b\"\nimport \"aab\"", tree, {"/usr/share/app/qml/a+b"}).lines,
+                ElementsAre(notAllowed("\"a+b\"")));
+    EXPECT_THROW(check("import \"a(\"", tree, {"/usr/share/app/qml/a("}), std::regex_error);
+}
+
+}  // namespace
