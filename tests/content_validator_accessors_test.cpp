@@ -67,15 +67,10 @@ const Field kFields[] = {
     {"correctSealwatchd", &Validator::correctSealwatchd, &Record::correctSealwatchd, true},
 };
 
-// An object that unpacked nothing.
-ContentValidator bare() {
-    return ContentValidator("/nonexistent.rpm");
-}
-
 TEST(Accessors, GiveTheFieldOfTheirName) {
     for (const Field& test : kFields) {
         SCOPED_TRACE(test.name);
-        ContentValidator validator = bare();
+        ContentValidator validator = validatorOfNothing();
         EXPECT_EQ((validator.*test.accessor)(), test.initial);
         recordOf(validator).*test.field = !test.initial;
         EXPECT_EQ((validator.*test.accessor)(), !test.initial);
@@ -84,7 +79,7 @@ TEST(Accessors, GiveTheFieldOfTheirName) {
 
 TEST(Accessors, EachReadsItsOwnField) {
     for (const Field& test : kFields) {
-        ContentValidator validator = bare();
+        ContentValidator validator = validatorOfNothing();
         recordOf(validator).*test.field = !test.initial;
         int changed = 0;
         for (const Field& other : kFields) {
@@ -109,7 +104,7 @@ TEST(Accessors, FieldsWithoutOneHaveTheirInitialValues) {
 }
 
 TEST(BinRequired, UnlessQmlOnlyOrSeen) {
-    ContentValidator validator = bare();
+    ContentValidator validator = validatorOfNothing();
     EXPECT_TRUE(validator.binRequired());
     recordOf(validator).unwantedBinExists = true;
     EXPECT_FALSE(validator.binRequired());
@@ -129,7 +124,7 @@ TEST(EndsWith, ComparesTheTail) {
         {"a.png", ".png", true},  {".png", ".png", true},   {"png", ".png", false},
         {"a.png", "", true},      {"", "", true},           {"", "a", false},
         {"a.PNG", ".png", false}, {"axpng", ".png", false}, {"a.png.", ".png", false}};
-    const ContentValidator validator = bare();
+    const ContentValidator validator = validatorOfNothing();
     for (const Case& test : cases) {
         EXPECT_EQ(validator.endsWith(test.text, test.suffix), test.expected)
             << test.text << " " << test.suffix;
@@ -138,7 +133,7 @@ TEST(EndsWith, ComparesTheTail) {
 
 TEST(IsExecutable, OwnersBitOfARegularFileDecides) {
     const TemporaryDirectory directory;
-    const ContentValidator validator = bare();
+    const ContentValidator validator = validatorOfNothing();
     const std::string file = directory.write("file", "x");
     for (const auto& [mode, expected] : {std::pair<mode_t, bool>{0700, true},
                                          {0100, true},
@@ -154,7 +149,7 @@ TEST(IsExecutable, OwnersBitOfARegularFileDecides) {
 
 TEST(IsExecutable, LinksAreFollowed) {
     const TemporaryDirectory directory;
-    const ContentValidator validator = bare();
+    const ContentValidator validator = validatorOfNothing();
     const std::string file = directory.write("file", "x");
     ASSERT_EQ(chmod(file.c_str(), 0700), 0);
     fs::create_symlink("file", directory / "link");
@@ -167,7 +162,7 @@ TEST(IsExecutable, LinksAreFollowed) {
 
 TEST(IsExecutable, OtherTypesAreNotUnlessTheyShareTheBit) {
     const TemporaryDirectory directory;
-    const ContentValidator validator = bare();
+    const ContentValidator validator = validatorOfNothing();
     ASSERT_EQ(mkfifo((directory / "fifo").c_str(), 0777), 0);
     EXPECT_FALSE(validator.isExecutable(directory.path()));
     EXPECT_FALSE(validator.isExecutable(directory / "fifo"));

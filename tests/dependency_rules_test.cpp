@@ -8,8 +8,8 @@
 #include "pkgvet/meta/meta_validator.h"
 #include "pkgvet/package/rpm_meta.h"
 #include "tests/support/captured_log.h"
-#include "tests/support/package_builder.h"
 #include "tests/support/rule_tree.h"
+#include "tests/support/validator_record.h"
 
 namespace {
 
@@ -20,12 +20,11 @@ using testing::UnorderedElementsAre;
 using Strings = std::vector<std::string>;
 
 RpmMeta packageWith(const Strings& tags, const std::string& name = "org.example.app") {
-    const TemporaryDirectory directory;
     PackageBuilder builder(name);
     for (const std::string& tag : tags) {
         builder.tag(tag);
     }
-    return RpmMeta(builder.build(directory).c_str());
+    return metaOf(builder);
 }
 
 Configuration rulesWithProvides(const std::string& provides) {

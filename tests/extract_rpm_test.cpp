@@ -43,7 +43,7 @@ std::string samplePackage(const TemporaryDirectory& directory) {
 // Unpacks path into directory.
 int extracted(const std::string& path, const std::string& directory) {
     const CapturedDescriptor standardError;
-    return ContentValidator("/nonexistent.rpm").extractRpm(directory.c_str(), path.c_str());
+    return validatorOfNothing().extractRpm(directory.c_str(), path.c_str());
 }
 
 bool constructs(const std::string& path) {

@@ -9,31 +9,26 @@
 
 #include "pkgvet/package/rpm_meta.h"
 #include "tests/support/captured_log.h"
-#include "tests/support/package_builder.h"
 #include "tests/support/rule_tree.h"
+#include "tests/support/validator_record.h"
 
 namespace {
 
 using testing::ElementsAre;
 
-RpmMeta readPackage(const PackageBuilder& builder) {
-    const TemporaryDirectory directory;
-    return RpmMeta(builder.build(directory).c_str());
-}
-
 RpmMeta cleanPackage() {
-    return readPackage(PackageBuilder("org.example.app"));
+    return metaOf(PackageBuilder("org.example.app"));
 }
 
 // Violates every rule, with one line for each.
 RpmMeta badPackage() {
-    return readPackage(PackageBuilder("bad")
-                           .tag("Provides: other")
-                           .tag("Conflicts: foe")
-                           .tag("Obsoletes: old")
-                           .tag("Vendor: Acme")
-                           .tag("Requires: needed")
-                           .script("%post\ntrue"));
+    return metaOf(PackageBuilder("bad")
+                      .tag("Provides: other")
+                      .tag("Conflicts: foe")
+                      .tag("Obsoletes: old")
+                      .tag("Vendor: Acme")
+                      .tag("Requires: needed")
+                      .script("%post\ntrue"));
 }
 
 Configuration strictRules(bool validationEnabled = true) {
@@ -95,9 +90,8 @@ TEST(MetaValidator, CleanPackageIsAcceptedInSilence) {
 }
 
 TEST(MetaValidator, OnlyScriptsRejectWithValidationOff) {
-    const RpmMeta violations = readPackage(PackageBuilder("bad").tag("Obsoletes: old"));
-    const RpmMeta scripts =
-        readPackage(PackageBuilder("org.example.app").script("%post -p /bin/true"));
+    const RpmMeta violations = metaOf(PackageBuilder("bad").tag("Obsoletes: old"));
+    const RpmMeta scripts = metaOf(PackageBuilder("org.example.app").script("%post -p /bin/true"));
     struct Case {
         const char* name;
         const RpmMeta& meta;
@@ -202,7 +196,7 @@ TEST(CheckObsoletes, EachIsALine) {
     const CapturedLog log;
     MetaValidator validator;
     validator.checkObsoletes(
-        readPackage(PackageBuilder("org.example.app").tag("Obsoletes: b < 2").tag("Obsoletes: a")));
+        metaOf(PackageBuilder("org.example.app").tag("Obsoletes: b < 2").tag("Obsoletes: a")));
     EXPECT_THAT(log.lines(),
                 testing::UnorderedElementsAre(errorLine("[b] Obsoletes: b is not allowed in RPM"),
                                               errorLine("[a] Obsoletes: a is not allowed in RPM")));
@@ -230,10 +224,10 @@ TEST(CheckVendor, OneVendorIsToleratedAndNoneWanted) {
     for (const Case& test : cases) {
         SCOPED_TRACE(test.vendor);
         const CapturedLog log;
-        EXPECT_EQ(MetaValidator().validateMeta(
-                      kNoRules,
-                      readPackage(PackageBuilder("org.example.app").tag("Vendor: " + test.vendor))),
-                  test.accepted);
+        EXPECT_EQ(
+            MetaValidator().validateMeta(
+                kNoRules, metaOf(PackageBuilder("org.example.app").tag("Vendor: " + test.vendor))),
+            test.accepted);
         EXPECT_EQ(log.lines(), test.lines);
     }
 }

@@ -9,7 +9,7 @@
 #include <utility>
 
 #include "pkgvet/handles.h"
-#include "tests/support/package_builder.h"
+#include "tests/support/validator_record.h"
 
 namespace {
 
@@ -20,17 +20,12 @@ using testing::Not;
 
 using Strings = std::vector<std::string>;
 
-RpmMeta readPackage(const PackageBuilder& builder) {
-    const TemporaryDirectory directory;
-    return RpmMeta(builder.build(directory).c_str());
-}
-
 bool hasScripts(const std::string& lines) {
-    return readPackage(PackageBuilder("org.example.app").script(lines)).scriptsFlag();
+    return metaOf(PackageBuilder("org.example.app").script(lines)).scriptsFlag();
 }
 
 TEST(RpmMeta, IdentityIsReadFromTheHeader) {
-    const RpmMeta meta = readPackage(PackageBuilder("org.example.app").tag("Vendor: A vendor"));
+    const RpmMeta meta = metaOf(PackageBuilder("org.example.app").tag("Vendor: A vendor"));
     EXPECT_EQ(meta.name(), "org.example.app");
     EXPECT_EQ(meta.version(), "1.0");
     EXPECT_EQ(meta.release(), "1");
@@ -39,11 +34,11 @@ TEST(RpmMeta, IdentityIsReadFromTheHeader) {
 }
 
 TEST(RpmMeta, MissingVendorIsEmpty) {
-    EXPECT_EQ(readPackage(PackageBuilder("org.example.app")).vendor(), "");
+    EXPECT_EQ(metaOf(PackageBuilder("org.example.app")).vendor(), "");
 }
 
 TEST(RpmMeta, ArchitectureOfTheMachineIsRead) {
-    const RpmMeta meta = readPackage(PackageBuilder("org.example.app").native());
+    const RpmMeta meta = metaOf(PackageBuilder("org.example.app").native());
     EXPECT_NE(meta.arch(), "noarch");
     EXPECT_NE(meta.arch(), "");
 }
@@ -67,12 +62,12 @@ TEST(RpmMeta, OtherScriptsDoNotCount) {
 }
 
 TEST(RpmMeta, RequirementsAreBareNames) {
-    const RpmMeta meta = readPackage(PackageBuilder("org.example.app")
-                                         .tag("Requires: foo >= 1.2")
-                                         .tag("Requires: bar = 3:4-5")
-                                         .tag("Requires: libfoo.so.1()(64bit)")
-                                         .tag("Requires: libbar.so.2(VERS_1)(64bit)")
-                                         .tag("Requires(post): late"));
+    const RpmMeta meta = metaOf(PackageBuilder("org.example.app")
+                                    .tag("Requires: foo >= 1.2")
+                                    .tag("Requires: bar = 3:4-5")
+                                    .tag("Requires: libfoo.so.1()(64bit)")
+                                    .tag("Requires: libbar.so.2(VERS_1)(64bit)")
+                                    .tag("Requires(post): late"));
     for (const char* name :
          {"foo", "bar", "libfoo.so.1()(64bit)", "libbar.so.2(VERS_1)(64bit)", "late"}) {
         EXPECT_THAT(meta.requireNames(), Contains(name));
@@ -81,24 +76,24 @@ TEST(RpmMeta, RequirementsAreBareNames) {
 }
 
 TEST(RpmMeta, InternalRequirementsAreLeftOut) {
-    const RpmMeta meta = readPackage(PackageBuilder("org.example.app")
-                                         .script("%post\ntrue")
-                                         .tag("Requires: /bin/sh")
-                                         .tag("Requires: rtld(GNU_HASH)")
-                                         .tag("Requires: libpostrtld.so.1")
-                                         .tag("Requires: my-rpmlib-tool")
-                                         .tag("Requires: a/b")
-                                         .tag("Requires: kept"));
+    const RpmMeta meta = metaOf(PackageBuilder("org.example.app")
+                                    .script("%post\ntrue")
+                                    .tag("Requires: /bin/sh")
+                                    .tag("Requires: rtld(GNU_HASH)")
+                                    .tag("Requires: libpostrtld.so.1")
+                                    .tag("Requires: my-rpmlib-tool")
+                                    .tag("Requires: a/b")
+                                    .tag("Requires: kept"));
     EXPECT_THAT(meta.requireNames(), ElementsAre("kept"));
 }
 
 TEST(RpmMeta, OnlyRequirementsAreFiltered) {
-    const RpmMeta meta = readPackage(PackageBuilder("org.example.app")
-                                         .tag("Provides: /bin/sh")
-                                         .tag("Provides: my-rpmlib = 1")
-                                         .tag("Provides: rtld(GNU_HASH)")
-                                         .tag("Obsoletes: old-rtld < 2")
-                                         .tag("Conflicts: an-rpmlib"));
+    const RpmMeta meta = metaOf(PackageBuilder("org.example.app")
+                                    .tag("Provides: /bin/sh")
+                                    .tag("Provides: my-rpmlib = 1")
+                                    .tag("Provides: rtld(GNU_HASH)")
+                                    .tag("Obsoletes: old-rtld < 2")
+                                    .tag("Conflicts: an-rpmlib"));
     for (const char* name : {"/bin/sh", "my-rpmlib", "rtld(GNU_HASH)", "org.example.app"}) {
         EXPECT_THAT(meta.provides(), Contains(name));
     }
@@ -107,24 +102,23 @@ TEST(RpmMeta, OnlyRequirementsAreFiltered) {
 }
 
 TEST(RpmMeta, RichDependencyIsCutAtItsFirstBlank) {
-    const RpmMeta meta =
-        readPackage(PackageBuilder("org.example.app").tag("Requires: (foo if bar)"));
+    const RpmMeta meta = metaOf(PackageBuilder("org.example.app").tag("Requires: (foo if bar)"));
     EXPECT_THAT(meta.requireNames(), ElementsAre("(foo"));
 }
 
 TEST(RpmMeta, OneNameInSeveralVersionsStaysSeveralTimes) {
-    const RpmMeta meta = readPackage(
+    const RpmMeta meta = metaOf(
         PackageBuilder("org.example.app").tag("Requires: foo >= 1").tag("Requires: foo < 2"));
     EXPECT_THAT(meta.requireNames(), ElementsAre("foo", "foo"));
 }
 
 TEST(RpmMeta, FilesComeWithTheirOwners) {
-    const RpmMeta meta = readPackage(PackageBuilder("org.example.app")
-                                         .directory("/usr/share/app")
-                                         .file("/usr/bin/app", "x", "0755", "alice", "staff")
-                                         .file("/usr/share/app/a file", "x", "0644", "bob", "root")
-                                         .link("/usr/share/app/link", "a file")
-                                         .ghost("/var/app.log"));
+    const RpmMeta meta = metaOf(PackageBuilder("org.example.app")
+                                    .directory("/usr/share/app")
+                                    .file("/usr/bin/app", "x", "0755", "alice", "staff")
+                                    .file("/usr/share/app/a file", "x", "0644", "bob", "root")
+                                    .link("/usr/share/app/link", "a file")
+                                    .ghost("/var/app.log"));
     EXPECT_THAT(meta.paths(), ElementsAre("/usr/bin/app", "/usr/share/app", "/usr/share/app/a file",
                                           "/usr/share/app/link", "/var/app.log"));
     EXPECT_THAT(meta.users(), ElementsAre("alice", "root", "bob", "root", "root"));
@@ -132,7 +126,7 @@ TEST(RpmMeta, FilesComeWithTheirOwners) {
 }
 
 TEST(RpmMeta, PackageWithoutFilesHasEmptyLists) {
-    const RpmMeta meta = readPackage(PackageBuilder("org.example.app"));
+    const RpmMeta meta = metaOf(PackageBuilder("org.example.app"));
     EXPECT_THAT(meta.paths(), IsEmpty());
     EXPECT_THAT(meta.users(), IsEmpty());
     EXPECT_THAT(meta.groups(), IsEmpty());
@@ -160,12 +154,12 @@ TEST(RpmMeta, TransactionSetGivesTheSameAndKeepsItsFlags) {
 }
 
 TEST(RpmMeta, CopyIsIndependent) {
-    auto source = std::make_unique<RpmMeta>(readPackage(PackageBuilder("org.example.app")
-                                                            .tag("Vendor: v")
-                                                            .tag("Obsoletes: old")
-                                                            .tag("Conflicts: other")
-                                                            .script("%post\ntrue")
-                                                            .file("/a", "x")));
+    auto source = std::make_unique<RpmMeta>(metaOf(PackageBuilder("org.example.app")
+                                                       .tag("Vendor: v")
+                                                       .tag("Obsoletes: old")
+                                                       .tag("Conflicts: other")
+                                                       .script("%post\ntrue")
+                                                       .file("/a", "x")));
     const RpmMeta copy(*source);
     source.reset();
     EXPECT_EQ(copy.name(), "org.example.app");
@@ -179,8 +173,8 @@ TEST(RpmMeta, CopyIsIndependent) {
 }
 
 TEST(RpmMeta, MoveAssignmentExchanges) {
-    RpmMeta one = readPackage(PackageBuilder("org.example.one"));
-    RpmMeta two = readPackage(PackageBuilder("org.example.two"));
+    RpmMeta one = metaOf(PackageBuilder("org.example.one"));
+    RpmMeta two = metaOf(PackageBuilder("org.example.two"));
     one = std::move(two);
     EXPECT_EQ(one.name(), "org.example.two");
     EXPECT_EQ(two.name(), "org.example.one");  // NOLINT(bugprone-use-after-move)
