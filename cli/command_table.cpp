@@ -13,6 +13,7 @@ namespace {
 constexpr char kBetweenWords = '|';
 // By what names arguments and operands are files.
 constexpr std::array<std::string_view, 2> kFiles = {"PATH", "FILE"};
+constexpr const char* kIdOperand = "ID";
 
 OptionRow describeOption(const CLI::Option& option) {
     OptionRow row;
@@ -41,7 +42,8 @@ bool isFileOperand(const CLI::Option& option) {
     return std::find(kFiles.begin(), kFiles.end(), name) != kFiles.end();
 }
 
-CommandRow describeCommand(const CLI::App& app, const std::string& parent) {
+CommandRow describeCommand(const CLI::App& app, const std::string& parent,
+                           const std::vector<std::string>& ids) {
     CommandRow row;
     row.name = app.get_name();
     row.path = parent.empty() ? row.name : parent + " " + row.name;
@@ -49,13 +51,14 @@ CommandRow describeCommand(const CLI::App& app, const std::string& parent) {
     for (const CLI::Option* option : app.get_options()) {
         if (option->get_positional()) {
             row.takesFiles = row.takesFiles || isFileOperand(*option);
+            row.operands = option->get_name(true) == kIdOperand ? ids : row.operands;
         } else if (!option->get_group().empty()) {
             row.options.push_back(describeOption(*option));
         }
     }
     for (const CLI::App* command : app.get_subcommands([](const CLI::App*) { return true; })) {
         if (!command->get_group().empty()) {
-            row.commands.push_back(describeCommand(*command, row.path));
+            row.commands.push_back(describeCommand(*command, row.path, ids));
         }
     }
     return row;
@@ -63,8 +66,8 @@ CommandRow describeCommand(const CLI::App& app, const std::string& parent) {
 
 }  // namespace
 
-CommandRow describeCommands(const CLI::App& app) {
-    return describeCommand(app, std::string());
+CommandRow describeCommands(const CLI::App& app, const std::vector<std::string>& ids) {
+    return describeCommand(app, std::string(), ids);
 }
 
 std::vector<CommandRow> allCommands(const CommandRow& table) {

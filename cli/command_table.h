@@ -26,10 +26,12 @@ struct CommandRow {
     std::vector<OptionRow> options;
     std::vector<CommandRow> commands;
     bool takesFiles = false;
+    std::vector<std::string> operands;  // the words that it takes, where they are known
 };
 
-// What app and its commands take, without what is hidden from users.
-CommandRow describeCommands(const CLI::App& app);
+// What app and its commands take, without what is hidden from users. Operands called ID are ids of
+// rules, of which there are those of ids.
+CommandRow describeCommands(const CLI::App& app, const std::vector<std::string>& ids);
 
 // table and all commands below it, each before its own.
 std::vector<CommandRow> allCommands(const CommandRow& table);

@@ -51,9 +51,9 @@ void writeArguments(const CommandRow& command, std::ostream& stream) {
     }
 }
 
-// Options, or commands where there are any.
+// Options; ahead of them commands or operands, where there are any.
 std::string offered(const CommandRow& command) {
-    std::vector<std::string> words;
+    std::vector<std::string> words = command.operands;
     for (const CommandRow& below : command.commands) {
         words.push_back(below.name);
     }

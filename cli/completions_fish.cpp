@@ -52,6 +52,9 @@ void writeCommand(const CommandRow& command, std::ostream& stream) {
     if (command.takesFiles) {
         stream << start << " -F\n";
     }
+    if (!command.operands.empty()) {
+        stream << start << " -a " << quoted(joined(command.operands)) << '\n';
+    }
     for (const CommandRow& below : command.commands) {
         stream << start << " -a " << below.name << " -d " << quoted(below.description) << '\n';
     }

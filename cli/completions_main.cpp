@@ -2,8 +2,11 @@
 // the build, and not installed.
 #include <CLI/CLI.hpp>
 #include <iostream>
+#include <string>
 #include <string_view>
+#include <vector>
 
+#include "cli/catalogue.h"
 #include "cli/completions.h"
 #include "cli/options.h"
 
@@ -11,7 +14,11 @@ int main(int argc, char** argv) {
     using namespace pkgvet::cli;
     const std::string_view shell = argc == 2 ? argv[1] : "";
     Options options;
-    const CommandRow table = describeCommands(*buildApp(&options));
+    std::vector<std::string> ids;
+    for (const Entry* entry : entries()) {
+        ids.emplace_back(entry->id);
+    }
+    const CommandRow table = describeCommands(*buildApp(&options), ids);
     if (shell == "bash") {
         writeBashCompletion(table, std::cout);
     } else if (shell == "fish") {

@@ -92,6 +92,8 @@ void writeFunction(const CommandRow& command, std::ostream& stream) {
     }
     if (!command.commands.empty()) {
         writeDispatch(command, stream);
+    } else if (!command.operands.empty()) {
+        stream << " \\\n        '*:operand:(" << joined(command.operands) << ")'\n";
     } else {
         stream << (command.takesFiles ? " \\\n        '*:file:_files'\n" : "\n");
     }

@@ -18,7 +18,7 @@ using testing::HasSubstr;
 
 CommandRow table() {
     static Options options;
-    return describeCommands(*buildApp(&options));
+    return describeCommands(*buildApp(&options), {"icon-missing", "rpath-not-allowed"});
 }
 
 std::string scriptOf(void (*write)(const CommandRow&, std::ostream&)) {
@@ -117,6 +117,7 @@ TEST(Completions, HiddenCommandsAreNotOffered) {
 TEST(BashCompletion, OffersWhatFitsThePlace) {
     EXPECT_THAT(offered({"ru"}), ElementsAre("rules"));
     EXPECT_THAT(offered({"rules", ""}), ElementsAre("--help", "-h", "check", "diff", "show"));
+    EXPECT_THAT(offered({"explain", "i"}), ElementsAre("icon-missing"));
     EXPECT_THAT(offered({"check", "--wa"}), ElementsAre("--waivers"));
     EXPECT_THAT(offered({"check", "--profile", "a"}), ElementsAre("all", "antivirus", "auth"));
     EXPECT_THAT(offered({"check", "--profile", "=", "a"}), ElementsAre("all", "antivirus", "auth"));
@@ -129,6 +130,12 @@ TEST(BashCompletion, LeavesFilesToTheShell) {
     EXPECT_THAT(offered({"check", ""}), ElementsAre());
     EXPECT_THAT(offered({"check", "--rules", ""}), ElementsAre());
     EXPECT_THAT(offered({"rules", "check", "a"}), ElementsAre());
+}
+
+TEST(Completions, ExplainTakesIds) {
+    EXPECT_THAT(scriptOf(writeFishCompletion),
+                HasSubstr("pkgvet explain' -a 'icon-missing rpath-not-allowed'\n"));
+    EXPECT_THAT(scriptOf(writeZshCompletion), HasSubstr("(icon-missing rpath-not-allowed)'\n"));
 }
 
 // The other shells are not always there.
