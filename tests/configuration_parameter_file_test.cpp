@@ -27,20 +27,20 @@ void expectInvalid(const PackageBuilder& builder) {
     const CapturedDescriptor descriptor;
     const RuleRun run = check(builder);
     EXPECT_THAT(run.lines, ElementsAre(errorLine(kInvalidLine)));
-    EXPECT_EQ(run.verdict, Verdict::Rejected);
+    EXPECT_EQ(run.failures, pkgvet::kViolation);
     EXPECT_THAT(descriptor.text(), testing::Not(testing::HasSubstr("configuration.xml")));
 }
 
 TEST(ConfigurationParameterFile, IsOptional) {
     const RuleRun run = check(PackageBuilder("app").file("/usr/share/app/x", ""));
     EXPECT_THAT(run.lines, IsEmpty());
-    EXPECT_EQ(run.verdict, Verdict::Accepted);
+    EXPECT_EQ(run.failures, 0U);
 }
 
 TEST(ConfigurationParameterFile, ValidFileDrawsNoLine) {
     const RuleRun run = check(PackageBuilder("app").file(kFile, "<pkgvet-test/>"));
     EXPECT_THAT(run.lines, IsEmpty());
-    EXPECT_EQ(run.verdict, Verdict::Accepted);
+    EXPECT_EQ(run.failures, 0U);
 }
 
 TEST(ConfigurationParameterFile, InvalidFileIsReportedWhereItIsInstalled) {

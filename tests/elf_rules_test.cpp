@@ -111,7 +111,8 @@ TEST_F(ElfRules, PackageWithoutAProgramLacksItAndItsRunPath) {
     ContentValidatorPrivate record;
     EXPECT_THAT(validate(PackageBuilder("org.example.app"), &record),
                 ElementsAre(errorLine("[binary] Main binary must be an executable"),
-                            warningLine("[rpath] The rpath in binary is empty")));
+                            warningLine("[rpath] The rpath in binary is empty"),
+                            errorLine("[binary] Main binary must exist, but it is not found")));
 }
 
 // Neither a program nor a run path, but the launcher.

@@ -6,9 +6,9 @@
 
 #include "pkgvet/rules/configuration.h"
 #include "tests/support/captured_log.h"
-#include "tests/support/desktop_file.h"
 #include "tests/support/rule_run.h"
 #include "tests/support/rule_tree.h"
+#include "tests/support/validator_record.h"
 
 namespace {
 
@@ -49,8 +49,8 @@ RuleRun check(ContentValidator& validator, const RpmMeta& meta, const RuleTree& 
 }
 
 RuleRun check(const PackageBuilder& builder, const RuleTree& tree = {}) {
-    LoneValidator validator;
-    return check(*validator, metaOf(builder), tree);
+    ContentValidator validator = validatorOfNothing();
+    return check(validator, metaOf(builder), tree);
 }
 
 struct Case {
@@ -111,12 +111,12 @@ TEST(ExcludedPaths, SharedPlaceWithoutOrganisation) {
 // The "." of a name counts as a dot.
 TEST(ExcludedPaths, NameIsEscaped) {
     const std::string name = "org.ex+ample";
-    LoneValidator validator;
-    const RuleRun run = check(*validator, metaOf(PackageBuilder(name)
-                                                     .ghost("/usr/bin/org.ex+ample")
-                                                     .ghost("/usr/share/org.ex+ample/x")
-                                                     .ghost("/usr/share/orgxex+ample/x")
-                                                     .ghost("/usr/share/org.exxample/x")));
+    ContentValidator validator = validatorOfNothing();
+    const RuleRun run = check(validator, metaOf(PackageBuilder(name)
+                                                    .ghost("/usr/bin/org.ex+ample")
+                                                    .ghost("/usr/share/org.ex+ample/x")
+                                                    .ghost("/usr/share/orgxex+ample/x")
+                                                    .ghost("/usr/share/org.exxample/x")));
     EXPECT_THAT(run.lines, ElementsAre(notAllowed("/usr/share/org.exxample/x"),
                                        notAllowed("/usr/share/orgxex+ample/x")));
 }
@@ -159,23 +159,24 @@ TEST(ExcludedPaths, ForbiddenSuffixIsRejectedEvenIfListed) {
 }
 
 TEST(ExcludedPaths, SuffixesAreComparedByByte) {
-    LoneValidator validator;
+    ContentValidator validator = validatorOfNothing();
     for (const char* path :
          {"x.git", ".git", "/a/.svn", "foo.hg", "x.bzr", "x.cvs", "a/.DS_Store", "x.swp"}) {
-        EXPECT_TRUE(validator->isBlacklistedExtension(path)) << path;
+        EXPECT_TRUE(validator.isBlacklistedExtension(path)) << path;
     }
     for (const char* path : {"", "git", "/.git/config", "x.GIT", ".ds_store", "x.gitx", "x.git/"}) {
-        EXPECT_FALSE(validator->isBlacklistedExtension(path)) << path;
+        EXPECT_FALSE(validator.isBlacklistedExtension(path)) << path;
     }
 }
 
 TEST(ExcludedPaths, SystemsBinDirectoryIsNotOwned) {
-    LoneValidator validator;
-    const RuleRun run = check(*validator, metaOf(packageWith({kBinary}).directory("/usr/bin")));
+    ContentValidator validator = validatorOfNothing();
+    const RuleRun run = check(validator, metaOf(packageWith({kBinary}).directory("/usr/bin")));
     EXPECT_THAT(
         run.lines,
         ElementsAre(errorLine("[/usr/bin] Direct package ownership of /usr/bin is disallowed")));
-    EXPECT_EQ(run.verdict, Verdict::Rejected);
+    EXPECT_EQ(run.failures, pkgvet::kViolation);
+    EXPECT_TRUE(recordOf(validator).binDirOwned);
 }
 
 TEST(ExcludedPaths, OtherBinariesHaveToBeListed) {
@@ -196,12 +197,12 @@ TEST(ExcludedPaths, LibexecFilesOfThePackageAreAllowedUnseen) {
 TEST(ExcludedPaths, DebugFilesAreReportedWhetherListedOrNot) {
     RuleTree tree;
     tree.regular().paths = {"/usr/lib/debug/.*"};
-    LoneValidator validator;
+    ContentValidator validator = validatorOfNothing();
     const RuleRun run = check(
-        *validator, metaOf(packageWith({kBinary, "/usr/lib/debug/x", "/usr/src/debug/x"})), tree);
+        validator, metaOf(packageWith({kBinary, "/usr/lib/debug/x", "/usr/src/debug/x"})), tree);
     EXPECT_THAT(run.lines, ElementsAre(debugLine(), debugLine(), notAllowed("/usr/src/debug/x")));
-    EXPECT_EQ(run.verdict, Verdict::Rejected);
-    EXPECT_TRUE(validator->debugDir());
+    EXPECT_EQ(run.failures, pkgvet::kViolation);
+    EXPECT_TRUE(validator.debugDir());
 }
 
 TEST(ExcludedPaths, ListedDebugFileStillRejects) {
@@ -209,15 +210,15 @@ TEST(ExcludedPaths, ListedDebugFileStillRejects) {
     tree.regular().paths = {"/usr/lib/debug/.*"};
     const RuleRun run = check(packageWith({kBinary, "/usr/lib/debug/x"}), tree);
     EXPECT_THAT(run.lines, ElementsAre(debugLine()));
-    EXPECT_EQ(run.verdict, Verdict::Rejected);
+    EXPECT_EQ(run.failures, pkgvet::kViolation);
 }
 
 TEST(ExcludedPaths, MainBinaryIsWanted) {
-    LoneValidator validator;
-    EXPECT_TRUE(validator->binRequired());
-    EXPECT_THAT(check(*validator, metaOf(packageWith({kBinary}))).lines, IsEmpty());
-    EXPECT_TRUE(validator->unwantedBinExists());
-    EXPECT_FALSE(validator->binRequired());
+    ContentValidator validator = validatorOfNothing();
+    EXPECT_TRUE(validator.binRequired());
+    EXPECT_THAT(check(validator, metaOf(packageWith({kBinary}))).lines, IsEmpty());
+    EXPECT_TRUE(validator.unwantedBinExists());
+    EXPECT_FALSE(validator.binRequired());
 }
 
 TEST(ExcludedPaths, MissingMainBinaryIsOneLineAtTheEnd) {
@@ -225,14 +226,14 @@ TEST(ExcludedPaths, MissingMainBinaryIsOneLineAtTheEnd) {
     const RuleRun run = check(packageWith({"/opt/x", "/usr/bin/other"}));
     EXPECT_THAT(run.lines,
                 ElementsAre(notAllowed("/opt/x"), notAllowed("/usr/bin/other"), missingBinary()));
-    EXPECT_EQ(run.verdict, Verdict::Rejected);
+    EXPECT_EQ(run.failures, pkgvet::kViolation);
 }
 
 TEST(ExcludedPaths, BinaryOnceSeenStaysSeen) {
-    LoneValidator validator;
+    ContentValidator validator = validatorOfNothing();
     const Configuration configuration = load(RuleTree());
-    validator->checkExcludedPaths(configuration, metaOf(packageWith({kBinary})), "");
-    EXPECT_THAT(check(*validator, metaOf(PackageBuilder("app"))).lines, IsEmpty());
+    validator.checkExcludedPaths(configuration, metaOf(packageWith({kBinary})), "");
+    EXPECT_THAT(check(validator, metaOf(PackageBuilder("app"))).lines, IsEmpty());
 }
 
 TEST(ExcludedPaths, BinaryDirectoryIsThatOfTheRuleSet) {
@@ -250,22 +251,12 @@ TEST(ExcludedPaths, BadPatternThrowsWhenAPathGetsToIt) {
     EXPECT_THROW(check(packageWith({kBinary, "/opt/y"}), tree), std::regex_error);
 }
 
-// What the desktop file says is in the record by the time that this rule runs.
-void process(ContentValidator& validator, const std::string& desktopFile) {
-    const CapturedLog log;
-    const DesktopEntry entry = desktopEntry(desktopFile);
-    const RpmMeta& meta = packageHeader("app");
-    validator.processDesktopFile(meta, entry);
-    validator.processPinfold(load(RuleTree()), meta, entry, "");
-}
-
 TEST(ExcludedPaths, SharedPlaceIsThatOfOrganisationAndApplication) {
-    LoneValidator validator;
-    process(*validator,
-            "[Desktop Entry]\n[X-Application]\n"
-            "OrganizationName=com.example\nApplicationName=App\n");
+    ContentValidator validator = validatorOfNothing();
+    recordOf(validator).organizationName = "com.example";
+    recordOf(validator).applicationName = "App";
     const RuleRun run = check(
-        *validator,
+        validator,
         metaOf(packageWith({kBinary, "/usr/share/common/com.example/App/x",
                             "/usr/share/common/com.example/Other/x",
                             "/usr/share/common/com.exampleX", "/usr/share/common/comXexample"})
@@ -276,17 +267,15 @@ TEST(ExcludedPaths, SharedPlaceIsThatOfOrganisationAndApplication) {
 }
 
 TEST(ExcludedPaths, QmlOnlyPackageHasNoBinary) {
-    LoneValidator validator;
-    process(*validator, "[Desktop Entry]\nExec=lumbra-qml app\n");
-    ASSERT_TRUE(validator->qmlOnly());
-    EXPECT_THAT(check(*validator, metaOf(PackageBuilder("app"))).lines, IsEmpty());
-    EXPECT_THAT(check(*validator, metaOf(packageWith({kBinary}))).lines,
+    ContentValidator validator = validatorOfNothing();
+    recordOf(validator).qmlOnly = true;
+    EXPECT_THAT(check(validator, metaOf(PackageBuilder("app"))).lines, IsEmpty());
+    const RuleRun run = check(validator, metaOf(packageWith({kBinary})));
+    EXPECT_THAT(run.lines,
                 ElementsAre(errorLine(
                     "[binary] Main binary must not exist. Desktop file uses lumbra-qml")));
-    EXPECT_TRUE(validator->unwantedBinExists());
-    const CapturedLog log;
-    const CapturedDescriptor descriptor;
-    EXPECT_FALSE(validator->validateContent(load(RuleTree()), RpmMeta(nullptr)));
+    EXPECT_EQ(run.failures, pkgvet::kViolation);
+    EXPECT_TRUE(validator.unwantedBinExists());
 }
 
 class SealwatchdFile : public testing::Test {
@@ -295,23 +284,23 @@ protected:
                       const std::string& path = "/etc/sealwatchd/config.d/app.json") {
         const UnpackedPackage package(
             PackageBuilder("app").file(kBinary, "", "0755").file(path, content));
-        return check(*validator_, package.meta(), {}, package.root());
+        return check(validator_, package.meta(), {}, package.root());
     }
 
-    LoneValidator validator_;
+    ContentValidator validator_ = validatorOfNothing();
 };
 
 TEST_F(SealwatchdFile, MatchingFilePasses) {
     EXPECT_THAT(checkWith(R"({"watch": ["elf:/usr/bin/app", "/usr/bin/app"]})").lines, IsEmpty());
-    EXPECT_TRUE(validator_->correctSealwatchd());
+    EXPECT_TRUE(validator_.correctSealwatchd());
 }
 
 TEST_F(SealwatchdFile, MismatchIsOneLine) {
     const RuleRun run = checkWith(R"({"watch": ["file:/usr/bin/other", "/x", "/y"]})");
     EXPECT_THAT(run.lines, ElementsAre(errorLine("[sealwatchd] sealwatchd configuration file "
                                                  "mismatching package content")));
-    EXPECT_EQ(run.verdict, Verdict::Rejected);
-    EXPECT_FALSE(validator_->correctSealwatchd());
+    EXPECT_EQ(run.failures, pkgvet::kViolation);
+    EXPECT_FALSE(validator_.correctSealwatchd());
 }
 
 TEST_F(SealwatchdFile, InvalidJsonIsOneLine) {
@@ -319,8 +308,8 @@ TEST_F(SealwatchdFile, InvalidJsonIsOneLine) {
     EXPECT_THAT(
         run.lines,
         ElementsAre(errorLine("[sealwatchd] sealwatchd configuration file contains invalid JSON")));
-    EXPECT_EQ(run.verdict, Verdict::Rejected);
-    EXPECT_FALSE(validator_->correctSealwatchd());
+    EXPECT_EQ(run.failures, pkgvet::kViolation);
+    EXPECT_FALSE(validator_.correctSealwatchd());
 }
 
 // The file that is read bears the package's name, whichever path led to it, each path anew.
@@ -329,8 +318,8 @@ TEST_F(SealwatchdFile, FileIsNamedForThePackage) {
         errorLine("[sealwatchd] sealwatchd configuration file contains invalid JSON");
     EXPECT_THAT(checkWith(R"({"watch": []})", "/opt/etc/sealwatchd/config.d/app.json.git").lines,
                 ElementsAre(line));
-    EXPECT_THAT(check(*validator_, metaOf(packageWith({kBinary, "/etc/sealwatchd/config.d/app.json",
-                                                       "/etc/sealwatchd/config.d/app.jsonx"})))
+    EXPECT_THAT(check(validator_, metaOf(packageWith({kBinary, "/etc/sealwatchd/config.d/app.json",
+                                                      "/etc/sealwatchd/config.d/app.jsonx"})))
                     .lines,
                 ElementsAre(line, line));
 }
@@ -338,7 +327,7 @@ TEST_F(SealwatchdFile, FileIsNamedForThePackage) {
 TEST_F(SealwatchdFile, FileOfAnotherPackageIsOutOfPlace) {
     EXPECT_THAT(checkWith("{", "/etc/sealwatchd/config.d/other.json").lines,
                 ElementsAre(notAllowed("/etc/sealwatchd/config.d/other.json")));
-    EXPECT_TRUE(validator_->correctSealwatchd());
+    EXPECT_TRUE(validator_.correctSealwatchd());
 }
 
 }  // namespace

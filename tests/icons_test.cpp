@@ -11,6 +11,7 @@
 #include "tests/support/png_image.h"
 #include "tests/support/rule_run.h"
 #include "tests/support/rule_tree.h"
+#include "tests/support/validator_record.h"
 
 namespace {
 
@@ -34,8 +35,8 @@ RuleTree treeWith(const std::vector<int>& sizes, bool required = true) {
 
 RuleRun check(const RpmMeta& meta, const std::string& root, const RuleTree& tree) {
     const Configuration configuration = load(tree);
-    LoneValidator validator;
-    return runRule(*validator, [&] { validator->checkIcons(configuration, meta, root); });
+    ContentValidator validator = validatorOfNothing();
+    return runRule(validator, [&] { validator.checkIcons(configuration, meta, root); });
 }
 
 RuleRun check(const PackageBuilder& builder, const RuleTree& tree) {
@@ -49,20 +50,20 @@ TEST(Icons, EachSizeOfTheRuleSetIsThere) {
                                   .file(iconPath("108"), pngImage(108, 108)),
                               treeWith({108, 86}));
     EXPECT_THAT(run.lines, IsEmpty());
-    EXPECT_EQ(run.verdict, Verdict::Accepted);
+    EXPECT_EQ(run.failures, 0U);
 }
 
 TEST(Icons, MissingOnesAreReportedInTheOrderOfTheSizes) {
     const PackageBuilder builder = PackageBuilder("app").file(iconPath("86"), pngImage(86, 86));
     const RuleRun run = check(builder, treeWith({172, 86, 108}));
     EXPECT_THAT(run.lines, ElementsAre(missing(iconPath("172")), missing(iconPath("108"))));
-    EXPECT_EQ(run.verdict, Verdict::Rejected);
+    EXPECT_EQ(run.failures, pkgvet::kViolation);
 }
 
 TEST(Icons, NothingIsReportedWhereIconsAreNotRequired) {
     const RuleRun run = check(PackageBuilder("app"), treeWith({86, 108}, false));
     EXPECT_THAT(run.lines, IsEmpty());
-    EXPECT_EQ(run.verdict, Verdict::Accepted);
+    EXPECT_EQ(run.failures, 0U);
 }
 
 TEST(Icons, NoSizesNoFindings) {

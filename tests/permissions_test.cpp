@@ -7,6 +7,7 @@
 #include "tests/support/captured_log.h"
 #include "tests/support/rule_run.h"
 #include "tests/support/rule_tree.h"
+#include "tests/support/validator_record.h"
 
 namespace {
 
@@ -16,9 +17,9 @@ using testing::IsEmpty;
 RuleRun check(const PackageBuilder& builder, Profiles profile = Profiles::Regular) {
     const UnpackedPackage package(builder);
     const Configuration configuration = load(RuleTree(), profile);
-    LoneValidator validator;
-    return runRule(*validator, [&] {
-        validator->processPermissions(configuration, package.meta(), package.root());
+    ContentValidator validator = validatorOfNothing();
+    return runRule(validator, [&] {
+        validator.processPermissions(configuration, package.meta(), package.root());
     });
 }
 
@@ -34,7 +35,7 @@ TEST(Permissions, OrdinaryFilesDrawNoLine) {
                                   .file("/usr/share/app/secret", "", "0400")
                                   .directory("/usr/share/app/hidden", "0700"));
     EXPECT_THAT(run.lines, IsEmpty());
-    EXPECT_EQ(run.verdict, Verdict::Accepted);
+    EXPECT_EQ(run.failures, 0U);
 }
 
 TEST(Permissions, ExecutableFilesHaveTheirPlaces) {
@@ -67,7 +68,7 @@ TEST(Permissions, ExecutableFilesElsewhereAreErrors) {
     }
     const RuleRun run = check(builder);
     EXPECT_EQ(run.lines, expected);
-    EXPECT_EQ(run.verdict, Verdict::Rejected);
+    EXPECT_EQ(run.failures, pkgvet::kViolation);
 }
 
 TEST(Permissions, OnlyTheOwnersExecuteBitCounts) {
@@ -88,7 +89,7 @@ TEST(Permissions, SpecialBitsRejectInAnyCase) {
         EXPECT_THAT(
             run.lines,
             ElementsAre(errorLine("[/usr/bin/app] Found setuid, setgid or sticky bit set")));
-        EXPECT_EQ(run.verdict, Verdict::RejectedAnywhere);
+        EXPECT_EQ(run.failures, pkgvet::kGraveFinding);
     }
 }
 
@@ -98,7 +99,7 @@ TEST(Permissions, SpecialBitsOfDirectoriesArePassedOver) {
                                   .directory("/usr/share/app/b", "2755"));
     EXPECT_THAT(run.lines,
                 ElementsAre(errorLine("[/usr/share/app/a] Group or World writable directory")));
-    EXPECT_EQ(run.verdict, Verdict::Rejected);
+    EXPECT_EQ(run.failures, pkgvet::kViolation);
 }
 
 TEST(Permissions, NeitherGroupNorOthersMayWrite) {
@@ -110,7 +111,7 @@ TEST(Permissions, NeitherGroupNorOthersMayWrite) {
                 ElementsAre(errorLine("[/usr/share/app/a] Group or World writable file"),
                             errorLine("[/usr/share/app/b] Group or World writable file"),
                             errorLine("[/usr/share/app/c] Group or World writable directory")));
-    EXPECT_EQ(run.verdict, Verdict::Rejected);
+    EXPECT_EQ(run.failures, pkgvet::kViolation);
 }
 
 TEST(Permissions, RuleSetCalledAuthOnlyWarnsOfWritableFiles) {
@@ -121,8 +122,8 @@ TEST(Permissions, RuleSetCalledAuthOnlyWarnsOfWritableFiles) {
     EXPECT_THAT(run.lines,
                 ElementsAre(warningLine("[/usr/share/app/a] Group or World writable file"),
                             warningLine("[/usr/share/app/b] Group or World writable directory")));
-    EXPECT_EQ(run.verdict, Verdict::Accepted);
-    EXPECT_EQ(check(builder, Profiles::Mdm).verdict, Verdict::Rejected);
+    EXPECT_EQ(run.failures, 0U);
+    EXPECT_EQ(check(builder, Profiles::Mdm).failures, pkgvet::kViolation);
 }
 
 TEST(Permissions, EverythingBelongsToRoot) {
@@ -134,7 +135,7 @@ TEST(Permissions, EverythingBelongsToRoot) {
                                        errorLine("[/usr/share/app/a] Group owner should be root"),
                                        errorLine("[/usr/share/app/b] Group owner should be root"),
                                        errorLine("[/usr/share/app/c] User owner should be root")));
-    EXPECT_EQ(run.verdict, Verdict::Rejected);
+    EXPECT_EQ(run.failures, pkgvet::kViolation);
 }
 
 TEST(Permissions, OneFileDrawsALineForEachFault) {
@@ -144,7 +145,7 @@ TEST(Permissions, OneFileDrawsALineForEachFault) {
                                        errorLine("[/opt/x] Group or World writable file"),
                                        errorLine("[/opt/x] User owner should be root"),
                                        errorLine("[/opt/x] Group owner should be root")));
-    EXPECT_EQ(run.verdict, Verdict::RejectedAnywhere);
+    EXPECT_EQ(run.failures, pkgvet::kGraveFinding | pkgvet::kViolation);
 }
 
 TEST(Permissions, FileOfTheHeaderAloneCannotBeRead) {
@@ -154,7 +155,7 @@ TEST(Permissions, FileOfTheHeaderAloneCannotBeRead) {
     EXPECT_THAT(run.lines,
                 ElementsAre(errorLine("[/usr/share/app/a] Failed to read file attributes"),
                             errorLine("[/usr/share/app/b] User owner should be root")));
-    EXPECT_EQ(run.verdict, Verdict::Rejected);
+    EXPECT_EQ(run.failures, pkgvet::kViolation);
 }
 
 }  // namespace

@@ -8,6 +8,7 @@
 #include "tests/support/captured_log.h"
 #include "tests/support/rule_run.h"
 #include "tests/support/rule_tree.h"
+#include "tests/support/validator_record.h"
 
 namespace {
 
@@ -35,10 +36,9 @@ RuleRun check(const std::string& text, const RuleTree& tree,
     const TemporaryDirectory root;
     root.write(std::string(kFile).substr(1), text);
     const Configuration configuration = load(tree);
-    LoneValidator validator;
-    return runRule(*validator, [&] {
-        validator->checkQmlImports(configuration, metaOf(builder), root.path());
-    });
+    ContentValidator validator = validatorOfNothing();
+    return runRule(validator,
+                   [&] { validator.checkQmlImports(configuration, metaOf(builder), root.path()); });
 }
 
 RuleTree treeWith(const TierLists& lists, const std::vector<std::string>& disallowed = {}) {
@@ -51,7 +51,7 @@ RuleTree treeWith(const TierLists& lists, const std::vector<std::string>& disall
 TEST(QmlImportLists, ImportOnNoListPassesWithoutAWord) {
     const RuleRun run = check("import Foo 1.0", RuleTree());
     EXPECT_THAT(run.lines, IsEmpty());
-    EXPECT_EQ(run.verdict, Verdict::Accepted);
+    EXPECT_EQ(run.failures, 0U);
 }
 
 TEST(QmlImportLists, AllowedEntryHasToMatchTheVersionAsWell) {
@@ -63,7 +63,7 @@ TEST(QmlImportLists, AllowedEntryHasToMatchTheVersionAsWell) {
 TEST(QmlImportLists, DisallowedPatternIsAnError) {
     const RuleRun run = check("import Foo 1.0\nimport Bar 1.0", treeWith({}, {"Foo.*"}));
     EXPECT_THAT(run.lines, ElementsAre(notAllowed("Foo 1.0")));
-    EXPECT_EQ(run.verdict, Verdict::Rejected);
+    EXPECT_EQ(run.failures, pkgvet::kViolation);
 }
 
 TEST(QmlImportLists, UnstableAndDeprecatedImportsAreOneWarning) {
@@ -71,7 +71,7 @@ TEST(QmlImportLists, UnstableAndDeprecatedImportsAreOneWarning) {
     const RuleRun run = check("import Foo 1.0\nimport Bar 1.0\nimport Both 1.0", tree);
     EXPECT_THAT(run.lines,
                 ElementsAre(unstable("Bar 1.0"), unstable("Both 1.0"), unstable("Foo 1.0")));
-    EXPECT_EQ(run.verdict, Verdict::Accepted);
+    EXPECT_EQ(run.failures, 0U);
 }
 
 TEST(QmlImportLists, AllowedGoesBeforeAllOthers) {
@@ -128,7 +128,7 @@ TEST(QmlImportLists, AbsolutePathIsAnErrorAndStillGoesToTheLists) {
     const std::string import = "\"/usr/share/app/qml/x\"";
     const RuleRun run = check("import " + import, RuleTree(), {"/usr/share/app/qml/x"});
     EXPECT_THAT(run.lines, ElementsAre(notAllowed(import)));
-    EXPECT_EQ(run.verdict, Verdict::Rejected);
+    EXPECT_EQ(run.failures, pkgvet::kViolation);
     EXPECT_THAT(check("import " + import, treeWith({}, {".*"})).lines,
                 ElementsAre(notAllowed(import), notAllowed(import)));
     EXPECT_THAT(check("import " + import, treeWith({{".*"}, {}, {}}, {".*"})).lines,

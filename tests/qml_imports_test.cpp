@@ -7,9 +7,9 @@
 
 #include "pkgvet/rules/configuration.h"
 #include "tests/support/captured_log.h"
-#include "tests/support/desktop_file.h"
 #include "tests/support/rule_run.h"
 #include "tests/support/rule_tree.h"
+#include "tests/support/validator_record.h"
 
 namespace {
 
@@ -43,11 +43,11 @@ RuleRun checkText(ContentValidator& validator, const std::string& text) {
 
 // The texts of the imports that a file with this content has, in the order of the lines.
 std::vector<std::string> importsIn(const std::string& text) {
-    LoneValidator validator;
+    ContentValidator validator = validatorOfNothing();
     const std::string begin = errorLine("[");
     const std::string end = "] Import is not allowed";
     std::vector<std::string> imports;
-    for (const std::string& line : checkText(*validator, text).lines) {
+    for (const std::string& line : checkText(validator, text).lines) {
         EXPECT_TRUE(line.starts_with(begin) && line.ends_with(end)) << line;
         imports.push_back(line.substr(begin.size(), line.size() - begin.size() - end.size()));
     }
@@ -141,29 +141,26 @@ TEST(QmlImports, TextsAreSortedByByteAndJudgedOnce) {
 }
 
 TEST(QmlImports, ToolkitIsAWarningInAnApplicationOfAnotherType) {
-    LoneValidator validator;
-    const RuleRun run = checkText(*validator, "import Lumbra.Ostrand 1.0\nItem {}\n");
+    ContentValidator validator = validatorOfNothing();
+    const RuleRun run = checkText(validator, "import Lumbra.Ostrand 1.0\nItem {}\n");
     EXPECT_THAT(run.lines, ElementsAre(ostrandWarning()));
-    EXPECT_EQ(run.verdict, Verdict::Accepted);
-    EXPECT_TRUE(validator->ostrandImport());
+    EXPECT_EQ(run.failures, 0U);
+    EXPECT_TRUE(validator.ostrandImport());
 }
 
 TEST(QmlImports, ToolkitIsReportedForEachLine) {
-    LoneValidator validator;
+    ContentValidator validator = validatorOfNothing();
     EXPECT_THAT(
-        checkText(*validator, "import Lumbra.Ostrand 1.05\nimport Lumbra.Ostrand 1.0.3 as S").lines,
+        checkText(validator, "import Lumbra.Ostrand 1.05\nimport Lumbra.Ostrand 1.0.3 as S").lines,
         ElementsAre(ostrandWarning(), ostrandWarning()));
 }
 
 TEST(QmlImports, ToolkitIsFineInAnApplicationOfItsType) {
-    LoneValidator validator;
-    {
-        const CapturedLog log;
-        validator->processDesktopFile(packageHeader(kPackage), desktopEntry(kGoodEntry));
-    }
-    const RuleRun run = checkText(*validator, "import Lumbra.Ostrand 1.0\n");
+    ContentValidator validator = validatorOfNothing();
+    recordOf(validator).ostrandQt5Application = true;
+    const RuleRun run = checkText(validator, "import Lumbra.Ostrand 1.0\n");
     EXPECT_THAT(run.lines, IsEmpty());
-    EXPECT_TRUE(validator->ostrandImport());
+    EXPECT_TRUE(validator.ostrandImport());
 }
 
 TEST(QmlImports, ToolkitInAnotherFormIsAnOrdinaryImport) {
@@ -171,10 +168,10 @@ TEST(QmlImports, ToolkitInAnotherFormIsAnOrdinaryImport) {
          {" import Lumbra.Ostrand 1.0", "import  Lumbra.Ostrand 1.0", "import Lumbra.Ostrand  1.0",
           "import Lumbra.Ostrand 2.0", "import Lumbra.Ostrand.Effects 1.0"}) {
         SCOPED_TRACE(line);
-        LoneValidator validator;
-        EXPECT_THAT(checkText(*validator, line).lines,
+        ContentValidator validator = validatorOfNothing();
+        EXPECT_THAT(checkText(validator, line).lines,
                     ElementsAre(testing::EndsWith("] Import is not allowed")));
-        EXPECT_FALSE(validator->ostrandImport());
+        EXPECT_FALSE(validator.ostrandImport());
     }
 }
 
@@ -184,6 +181,9 @@ TEST(QmlImports, ListModelNeverReachesTheLists) {
         {"import QtQuick.XmlListModelX 2.0", {}},
         {" import QtQuick.XmlListModel 2.0", {"QtQuick.XmlListModel 2.0"}},
     });
+    ContentValidator validator = validatorOfNothing();
+    checkText(validator, "import QtQuick.XmlListModel 2.0");
+    EXPECT_TRUE(recordOf(validator).xmlListModelImport);
 }
 
 TEST(QmlImports, PathThatEndsInQmlIsAQmlFile) {
@@ -196,19 +196,19 @@ TEST(QmlImports, PathThatEndsInQmlIsAQmlFile) {
                                       .directory("/f.qml")
                                       .link("/g.qml", "/dev/zero")
                                       .ghost("/h.qml"));
-    LoneValidator validator;
-    EXPECT_THAT(check(*validator, package.meta(), package.root()).lines,
+    ContentValidator validator = validatorOfNothing();
+    EXPECT_THAT(check(validator, package.meta(), package.root()).lines,
                 ElementsAre(errorLine("[A 1] Import is not allowed"),
                             errorLine("[E 1] Import is not allowed")));
 }
 
 TEST(QmlImports, ListedFileThatIsNotThereHasNoLines) {
-    LoneValidator validator;
+    ContentValidator validator = validatorOfNothing();
     const TemporaryDirectory root;
-    EXPECT_THAT(check(*validator, metaWithOneFile(), root.path()).lines, IsEmpty());
+    EXPECT_THAT(check(validator, metaWithOneFile(), root.path()).lines, IsEmpty());
     std::filesystem::create_directories(root / "usr/share/app/qml");
     ASSERT_EQ(mkfifo((root.path().string() + kFile).c_str(), 0644), 0);
-    EXPECT_THAT(check(*validator, metaWithOneFile(), root.path()).lines, IsEmpty());
+    EXPECT_THAT(check(validator, metaWithOneFile(), root.path()).lines, IsEmpty());
 }
 
 TEST(QmlImports, LongLinesAreJudged) {

@@ -7,6 +7,7 @@
 
 #include "tests/support/captured_log.h"
 #include "tests/support/rule_run.h"
+#include "tests/support/validator_record.h"
 
 namespace {
 
@@ -14,8 +15,8 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 
 RuleRun check(const RpmMeta& meta, const std::string& root) {
-    LoneValidator validator;
-    return runRule(*validator, [&] { validator->checkSandboxing(meta, root); });
+    ContentValidator validator = validatorOfNothing();
+    return runRule(validator, [&] { validator.checkSandboxing(meta, root); });
 }
 
 RuleRun check(const PackageBuilder& builder) {
@@ -38,7 +39,7 @@ TEST(Sandboxing, FilesOfAnyTypeAndPlaceAreSearched) {
                   .file("/usr/share/applications/app.desktop", "Exec=/home/defaultuser/bin/run\n"));
     EXPECT_THAT(run.lines, ElementsAre(found("/opt/script"), found("/usr/bin/app"),
                                        found("/usr/share/applications/app.desktop")));
-    EXPECT_EQ(run.verdict, Verdict::Rejected);
+    EXPECT_EQ(run.failures, pkgvet::kViolation);
 }
 
 TEST(Sandboxing, OneLineForAFile) {
@@ -87,7 +88,7 @@ TEST(Sandboxing, WhatIsNoRegularFileIsPassedOver) {
                                          .ghost("/zero")),
                               root.path());
     EXPECT_THAT(run.lines, IsEmpty());
-    EXPECT_EQ(run.verdict, Verdict::Accepted);
+    EXPECT_EQ(run.failures, 0U);
 }
 
 }  // namespace
