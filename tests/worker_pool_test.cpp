@@ -168,7 +168,9 @@ TEST_P(WorkerPoolSignal, EndsTheRunAndLeavesNothing) {
     program.signal(GetParam());
     const ProgramResult result = program.wait();
     EXPECT_EQ(result.status, 3);
-    EXPECT_EQ(result.output, "1 package: 0 accepted, 0 rejected, 1 not judged\n");
+    EXPECT_EQ(result.output,
+              "1 package: 0 accepted, 0 rejected, 1 not judged; "
+              "the run was interrupted and this report is partial\n");
     EXPECT_EQ(result.errors,
               "pkgvet: /dev/null: could not be judged: not a regular file\n"
               "pkgvet: interrupted: 2 of 3 packages were not judged\n");
