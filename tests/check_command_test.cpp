@@ -106,8 +106,8 @@ TEST_F(CheckCommand, PayloadThatDoesNotUnpackIsNotJudged) {
     const ProgramResult result = check({broken});
     EXPECT_EQ(result.status, 3);
     EXPECT_EQ(result.output, kNothingJudged);
-    EXPECT_EQ(result.errors.find(notJudged(broken, "the payload did not unpack").substr(
-                  0, broken.size() + 50)),
+    EXPECT_EQ(result.errors.find(
+                  notJudged(broken, "the payload did not unpack").substr(0, broken.size() + 50)),
               0U)
         << result.errors;
 }

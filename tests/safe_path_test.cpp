@@ -15,8 +15,8 @@ TEST(SafePath, OnlyHarmlessBytesAreSafe) {
     EXPECT_TRUE(isShellSafe(safe));
     for (int byte = 1; byte < 256; ++byte) {
         const char c = static_cast<char>(byte);
-        const bool expected = (byte < 128 && std::isalnum(byte) != 0) ||
-                              safe.find(c) != std::string::npos;
+        const bool expected =
+            (byte < 128 && std::isalnum(byte) != 0) || safe.find(c) != std::string::npos;
         EXPECT_EQ(isShellSafe(std::string(1, c)), expected) << byte;
     }
 }

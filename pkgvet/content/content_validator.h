@@ -27,9 +27,9 @@ struct ContentValidatorPrivate;
 // process may use relative paths, and no second object be constructed, while a constructor runs.
 // One object belongs to one thread, through the const overload of validateContent as well.
 //
-// Nothing that a rule has found is ever forgotten: a second run on the same object repeats all lines
-// and can only stay failed. Rules may also be called one by one, but they hand results on to each
-// other, and only validateContent knows their order. Standard exceptions leave a rule and
+// Nothing that a rule has found is ever forgotten: a second run on the same object repeats all
+// lines and can only stay failed. Rules may also be called one by one, but they hand results on to
+// each other, and only validateContent knows their order. Standard exceptions leave a rule and
 // validateContent uncaught: std::regex_error from a pattern that does not compile or a text that
 // exhausts an engine, std::out_of_range, std::filesystem::filesystem_error. The object can be
 // destroyed all the same.
@@ -97,8 +97,8 @@ public:
     // Each key of group must stand in the first set of a row, its value in the second.
     void validateDesktopEntryGroupStringFields(
         const std::string& group,
-        const std::vector<std::pair<std::unordered_set<std::string>,
-                                    std::unordered_set<std::string>>>& rows,
+        const std::vector<
+            std::pair<std::unordered_set<std::string>, std::unordered_set<std::string>>>& rows,
         const DesktopEntry& entry);
     // The value of group/field must be a colour such as "#A1B2C3" or "#FFF".
     void validateDesktopEntryFieldColorValue(const std::string& group, const std::string& field,

@@ -20,12 +20,11 @@ void loadDisallowedComponentsFile(const std::string& path, ConfigurationPrivate*
 // "requires" or "qmlimports". std::invalid_argument for a tier without a name.
 void loadTierFile(const std::string& path, const std::string& key, ConfigurationPrivate* record);
 
-// The string that object has under key, for keys whose absence has no meaning: std::invalid_argument
-// that names file and key. A null object has no keys.
+// The string that object has under key, for keys whose absence has no meaning:
+// std::invalid_argument that names file and key. A null object has no keys.
 std::string mandatoryString(JsonObject* object, const char* key, const std::string& file);
 
 // A std::invalid_argument about key in file.
-[[noreturn]] void refuse(const std::string& file, const std::string& key,
-                         const std::string& cause);
+[[noreturn]] void refuse(const std::string& file, const std::string& key, const std::string& cause);
 
 }  // namespace pkgvet

@@ -1,9 +1,10 @@
 // Judges one package by the names that the installed headers give.
-#include <iostream>
 #include <pkgvet/content/content_validator.h>
 #include <pkgvet/meta/meta_validator.h>
 #include <pkgvet/package/rpm_meta.h>
 #include <pkgvet/rules/configuration.h>
+
+#include <iostream>
 
 int main(int argc, char** argv) {
     if (argc != 3) {
