@@ -140,8 +140,8 @@ TEST_F(ChoiceCommand, OnlyNewFindingsCountAgainstABaseline) {
     const std::string worse = application().tag("Requires: newcomer").build(own_);
     const ProgramResult result = check({"--baseline", baseline, "--format", "json", worse});
     EXPECT_EQ(result.status, 1);
-    for (const json& finding :
-         json::parse(result.output)["packages"][0]["judgements"][0]["findings"]) {
+    const json report = json::parse(result.output);
+    for (const json& finding : report["packages"][0]["judgements"][0]["findings"]) {
         if (finding["rule"] == kRule) {
             EXPECT_EQ(finding["standing"], finding["subject"] == "newcomer" ? "counts" : "known");
         }
