@@ -24,6 +24,7 @@
 #include "cli/reports.h"
 #include "cli/rule_check.h"
 #include "cli/worker_pool.h"
+#include "pkgvet/rules/configuration.h"
 
 namespace pkgvet::cli {
 
@@ -63,6 +64,13 @@ ReportStyle styleOf(const CheckOptions& options) {
     return style;
 }
 
+bool isValidationEnabled(const CheckOptions& options, const std::string& rules) {
+    if (options.validation == ValidationMode::Auto) {
+        return Configuration(rules, options.profiles.front()).validationEnabled();
+    }
+    return options.validation == ValidationMode::On;
+}
+
 // The command line of a worker, up to the path of its package.
 std::vector<std::string> workerCommand(const CheckOptions& options, const std::string& rules) {
     std::vector<std::string> command = {"worker", "--rules=" + rules};
@@ -95,6 +103,7 @@ public:
           rules_(rules),
           inputs_(std::move(inputs)),
           choice_(std::move(choice)),
+          validationEnabled_(isValidationEnabled(options, rules)),
           progress_(inputs_.size()),
           reports_(options.format, styleOf(options), std::cout, options.outputs) {
         if (!options.writeBaseline.empty()) {
@@ -122,6 +131,10 @@ public:
 private:
     // Packages come in input order, whatever the order in which they were judged.
     bool take(PackageReport package) {
+        if (!package.judged()) {
+            // A worker that came to nothing did not say.
+            package.validationEnabled = validationEnabled_;
+        }
         // What counts is chosen here, before anything is counted or shown.
         choice_.apply(&package);
         if (package.judged() && !package.passes()) {
@@ -167,6 +180,7 @@ private:
     const std::string& rules_;
     std::vector<Input> inputs_;
     Choice choice_;
+    bool validationEnabled_;
     Progress progress_;
     Reports reports_;
     std::optional<OutputFile> baselineFile_;

@@ -1,6 +1,7 @@
 // Writes JUnit XML.
 #include <algorithm>
 #include <iomanip>
+#include <map>
 #include <sstream>
 #include <string>
 #include <string_view>
@@ -25,7 +26,6 @@ struct Case {
 
 struct Suite {
     std::string name;
-    std::string package;
     double seconds = 0;
     std::vector<Case> cases;
 
@@ -89,15 +89,25 @@ Case caseOf(const Finding& finding, Outcome outcome) {
     return {name, outcome, finding.rule, text};
 }
 
+// Servers tell cases apart by their names, and would take a finding that comes twice for one.
+void numberRepeats(std::vector<Case>* cases) {
+    std::map<std::string, std::size_t> seen;
+    for (Case& one : *cases) {
+        const std::size_t count = ++seen[one.name];
+        if (count > 1) {
+            one.name += " (" + std::to_string(count) + ")";
+        }
+    }
+}
+
 Suite suiteOf(const PackageReport& package, const Judgement& judgement, Severity failOn) {
     const bool alone = package.judgements.size() == 1;
-    Suite suite = {package.path + (alone ? "" : " (" + judgement.profile + ")"),
-                   package.name,
-                   package.seconds,
-                   {}};
+    Suite suite = {
+        package.path + (alone ? "" : " (" + judgement.profile + ")"), package.seconds, {}};
     for (const Finding& finding : judgement.findings) {
         suite.cases.push_back(caseOf(finding, outcomeOf(finding, judgement, failOn)));
     }
+    numberRepeats(&suite.cases);
     // A rejection shows even where no line stands behind it.
     if (!judgement.passes && suite.count(Outcome::Failed) == 0) {
         suite.cases.push_back({std::string(kVerdict), Outcome::Failed, "rejected", "rejected"});
@@ -110,7 +120,7 @@ Suite suiteOf(const PackageReport& package, const Judgement& judgement, Severity
 
 // What is to be told of no package.
 Suite suiteOfRun(const RunReport& run) {
-    Suite suite = {std::string(kTool), std::string(kTool), 0, {}};
+    Suite suite = {std::string(kTool), 0, {}};
     for (const std::string& notice : run.notices) {
         suite.cases.push_back({"notice", Outcome::Passed, "", notice});
     }
@@ -125,7 +135,6 @@ std::vector<Suite> suitesOf(const RunReport& run, const ReportStyle& style) {
     for (const PackageReport& package : run.packages) {
         if (!package.judged()) {
             suites.push_back({package.path,
-                              package.name,
                               package.seconds,
                               {{std::string(kVerdict), Outcome::Error, std::string(kNotJudged),
                                 package.cause}}});
@@ -163,8 +172,7 @@ void writeBody(const Case& one, std::ostream& stream) {
 }
 
 void writeCase(const Suite& suite, const Case& one, std::ostream& stream) {
-    const std::string& className = suite.package.empty() ? suite.name : suite.package;
-    stream << "    <testcase" << attribute("classname", className) << attribute("name", one.name)
+    stream << "    <testcase" << attribute("classname", suite.name) << attribute("name", one.name)
            << '>';
     writeBody(one, stream);
     stream << "</testcase>\n";

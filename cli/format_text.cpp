@@ -46,6 +46,12 @@ std::string_view withoutSubject(const Finding& finding) {
     return message;
 }
 
+// What is found under every profile needs no word of it.
+std::string someProfilesNote(const PackageReport& package, const MergedFinding& merged) {
+    return merged.profiles.size() < package.judgements.size() ? profilesNote(package, merged)
+                                                              : std::string();
+}
+
 std::vector<Row> rowsOf(const PackageReport& package, const ReportStyle& style) {
     std::vector<Row> rows;
     for (const MergedFinding& merged : mergedFindings(package)) {
@@ -53,7 +59,9 @@ std::vector<Row> rowsOf(const PackageReport& package, const ReportStyle& style) 
         if (finding.standing == Standing::Counts || style.showWaived) {
             rows.push_back({&finding,
                             finding.subject ? printable(*finding.subject) : std::string(kNoSubject),
-                            printable(withoutSubject(finding)) + printable(standingNote(finding))});
+                            printable(std::string(withoutSubject(finding))
+                                          .append(standingNote(finding))
+                                          .append(someProfilesNote(package, merged)))});
         }
     }
     return rows;

@@ -3,6 +3,8 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <cmath>
+#include <cstdlib>
 #include <utility>
 
 #include "cli/exit_status.h"
@@ -161,7 +163,12 @@ void describeJudgement(CLI::App* check, CheckOptions* options) {
     check->add_option("--timeout", options->timeout, "Time that a package may take [120]")
         ->type_name("SECONDS")
         ->take_last()
-        ->check(CLI::Range(0.001, 1e6).description(""));
+        ->check(CLI::Range(0.001, 1e6).description(""))
+        // "nan" lies in every range.
+        ->check([](const std::string& text) {
+            return std::isfinite(std::strtod(text.c_str(), nullptr)) ? std::string()
+                                                                     : text + " is no time";
+        });
 }
 
 void describeChoice(CLI::App* check, CheckOptions* options) {

@@ -51,7 +51,7 @@ TEST(FormatJunit, PackageWithoutFindingsIsOneCaseThatPasses) {
     const std::string counts = "tests=\"1\" failures=\"0\" errors=\"0\" skipped=\"0\"";
     EXPECT_EQ(sample("accepted"),
               document(counts, "  <testsuite name=\"app.rpm\" " + counts +
-                                   ">\n    <testcase classname=\"org.example.app\" "
+                                   ">\n    <testcase classname=\"app.rpm\" "
                                    "name=\"verdict\"></testcase>\n  </testsuite>\n"));
 }
 
@@ -66,7 +66,7 @@ TEST(FormatJunit, PackageThatIsNotJudgedIsAnError) {
 
 TEST(FormatJunit, FindingsThatRejectFailAndOthersPass) {
     const std::string counts = "tests=\"4\" failures=\"2\" errors=\"0\" skipped=\"0\"";
-    const std::string start = "    <testcase classname=\"org.example.app\" name=\"";
+    const std::string start = "    <testcase classname=\"app.rpm\" name=\"";
     EXPECT_EQ(
         sample("rejected"),
         document(counts,

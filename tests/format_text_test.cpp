@@ -117,7 +117,7 @@ TEST(FormatText, SeveralProfilesShareFindingsAndShowAMatrix) {
     EXPECT_EQ(text(runOf({package({judgement({library}, "regular"), judgement({}, "extended"),
                                    judgement({library}, "mdm")})})),
               "app.rpm\n"
-              "  x  error     library-not-allowed  A\n"
+              "  x  error     library-not-allowed  A (regular, mdm)\n"
               "  rule                 regular  extended  mdm\n"
               "  library-not-allowed        1         .    1\n"
               "app.rpm: accepted under extended\n"

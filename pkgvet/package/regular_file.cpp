@@ -2,7 +2,9 @@
 #include "pkgvet/package/regular_file.h"
 
 #include <fcntl.h>
+#include <linux/magic.h>
 #include <sys/stat.h>
+#include <sys/vfs.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -20,6 +22,14 @@ constexpr int kNone = -1;
 // open that waits for nobody.
 constexpr int kOpenFlags = O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK;
 
+// A link of a package may lead to a file that the kernel makes up, and one of these states the size
+// of the whole address space.
+bool isMadeUp(int descriptor) {
+    struct statfs system {};
+    return fstatfs(descriptor, &system) == 0 &&
+           (system.f_type == PROC_SUPER_MAGIC || system.f_type == SYSFS_MAGIC);
+}
+
 // The descriptor of a regular file with the size that it states, or kNone.
 int openRegularFile(const std::string& path, std::uint64_t* size) {
     if (!isRegularFile(path)) {
@@ -34,7 +44,7 @@ int openRegularFile(const std::string& path, std::uint64_t* size) {
         close(descriptor);
         return kNone;
     }
-    *size = static_cast<std::uint64_t>(status.st_size);
+    *size = isMadeUp(descriptor) ? 0 : static_cast<std::uint64_t>(status.st_size);
     return descriptor;
 }
 

@@ -17,7 +17,7 @@ bool isRegularFile(const std::string& path);
 
 // The whole content of the regular file that path leads to. Nothing when there is no such file,
 // when it cannot be read or when it holds more than maxBytes. No more is read than the size that
-// the file states, so a file that the kernel makes up, whose stated size is 0, reads as empty.
+// the file states. A file that the kernel makes up reads as empty, whatever size it states.
 std::optional<std::string> readRegularFile(const std::string& path, std::size_t maxBytes);
 
 // A stream on the regular file that path leads to, for libraries that want one; null when there is
