@@ -55,6 +55,7 @@ bool announce(const char* directory) {
 }  // namespace
 
 // As the C library's, of which this takes the place.
+// NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name)
 extern "C" PKGVET_EXPORT char* mkdtemp(char* path) noexcept {
     const std::size_t size = strlen(path);
     if (!std::string_view(path, size).ends_with(kPlaceholder)) {

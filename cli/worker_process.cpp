@@ -102,6 +102,7 @@ private:
 pid_t spawn(std::vector<std::string> arguments, int answer, int errors) {
     arguments.emplace(arguments.begin(), kProgramName);
     std::vector<char*> pointers;
+    pointers.reserve(arguments.size() + 1);
     for (std::string& argument : arguments) {
         pointers.push_back(argument.data());
     }

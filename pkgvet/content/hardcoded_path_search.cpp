@@ -15,7 +15,7 @@ namespace {
 constexpr std::string_view kHomeDirectory = "/home/defaultuser";
 
 // Small enough to stay in the cache between reading and searching.
-constexpr std::uint64_t kPieceSize = 256 * 1024;
+constexpr std::uint64_t kPieceSize = std::uint64_t{256} << 10;
 
 // What formatted input of single characters skips.
 constexpr bool isWhiteSpace(char c) {

@@ -33,6 +33,9 @@ enum class ElfEncoding : std::uint32_t {
 // facts that it hides.
 //
 // The record never changes. Copies are independent of each other.
+//
+// There is no move constructor, which would leave an object without its record: rvalues are copied.
+// NOLINTNEXTLINE(cppcoreguidelines-special-member-functions)
 class PKGVET_EXPORT ElfReader {
 public:
     // path is a path on disk, and links are followed. Throws std::logic_error ("basic_string:

@@ -9,7 +9,7 @@
 namespace pkgvet {
 
 // Longer lines are refused. Nobody writes one, and judging it takes several times its size.
-inline constexpr std::size_t kMaxLineSize = 256 * 1024 * 1024;
+inline constexpr std::size_t kMaxLineSize = std::size_t{256} << 20;
 
 // Reads a file line by line, as std::getline does: cut at line feeds, and what stands behind the
 // last one is a line unless it is empty. What is no regular file, or cannot be opened, has no
