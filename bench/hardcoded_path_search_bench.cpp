@@ -8,8 +8,8 @@
 #include <random>
 #include <string>
 
-#include "pkgvet/content/hardcoded_path_search.h"
-#include "pkgvet/package/regular_file.h"
+#include "pkgvet/base/regular_file.h"
+#include "pkgvet/files/hardcoded_path_search.h"
 
 namespace {
 

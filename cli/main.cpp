@@ -5,12 +5,12 @@
 #include <exception>
 #include <iostream>
 
-#include "cli/check.h"
-#include "cli/exit_status.h"
-#include "cli/explain.h"
-#include "cli/options.h"
-#include "cli/rules_command.h"
-#include "cli/worker.h"
+#include "cli/command/check.h"
+#include "cli/command/exit_status.h"
+#include "cli/command/explain.h"
+#include "cli/command/options.h"
+#include "cli/command/rules.h"
+#include "cli/worker/worker.h"
 
 namespace {
 

@@ -6,10 +6,10 @@
 
 #include <string>
 
-#include "pkgvet/content/content_messages.h"
+#include "pkgvet/base/remove_tree.h"
 #include "pkgvet/content/content_validator_private.h"
-#include "pkgvet/content/remove_tree.h"
 #include "pkgvet/desktop/desktop_entry.h"
+#include "pkgvet/files/file_messages.h"
 #include "pkgvet/package/rpm_meta.h"
 #include "pkgvet/report/logger.h"
 #include "pkgvet/rules/configuration.h"

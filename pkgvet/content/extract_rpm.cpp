@@ -6,8 +6,8 @@
 #include <array>
 #include <string>
 
+#include "pkgvet/base/regular_file.h"
 #include "pkgvet/content/content_validator.h"
-#include "pkgvet/package/regular_file.h"
 
 namespace {
 

@@ -10,8 +10,8 @@
 #include "pkgvet/desktop/background_task_private.h"
 #include "pkgvet/desktop/desktop_messages.h"
 #include "pkgvet/desktop/vocabulary.h"
-#include "pkgvet/pattern/pattern_flags.h"
 #include "pkgvet/pattern/regex.h"
+#include "pkgvet/pattern/rule_pattern.h"
 #include "pkgvet/report/logger.h"
 
 namespace {

@@ -6,9 +6,9 @@
 #include <cstddef>
 #include <optional>
 
+#include "pkgvet/base/handles.h"
+#include "pkgvet/base/regular_file.h"
 #include "pkgvet/desktop/vocabulary.h"
-#include "pkgvet/handles.h"
-#include "pkgvet/package/regular_file.h"
 
 struct DesktopEntryPrivate {
     pkgvet::KeyFileHandle file;

@@ -7,8 +7,8 @@
 
 #include "pkgvet/desktop/desktop_messages.h"
 #include "pkgvet/desktop/vocabulary.h"
-#include "pkgvet/pattern/pattern_flags.h"
 #include "pkgvet/pattern/regex.h"
+#include "pkgvet/pattern/rule_pattern.h"
 #include "pkgvet/report/logger.h"
 
 namespace {

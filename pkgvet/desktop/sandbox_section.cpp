@@ -16,8 +16,8 @@
 #include "pkgvet/desktop/violation.h"
 #include "pkgvet/desktop/vocabulary.h"
 #include "pkgvet/package/rpm_meta.h"
-#include "pkgvet/pattern/pattern_flags.h"
 #include "pkgvet/pattern/regex.h"
+#include "pkgvet/pattern/rule_pattern.h"
 #include "pkgvet/report/logger.h"
 #include "pkgvet/rules/configuration.h"
 

@@ -10,8 +10,8 @@
 #include "pkgvet/elf/elf_messages.h"
 #include "pkgvet/elf/elf_reader.h"
 #include "pkgvet/package/rpm_meta.h"
-#include "pkgvet/pattern/pattern_flags.h"
 #include "pkgvet/pattern/regex.h"
+#include "pkgvet/pattern/rule_pattern.h"
 #include "pkgvet/report/logger.h"
 #include "pkgvet/rules/configuration.h"
 

@@ -6,7 +6,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include "pkgvet/package/regular_file.h"
+#include "pkgvet/base/regular_file.h"
 
 namespace pkgvet {
 

@@ -6,9 +6,9 @@
 #include "pkgvet/meta/meta_validator.h"
 #include "pkgvet/meta/meta_validator_private.h"
 #include "pkgvet/package/rpm_meta.h"
-#include "pkgvet/pattern/pattern_flags.h"
 #include "pkgvet/pattern/pattern_list.h"
 #include "pkgvet/pattern/regex.h"
+#include "pkgvet/pattern/rule_pattern.h"
 #include "pkgvet/report/logger.h"
 #include "pkgvet/rules/configuration.h"
 

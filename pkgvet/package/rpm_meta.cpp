@@ -14,8 +14,8 @@
 #include <string_view>
 #include <utility>
 
-#include "pkgvet/handles.h"
-#include "pkgvet/package/regular_file.h"
+#include "pkgvet/base/handles.h"
+#include "pkgvet/base/regular_file.h"
 
 struct RpmMetaPrivate {
     std::string name;

@@ -4,8 +4,8 @@
 #include <regex>
 #include <utility>
 
-#include "pkgvet/handles.h"
-#include "pkgvet/pattern/utf8.h"
+#include "pkgvet/base/handles.h"
+#include "pkgvet/base/utf8.h"
 
 struct MatchInfoPrivate {
     // A GMatchInfo refers to the subject's bytes, so the two share one lifetime.

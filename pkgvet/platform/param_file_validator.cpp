@@ -13,8 +13,8 @@
 #include <utility>
 #include <vector>
 
-#include "pkgvet/handles.h"
-#include "pkgvet/package/regular_file.h"
+#include "pkgvet/base/handles.h"
+#include "pkgvet/base/regular_file.h"
 
 namespace ManagedConfiguration::Validator {
 

@@ -4,7 +4,7 @@
 #include <cstddef>
 #include <string>
 
-#include "pkgvet/package/regular_file.h"
+#include "pkgvet/base/regular_file.h"
 
 namespace pkgvet {
 

@@ -7,9 +7,9 @@
 #include <string_view>
 #include <utility>
 
+#include "pkgvet/base/json_file.h"
 #include "pkgvet/rules/configuration_private.h"
 #include "pkgvet/rules/developer_mode.h"
-#include "pkgvet/rules/json_file.h"
 #include "pkgvet/rules/rule_files.h"
 
 namespace {

@@ -3,7 +3,7 @@
 
 #include <glib.h>
 
-#include "pkgvet/handles.h"
+#include "pkgvet/base/handles.h"
 
 namespace pkgvet {
 

@@ -5,7 +5,7 @@
 #include <stdexcept>
 #include <string_view>
 
-#include "pkgvet/rules/json_file.h"
+#include "pkgvet/base/json_file.h"
 
 namespace pkgvet {
 

@@ -5,7 +5,7 @@
 #include <sstream>
 #include <utility>
 
-#include "cli/reports.h"
+#include "cli/command/reports.h"
 
 using pkgvet::cli::Finding;
 using pkgvet::cli::Judgement;

@@ -4,8 +4,8 @@
 #include <string>
 #include <vector>
 
-#include "cli/formats.h"
-#include "cli/model.h"
+#include "cli/model/model.h"
+#include "cli/report/formats.h"
 
 struct SampleRun {
     const char* name;

@@ -2,11 +2,10 @@
 #include "tests/support/schemas.h"
 
 #include "tests/support/package_builder.h"
+#include "tests/support/source_tree.h"
 #include "tests/support/temporary_directory.h"
 
 namespace {
-
-const std::string kSource = PKGVET_SOURCE_DIR + std::string("/");
 
 std::string faultsOf(const std::vector<std::string>& command) {
     std::string output;
@@ -23,12 +22,12 @@ std::string jsonFaults(const std::string& schema, const std::vector<std::string>
         const std::string name = std::to_string(command.size()) + ".json";
         command.insert(command.end(), {"-i", directory.write(name, document)});
     }
-    command.push_back(kSource + schema);
+    command.push_back(sourceFile(schema));
     return faultsOf(command);
 }
 
 std::string xmlFaults(const std::string& schema, const std::string& document) {
     const TemporaryDirectory directory;
-    return faultsOf({PKGVET_XMLLINT, "--noout", "--nonet", "--schema", kSource + schema,
+    return faultsOf({PKGVET_XMLLINT, "--noout", "--nonet", "--schema", sourceFile(schema),
                      directory.write("report.xml", document)});
 }

@@ -1,0 +1,80 @@
+// Escapes what a terminal would act upon.
+#include "cli/base/escape.h"
+
+#include <glib.h>
+
+#include <array>
+#include <cstdio>
+
+namespace pkgvet::cli {
+
+namespace {
+
+struct Range {
+    gunichar first;
+    gunichar last;
+};
+
+// Controls, the marks, embeddings and isolates that set the direction of writing, and the two
+// non-characters that XML forbids.
+constexpr std::array<Range, 9> kEscaped = {{{0x00, 0x1f},
+                                            {0x7f, 0x9f},
+                                            {0x061c, 0x061c},
+                                            {0x200b, 0x200f},
+                                            {0x2028, 0x202e},
+                                            {0x2060, 0x2069},
+                                            {0xfeff, 0xfeff},
+                                            {0xfffe, 0xffff},
+                                            {0xe0000, 0xe007f}}};
+
+bool isEscaped(gunichar c) {
+    for (const Range& range : kEscaped) {
+        if (c >= range.first && c <= range.last) {
+            return true;
+        }
+    }
+    return false;
+}
+
+std::string escaped(gunichar c) {
+    std::array<char, 16> buffer{};
+    const int size = c < 0x80 ? std::snprintf(buffer.data(), buffer.size(), "\\x%02x", c)
+                              : std::snprintf(buffer.data(), buffer.size(), "\\u{%04x}", c);
+    return std::string(buffer.data(), static_cast<std::size_t>(size));
+}
+
+std::string escapedByte(char byte) {
+    std::array<char, 8> buffer{};
+    const int size =
+        std::snprintf(buffer.data(), buffer.size(), "\\x%02x", static_cast<unsigned char>(byte));
+    return std::string(buffer.data(), static_cast<std::size_t>(size));
+}
+
+// The size of the valid UTF-8 character at the front of text, or 0.
+std::size_t characterSize(std::string_view text) {
+    const gunichar c = g_utf8_get_char_validated(text.data(), static_cast<gssize>(text.size()));
+    if (c == static_cast<gunichar>(-1) || c == static_cast<gunichar>(-2)) {
+        return 0;
+    }
+    return static_cast<std::size_t>(g_utf8_skip[static_cast<guchar>(text.front())]);
+}
+
+}  // namespace
+
+std::string printable(std::string_view text) {
+    std::string result;
+    while (!text.empty()) {
+        const std::size_t size = characterSize(text);
+        if (size == 0) {
+            result += escapedByte(text.front());
+            text.remove_prefix(1);
+            continue;
+        }
+        const gunichar c = g_utf8_get_char(text.data());
+        result += isEscaped(c) ? escaped(c) : std::string(text.substr(0, size));
+        text.remove_prefix(size);
+    }
+    return result;
+}
+
+}  // namespace pkgvet::cli

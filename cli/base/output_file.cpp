@@ -1,0 +1,121 @@
+// Writes a file to the side and renames it into place.
+#include "cli/base/output_file.h"
+
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
+#include <stdexcept>
+#include <system_error>
+#include <utility>
+
+#include "cli/base/escape.h"
+
+namespace pkgvet::cli {
+
+namespace {
+
+// Beside the target, since a file can be renamed within one file system only.
+constexpr const char* kTemporaryPrefix = ".pkgvet-";
+constexpr int kMostAttempts = 1000;
+constexpr mode_t kMode = 0666;  // less the umask
+
+[[noreturn]] void fail(const std::string& path, int error) {
+    throw std::runtime_error("cannot write " + printable(path) + ": " + std::strerror(error));
+}
+
+// path with the links of its last part followed, whether or not there is such a file yet.
+std::string behindLinks(const std::string& path) {
+    std::error_code error;
+    const std::filesystem::path target = std::filesystem::weakly_canonical(path, error);
+    return error ? path : target.string();
+}
+
+bool isSpecial(const std::string& path) {
+    struct stat status {};
+    return stat(path.c_str(), &status) == 0 && !S_ISREG(status.st_mode);
+}
+
+}  // namespace
+
+OutputFile::OutputFile(const std::string& path) : path_(path), target_(path) {
+    if (isSpecial(path)) {
+        descriptor_ = open(path.c_str(), O_WRONLY | O_CLOEXEC);
+    } else {
+        target_ = behindLinks(path);
+        openBeside();
+    }
+    if (descriptor_ < 0) {
+        fail(path_, errno);
+    }
+}
+
+OutputFile::OutputFile(OutputFile&& other) noexcept
+    : path_(std::move(other.path_)),
+      target_(std::move(other.target_)),
+      temporary_(std::exchange(other.temporary_, {})),
+      descriptor_(std::exchange(other.descriptor_, -1)) {}
+
+OutputFile::~OutputFile() {
+    discard();
+}
+
+void OutputFile::write(std::string_view content) {
+    while (!content.empty()) {
+        const ssize_t size = ::write(descriptor_, content.data(), content.size());
+        if (size < 0 && errno == EINTR) {
+            continue;
+        }
+        if (size < 0) {
+            fail(path_, errno);
+        }
+        content.remove_prefix(static_cast<std::size_t>(size));
+    }
+}
+
+void OutputFile::commit() {
+    // Some file systems tell only now that there was no room.
+    if (close(std::exchange(descriptor_, -1)) != 0) {
+        fail(path_, errno);
+    }
+    if (temporary_.empty()) {
+        return;
+    }
+    if (rename(temporary_.c_str(), target_.c_str()) != 0) {
+        fail(path_, errno);
+    }
+    temporary_.clear();
+}
+
+// The name is new with O_EXCL, which no link can lead elsewhere.
+void OutputFile::openBeside() {
+    const std::string prefix =
+        (std::filesystem::path(target_).parent_path() / kTemporaryPrefix).string() +
+        std::to_string(getpid()) + "-";
+    for (int attempt = 0; attempt < kMostAttempts; ++attempt) {
+        const std::string name = prefix + std::to_string(attempt);
+        descriptor_ = open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kMode);
+        if (descriptor_ >= 0) {
+            temporary_ = name;
+            return;
+        }
+        if (errno != EEXIST) {
+            return;
+        }
+    }
+}
+
+void OutputFile::discard() {
+    if (descriptor_ >= 0) {
+        close(descriptor_);
+    }
+    if (!temporary_.empty()) {
+        unlink(temporary_.c_str());
+    }
+}
+
+}  // namespace pkgvet::cli

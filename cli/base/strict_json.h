@@ -1,0 +1,43 @@
+// JSON files that the user writes, read strictly.
+#pragma once
+
+#include <initializer_list>
+#include <nlohmann/json_fwd.hpp>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+#include "cli/base/fault.h"
+
+namespace pkgvet::cli {
+
+// One JSON file. Whatever is wrong with it is added to a list of faults, so that the user sees all
+// of it at once; what is asked for comes back empty then.
+class JsonReader {
+public:
+    // faults must outlive the reader.
+    JsonReader(std::string path, std::vector<Fault>* faults);
+
+    // The object that the whole file is; null once the fault is reported.
+    nlohmann::json load() const;
+
+    void report(const std::string& key, const std::string& cause) const;
+
+    // Reports the members of object, which stands under key, whose names are not among known.
+    void refuseUnknown(const nlohmann::json& object, const std::string& key,
+                       std::initializer_list<std::string_view> known) const;
+
+    // The objects of the array that root has under name, each with its own key.
+    std::vector<std::pair<std::string, nlohmann::json>> objects(const nlohmann::json& root,
+                                                                const char* name) const;
+
+    // The text that object, which stands under key, has under name.
+    std::string text(const nlohmann::json& object, const std::string& key, const char* name) const;
+
+private:
+    std::string path_;
+    std::vector<Fault>* faults_;
+};
+
+}  // namespace pkgvet::cli

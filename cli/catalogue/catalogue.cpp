@@ -1,0 +1,151 @@
+// Finds entries of the catalogue, by their ids and by the lines that they stand for.
+#include "cli/catalogue/catalogue.h"
+
+#include <algorithm>
+#include <numeric>
+#include <optional>
+#include <tuple>
+#include <utility>
+
+#include "cli/catalogue/catalogue_tables.h"
+
+namespace pkgvet::cli {
+
+namespace {
+
+constexpr std::string_view kOtherRemark = "other-remark";
+constexpr std::size_t kMostSuggestions = 3;
+
+constexpr Entry kOtherRemarks[] = {
+    {.id = kOtherRemark,
+     .severity = Severity::Info,
+     .title = "Remark that belongs to no rule",
+     .demand = "Nothing: no rule of pkgvet stands behind this line.",
+     .why = "A library that pkgvet works with, such as the platform's own validator of managed "
+            "configuration files, had something to say while the package was judged.",
+     .fix = "Nothing is to be done on account of this line alone. If another finding stands beside "
+            "it, the remark may name its cause."},
+};
+
+std::vector<const Entry*> flattened(const std::vector<Chapter>& chapters) {
+    std::vector<const Entry*> result;
+    for (const Chapter& chapter : chapters) {
+        for (const Entry& entry : chapter.entries) {
+            result.push_back(&entry);
+        }
+    }
+    return result;
+}
+
+// Piece by piece, so that a name out of a package never counts as words of a rule. The library ends
+// some lines with pieces that say nothing.
+bool isComposedAs(const LogLine& line, const Entry& entry) {
+    const std::span<const Piece> pieces = entry.pieces();
+    if (pieces.empty() || line.pieces.size() < pieces.size()) {
+        return false;
+    }
+    const auto rest = line.pieces.begin() + static_cast<std::ptrdiff_t>(pieces.size());
+    return std::equal(pieces.begin(), pieces.end(), line.pieces.begin(),
+                      [](const Piece& piece, const std::string& text) {
+                          return piece.kind != Piece::Kind::Words || text == piece.words;
+                      }) &&
+           std::all_of(rest, line.pieces.end(),
+                       [](const std::string& text) { return text.empty(); });
+}
+
+// An entry has one piece at the most that is its subject.
+std::optional<std::string> subjectOf(const LogLine& line, const Entry& entry) {
+    const std::span<const Piece> pieces = entry.pieces();
+    for (std::size_t i = 0; i < pieces.size(); ++i) {
+        if (pieces[i].kind == Piece::Kind::Subject) {
+            return line.pieces[i];
+        }
+    }
+    return std::nullopt;
+}
+
+// How many characters must be put in, taken out or replaced to make one word of the other.
+std::size_t editDistance(std::string_view from, std::string_view to) {
+    std::vector<std::size_t> row(to.size() + 1);
+    std::iota(row.begin(), row.end(), std::size_t{0});
+    for (std::size_t i = 0; i < from.size(); ++i) {
+        std::size_t diagonal = std::exchange(row[0], i + 1);
+        for (std::size_t j = 0; j < to.size(); ++j) {
+            const std::size_t replaced = diagonal + (from[i] == to[j] ? 0 : 1);
+            diagonal = row[j + 1];
+            row[j + 1] = std::min({replaced, row[j] + 1, row[j + 1] + 1});
+        }
+    }
+    return row.back();
+}
+
+}  // namespace
+
+std::span<const std::string_view> Entry::related() const {
+    return {relatedIds.begin(),
+            std::find(relatedIds.begin(), relatedIds.end(), std::string_view())};
+}
+
+std::span<const Piece> Entry::pieces() const {
+    return {composition.begin(),
+            std::find_if(composition.begin(), composition.end(),
+                         [](const Piece& piece) { return piece.kind == Piece::Kind::None; })};
+}
+
+const std::vector<Chapter>& chapters() {
+    static const std::vector<Chapter> all = {
+        headerChapter(), desktopChapter(), sandboxChapter(),
+        taskChapter(),   qmlChapter(),     binaryChapter(),
+        pathChapter(),   fileChapter(),    {"Other remarks", kOtherRemarks},
+    };
+    return all;
+}
+
+const std::vector<const Entry*>& entries() {
+    static const std::vector<const Entry*> all = flattened(chapters());
+    return all;
+}
+
+const Entry* findEntry(std::string_view id) {
+    const auto found = std::find_if(entries().begin(), entries().end(),
+                                    [id](const Entry* entry) { return entry->id == id; });
+    return found == entries().end() ? nullptr : *found;
+}
+
+// A word that is part of an id, such as "setuid", is nearer to it than any misspelling.
+std::vector<std::string> nearestIds(std::string_view word) {
+    std::vector<std::tuple<bool, std::size_t, std::string_view>> ranked;
+    for (const Entry* entry : entries()) {
+        const bool isElsewhere = entry->id.find(word) == std::string_view::npos;
+        ranked.emplace_back(isElsewhere, editDistance(word, entry->id), entry->id);
+    }
+    std::sort(ranked.begin(), ranked.end());
+    std::vector<std::string> nearest;
+    for (std::size_t i = 0; i < std::min(ranked.size(), kMostSuggestions); ++i) {
+        nearest.emplace_back(std::get<std::string_view>(ranked[i]));
+    }
+    return nearest;
+}
+
+bool isGrave(std::string_view id) {
+    const Entry* entry = findEntry(id);
+    return entry != nullptr && entry->grave;
+}
+
+Finding identify(const LogLine& line) {
+    Finding finding;
+    finding.severity = line.severity;
+    finding.message = line.text();
+    const auto found =
+        std::find_if(entries().begin(), entries().end(),
+                     [&line](const Entry* entry) { return isComposedAs(line, *entry); });
+    if (found == entries().end()) {
+        finding.rule = kOtherRemark;
+    } else {
+        finding.rule = (*found)->id;
+        finding.subject = subjectOf(line, **found);
+    }
+    return finding;
+}
+
+}  // namespace pkgvet::cli

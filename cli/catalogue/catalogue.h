@@ -1,0 +1,73 @@
+// Every rule of the library by its permanent id, with what a developer needs to satisfy it.
+#pragma once
+
+#include <array>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "cli/judge/finding_capture.h"
+#include "cli/model/model.h"
+
+namespace pkgvet::cli {
+
+// A place in a message: words of the rule, or what came out of the package.
+struct Piece {
+    enum class Kind {
+        None,     // no piece
+        Words,    // this text and no other
+        Data,     // any text
+        Subject,  // any text, which is what the finding is about
+    };
+    Kind kind = Kind::None;
+    std::string_view words = {};
+};
+
+// A message of the library. Ids are never reused and never change their meaning: waivers, baselines
+// and other people's pages refer to them. Entries live as long as the process.
+struct Entry {
+    std::string_view id = {};  // kebab-case
+    Severity severity = Severity::Error;
+    // Rejects a package even where validation is switched off. Such a finding cannot be waived.
+    bool grave = false;
+    std::string_view title = {};
+    std::string_view demand = {};   // what the rule asks for
+    std::string_view why = {};      // why it asks
+    std::string_view fix = {};      // how to put it right in the package's sources
+    std::string_view example = {};  // lines of those sources; ends in a line feed
+    // Ids that it often comes with, and how the library composes the line; both are filled up with
+    // what is empty.
+    std::array<std::string_view, 4> relatedIds = {};
+    std::array<Piece, 7> composition = {};
+
+    std::span<const std::string_view> related() const;
+    std::span<const Piece> pieces() const;
+};
+
+// Entries that belong together, in the order in which the library reports them.
+struct Chapter {
+    std::string_view title;
+    std::span<const Entry> entries;
+};
+
+// The whole catalogue.
+const std::vector<Chapter>& chapters();
+
+// All entries in the order of the chapters.
+const std::vector<const Entry*>& entries();
+
+// The entry with this id, null when there is none.
+const Entry* findEntry(std::string_view id);
+
+// The ids that are most like a word that is no id, the best first, three at the most.
+std::vector<std::string> nearestIds(std::string_view word);
+
+// Whether findings of the rule reject a package in any case. False for what is no id.
+bool isGrave(std::string_view id);
+
+// The finding that a line of the library tells: its id, its severity, its subject. A line that no
+// rule composes, such as a remark of a library in use, gets the id "other-remark".
+Finding identify(const LogLine& line);
+
+}  // namespace pkgvet::cli

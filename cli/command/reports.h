@@ -1,0 +1,45 @@
+// The reports of a run.
+#pragma once
+
+#include <ostream>
+#include <vector>
+
+#include "cli/base/output_file.h"
+#include "cli/command/options.h"
+#include "cli/model/model.h"
+#include "cli/report/formats.h"
+
+namespace pkgvet::cli {
+
+// One report on a stream, as far as its format allows while packages are judged, and one for each
+// output file at the end.
+class Reports {
+public:
+    // Opens the files; std::runtime_error names one that cannot be written. style is that of the
+    // stream: files are never coloured, and tell of all packages.
+    Reports(Format format, const ReportStyle& style, std::ostream& stream,
+            const std::vector<Output>& files);
+
+    // Packages come in input order, with what counts decided.
+    void add(const PackageReport& package);
+    // run holds the packages that were added. std::runtime_error names a file that was not written;
+    // the others are.
+    void finish(const RunReport& run);
+
+private:
+    struct File {
+        Format format;
+        OutputFile file;
+    };
+
+    FormatSteps steps_;
+    ReportStyle style_;
+    std::ostream& stream_;
+    std::vector<File> files_;
+};
+
+// The whole report at once.
+void writeReport(Format format, const RunReport& run, const ReportStyle& style,
+                 std::ostream& stream);
+
+}  // namespace pkgvet::cli

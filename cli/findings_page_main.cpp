@@ -1,9 +1,0 @@
-// Prints docs/findings.md. Not installed.
-#include <iostream>
-
-#include "cli/explain.h"
-
-int main() {
-    pkgvet::cli::writeFindingsPage(std::cout);
-    return std::cout.flush() ? 0 : 1;
-}

@@ -1,0 +1,9 @@
+// Prints docs/findings.md. Not installed.
+#include <iostream>
+
+#include "cli/command/explain.h"
+
+int main() {
+    pkgvet::cli::writeFindingsPage(std::cout);
+    return std::cout.flush() ? 0 : 1;
+}

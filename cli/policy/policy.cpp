@@ -1,0 +1,114 @@
+// Decides which findings count and what follows for the verdict.
+#include "cli/policy/policy.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "cli/policy/grave.h"
+
+namespace pkgvet::cli {
+
+namespace {
+
+bool hasCounting(const Judgement& judgement, Severity least) {
+    return std::any_of(judgement.findings.begin(), judgement.findings.end(),
+                       [least](const Finding& finding) {
+                           return finding.standing == Standing::Counts && finding.severity >= least;
+                       });
+}
+
+// Whether everything that made the library reject is excused. A rejection that no finding accounts
+// for stays one.
+bool isExcused(const Judgement& judgement) {
+    const bool anyExcused = std::any_of(
+        judgement.findings.begin(), judgement.findings.end(), [](const Finding& finding) {
+            return finding.standing != Standing::Counts && finding.severity >= Severity::Error;
+        });
+    return anyExcused && !hasCounting(judgement, Severity::Error);
+}
+
+bool passes(const Judgement& judgement, bool validationEnabled, std::optional<Severity> failOn) {
+    if (failOn && hasCounting(judgement, *failOn)) {
+        return false;
+    }
+    // With validation off the library rejects for grave findings only.
+    return judgement.accepted() || (validationEnabled && isExcused(judgement));
+}
+
+}  // namespace
+
+Choice::Choice(const CheckOptions& options, const Date& today, std::vector<Fault>* faults)
+    : failOn_(options.failOn) {
+    for (const std::string& path : options.waivers) {
+        watch(readWaivers(path, faults), today);
+    }
+    if (!options.baseline.empty()) {
+        baseline_ = readBaseline(options.baseline, faults);
+    }
+}
+
+Choice::Choice(std::vector<Waiver> waivers, Baseline baseline, std::optional<Severity> failOn,
+               const Date& today)
+    : baseline_(std::move(baseline)), failOn_(failOn) {
+    watch(std::move(waivers), today);
+}
+
+void Choice::watch(std::vector<Waiver> waivers, const Date& today) {
+    for (Waiver& waiver : waivers) {
+        const bool expired = waiver.lastDay && *waiver.lastDay < today;
+        waivers_.push_back({std::move(waiver), expired, false});
+    }
+}
+
+void Choice::apply(PackageReport* package) {
+    for (Judgement& judgement : package->judgements) {
+        excuse(&judgement, package->name);
+        judgement.passes = passes(judgement, package->validationEnabled, failOn_);
+    }
+}
+
+void Choice::excuse(Judgement* judgement, const std::string& package) {
+    Baseline seen;
+    for (Finding& finding : judgement->findings) {
+        if (isGrave(finding) || waive(&finding, package)) {
+            continue;
+        }
+        // Of findings that are alike, the first ones are those that were there before.
+        const KnownFinding identity = identityOf(finding, package);
+        const auto known = baseline_.find(identity);
+        if (known != baseline_.end() && ++seen[identity] <= known->second) {
+            finding.standing = Standing::Known;
+        }
+    }
+}
+
+// Every waiver that covers the finding is in use; the first one gives the reason.
+bool Choice::waive(Finding* finding, const std::string& package) {
+    for (WatchedWaiver& watched : waivers_) {
+        if (watched.expired || !covers(&watched.waiver, *finding, package)) {
+            continue;
+        }
+        watched.used = true;
+        if (finding->standing != Standing::Waived) {
+            finding->standing = Standing::Waived;
+            finding->reason = watched.waiver.reason;
+        }
+    }
+    return finding->standing == Standing::Waived;
+}
+
+std::vector<std::string> Choice::notices(bool complete) const {
+    std::vector<std::string> lines;
+    for (const auto& [waiver, expired, used] : waivers_) {
+        const std::string subject = "for " + waiver.rule;
+        if (expired) {
+            lines.push_back(describe(
+                {waiver.file, waiver.key, subject + " expired on " + formatDate(*waiver.lastDay)}));
+        } else if (!used && complete) {
+            lines.push_back(describe({waiver.file, waiver.key, subject + " was never used"}));
+        }
+    }
+    return lines;
+}
+
+}  // namespace pkgvet::cli

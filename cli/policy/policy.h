@@ -1,0 +1,57 @@
+// What counts of a run's findings.
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "cli/base/date.h"
+#include "cli/command/options.h"
+#include "cli/model/model.h"
+#include "cli/policy/baseline.h"
+#include "cli/policy/waivers.h"
+
+namespace pkgvet::cli {
+
+// Applies waivers, a baseline and the least severity that fails a package to what the library said.
+// Grave findings are neither waived nor known.
+// The library's own verdicts stay as they are; the one after the choice stands in
+// Judgement::passes. Belongs to one thread, and to one run, since it keeps in mind what was used.
+class Choice {
+public:
+    // What the command line asks for. Everything that is wrong with the files that it names goes to
+    // faults; the result is of use only when nothing was.
+    Choice(const CheckOptions& options, const Date& today, std::vector<Fault>* faults);
+    // Without failOn the verdict of the library counts, apart from what is excused.
+    Choice(std::vector<Waiver> waivers, Baseline baseline, std::optional<Severity> failOn,
+           const Date& today);
+
+    // Sets standing and reason of each finding, and the verdict under each profile.
+    //
+    // What the library rejected passes when all errors are waived or known; a rejection with
+    // validation off is for grave findings and stays. failOn rejects also for each finding that
+    // counts and is at least so severe, and does so with validation off as well: whoever asks for
+    // it means it.
+    void apply(PackageReport* package);
+
+    // One line for each waiver that has expired or excused nothing. Only a run that came to its end
+    // knows of the latter.
+    std::vector<std::string> notices(bool complete) const;
+
+private:
+    struct WatchedWaiver {
+        Waiver waiver;
+        bool expired;
+        bool used;
+    };
+
+    void watch(std::vector<Waiver> waivers, const Date& today);
+    void excuse(Judgement* judgement, const std::string& package);
+    bool waive(Finding* finding, const std::string& package);
+
+    std::vector<WatchedWaiver> waivers_;
+    Baseline baseline_;
+    std::optional<Severity> failOn_;
+};
+
+}  // namespace pkgvet::cli

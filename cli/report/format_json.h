@@ -1,0 +1,21 @@
+// What the formats that are JSON share.
+#pragma once
+
+#include <nlohmann/json.hpp>
+#include <string>
+#include <string_view>
+
+#include "cli/model/model.h"
+
+namespace pkgvet::cli {
+
+inline constexpr int kJsonIndent = 2;
+inline constexpr int kJsonOneLine = -1;
+
+// json as ASCII. Bytes that are no UTF-8, which a package may hold anywhere, become U+FFFD.
+std::string jsonText(const nlohmann::ordered_json& json, int indent);
+
+// "counts", "waived", "known".
+std::string_view standingName(Standing standing);
+
+}  // namespace pkgvet::cli

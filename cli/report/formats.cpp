@@ -1,0 +1,26 @@
+// Finds the steps of a format.
+#include "cli/report/formats.h"
+
+namespace pkgvet::cli {
+
+FormatSteps stepsOf(Format format) {
+    switch (format) {
+        case Format::Text:
+            return {addText, finishText};
+        case Format::Concise:
+            return {addConcise, finishConcise};
+        case Format::Json:
+            return {nullptr, finishJson};
+        case Format::Jsonl:
+            return {addJsonLine, finishJsonLines};
+        case Format::Sarif:
+            return {nullptr, finishSarif};
+        case Format::Junit:
+            return {nullptr, finishJunit};
+        case Format::Github:
+            return {addGithub, finishGithub};
+    }
+    return {addText, finishText};
+}
+
+}  // namespace pkgvet::cli

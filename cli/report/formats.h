@@ -1,0 +1,63 @@
+// The formats in which a run is reported.
+#pragma once
+
+#include <ostream>
+#include <vector>
+
+#include "cli/command/options.h"
+#include "cli/model/model.h"
+
+namespace pkgvet::cli {
+
+// How much a report tells, beyond what every report must.
+struct ReportStyle {
+    bool color = false;
+    bool quiet = false;       // text: verdicts without findings
+    bool showWaived = false;  // text and concise: findings that do not count too
+    bool explain = false;     // text: how to put each finding right
+    bool timings = false;     // what the judging took, which differs from run to run
+    // Text: packages that could not be judged too. On a terminal, standard error has told of them.
+    bool notJudged = false;
+    Severity failOn = Severity::Error;  // the least severity that counts against a package
+};
+
+// A format is two steps over plain data, which keep nothing in between. Reports are the same byte
+// for byte for the same run, save for timings, and legal in their format whatever bytes a package
+// holds.
+struct FormatSteps {
+    // What a package adds as soon as it is judged; null where a report is written whole.
+    void (*add)(const PackageReport& package, const ReportStyle& style, std::ostream& stream);
+    // What comes after the last package, or the whole report.
+    void (*finish)(const RunReport& run, const ReportStyle& style, std::ostream& stream);
+};
+
+FormatSteps stepsOf(Format format);
+
+// A table for a person: findings and verdict of each package, and a summary line. With several
+// profiles a matrix of rules against profiles comes in between.
+void addText(const PackageReport& package, const ReportStyle& style, std::ostream& stream);
+void finishText(const RunReport& run, const ReportStyle& style, std::ostream& stream);
+
+// "PATH: severity: rule-id: message", a line for each finding, for editors and grep.
+void addConcise(const PackageReport& package, const ReportStyle& style, std::ostream& stream);
+void finishConcise(const RunReport& run, const ReportStyle& style, std::ostream& stream);
+
+// One document, described by docs/report.schema.json.
+void finishJson(const RunReport& run, const ReportStyle& style, std::ostream& stream);
+
+// The same objects, one to a line: each package, and the summary last. A report without its last
+// line is cut short.
+void addJsonLine(const PackageReport& package, const ReportStyle& style, std::ostream& stream);
+void finishJsonLines(const RunReport& run, const ReportStyle& style, std::ostream& stream);
+
+// SARIF 2.1.0: one run with a result for each finding.
+void finishSarif(const RunReport& run, const ReportStyle& style, std::ostream& stream);
+
+// JUnit XML: a suite for each package and profile, a case for each finding.
+void finishJunit(const RunReport& run, const ReportStyle& style, std::ostream& stream);
+
+// Workflow commands of GitHub, which it shows as annotations.
+void addGithub(const PackageReport& package, const ReportStyle& style, std::ostream& stream);
+void finishGithub(const RunReport& run, const ReportStyle& style, std::ostream& stream);
+
+}  // namespace pkgvet::cli

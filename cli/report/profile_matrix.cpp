@@ -1,0 +1,87 @@
+// Writes the matrix of rules and profiles.
+#include "cli/report/profile_matrix.h"
+
+#include <algorithm>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "cli/base/escape.h"
+#include "cli/report/text_layout.h"
+
+namespace pkgvet::cli {
+
+namespace {
+
+constexpr std::string_view kIndent = "  ";
+constexpr std::string_view kCorner = "rule";
+constexpr std::string_view kNone = ".";
+
+struct RuleRow {
+    std::string rule;
+    Severity worst;
+    std::vector<std::size_t> counts;  // one for each profile
+};
+
+RuleRow& rowOf(const Finding& finding, std::size_t columns, std::vector<RuleRow>* rows) {
+    const auto found = std::find_if(rows->begin(), rows->end(),
+                                    [&](const RuleRow& row) { return row.rule == finding.rule; });
+    if (found != rows->end()) {
+        return *found;
+    }
+    rows->push_back({finding.rule, finding.severity, std::vector<std::size_t>(columns, 0)});
+    return rows->back();
+}
+
+// In the order in which the rules first strike.
+std::vector<RuleRow> rowsOf(const PackageReport& package) {
+    std::vector<RuleRow> rows;
+    const std::size_t columns = package.judgements.size();
+    for (std::size_t column = 0; column < columns; ++column) {
+        for (const Finding& finding : package.judgements[column].findings) {
+            if (finding.standing == Standing::Counts) {
+                RuleRow& row = rowOf(finding, columns, &rows);
+                row.worst = std::max(row.worst, finding.severity);
+                ++row.counts[column];
+            }
+        }
+    }
+    return rows;
+}
+
+std::string cell(const RuleRow& row, std::size_t column, std::size_t width, bool color) {
+    if (row.counts[column] == 0) {
+        return paddedLeft(kNone, width);
+    }
+    return painted(paddedLeft(std::to_string(row.counts[column]), width), severityColor(row.worst),
+                   color);
+}
+
+}  // namespace
+
+void writeProfileMatrix(const PackageReport& package, bool color, std::ostream& stream) {
+    const std::vector<RuleRow> rows = rowsOf(package);
+    if (rows.empty()) {
+        return;
+    }
+    std::size_t rules = kCorner.size();
+    for (const RuleRow& row : rows) {
+        rules = std::max(rules, row.rule.size());
+    }
+    std::vector<std::string> profiles;
+    stream << kIndent << paddedRight(kCorner, rules);
+    for (const Judgement& judgement : package.judgements) {
+        profiles.push_back(printable(judgement.profile));
+        stream << kIndent << profiles.back();
+    }
+    stream << '\n';
+    for (const RuleRow& row : rows) {
+        stream << kIndent << paddedRight(row.rule, rules);
+        for (std::size_t column = 0; column < profiles.size(); ++column) {
+            stream << kIndent << cell(row, column, displayWidth(profiles[column]), color);
+        }
+        stream << '\n';
+    }
+}
+
+}  // namespace pkgvet::cli

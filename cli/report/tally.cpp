@@ -1,0 +1,111 @@
+// Adds up packages and findings.
+#include "cli/report/tally.h"
+
+#include <map>
+#include <tuple>
+#include <utility>
+
+namespace pkgvet::cli {
+
+namespace {
+
+constexpr std::string_view kInterrupted = "; the run was interrupted and this report is partial";
+
+using FindingKey = std::tuple<std::string_view, Severity, bool, std::string_view, std::string_view,
+                              Standing, std::string_view>;
+
+FindingKey keyOf(const Finding& finding) {
+    const std::string_view subject = finding.subject ? *finding.subject : std::string_view();
+    return {finding.rule,  finding.severity, finding.subject.has_value(),
+            subject,       finding.message,  finding.standing,
+            finding.reason};
+}
+
+}  // namespace
+
+PackageTally tallyOf(const RunReport& run) {
+    PackageTally tally;
+    for (const PackageReport& package : run.packages) {
+        if (!package.judged()) {
+            ++tally.notJudged;
+        } else {
+            ++(package.passes() ? tally.accepted : tally.rejected);
+        }
+    }
+    return tally;
+}
+
+FindingTally tallyOf(const Judgement& judgement) {
+    FindingTally tally;
+    for (const Finding& finding : judgement.findings) {
+        if (finding.standing == Standing::Waived) {
+            ++tally.waived;
+        } else if (finding.standing == Standing::Known) {
+            ++tally.known;
+        } else if (finding.severity >= Severity::Error) {
+            ++tally.errors;
+        } else if (finding.severity == Severity::Warning) {
+            ++tally.warnings;
+        }
+    }
+    return tally;
+}
+
+std::string counted(std::size_t count, std::string_view noun) {
+    return std::to_string(count) + " " + std::string(noun) + (count == 1 ? "" : "s");
+}
+
+std::string summaryOf(const RunReport& run) {
+    const PackageTally tally = tallyOf(run);
+    std::string summary = counted(tally.packages(), "package") + ": " +
+                          std::to_string(tally.accepted) + " accepted, " +
+                          std::to_string(tally.rejected) + " rejected, " +
+                          std::to_string(tally.notJudged) + " not judged";
+    if (run.partial) {
+        summary += kInterrupted;
+    }
+    return summary;
+}
+
+std::vector<MergedFinding> mergedFindings(const PackageReport& package) {
+    std::vector<MergedFinding> merged;
+    std::map<FindingKey, std::vector<std::size_t>> places;
+    for (const Judgement& judgement : package.judgements) {
+        std::map<FindingKey, std::size_t> seen;
+        for (const Finding& finding : judgement.findings) {
+            std::vector<std::size_t>& same = places[keyOf(finding)];
+            const std::size_t occurrence = seen[keyOf(finding)]++;
+            if (occurrence == same.size()) {
+                same.push_back(merged.size());
+                merged.push_back({&finding, {}});
+            }
+            merged[same[occurrence]].profiles.push_back(judgement.profile);
+        }
+    }
+    return merged;
+}
+
+std::string standingNote(const Finding& finding) {
+    switch (finding.standing) {
+        case Standing::Waived:
+            return " (waived: " + finding.reason + ")";
+        case Standing::Known:
+            return " (known)";
+        case Standing::Counts:
+            break;
+    }
+    return std::string();
+}
+
+std::string profilesNote(const PackageReport& package, const MergedFinding& merged) {
+    if (package.judgements.size() < 2) {
+        return std::string();
+    }
+    std::string names;
+    for (const std::string_view profile : merged.profiles) {
+        names += (names.empty() ? "" : ", ") + std::string(profile);
+    }
+    return " (" + names + ")";
+}
+
+}  // namespace pkgvet::cli

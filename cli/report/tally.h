@@ -1,0 +1,54 @@
+// What a run adds up to.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "cli/model/model.h"
+
+namespace pkgvet::cli {
+
+struct PackageTally {
+    std::size_t accepted = 0;
+    std::size_t rejected = 0;
+    std::size_t notJudged = 0;
+
+    std::size_t packages() const { return accepted + rejected + notJudged; }
+};
+
+PackageTally tallyOf(const RunReport& run);
+
+// The findings that count, by severity, and those that do not.
+struct FindingTally {
+    std::size_t errors = 0;  // critical findings too
+    std::size_t warnings = 0;
+    std::size_t waived = 0;
+    std::size_t known = 0;
+};
+
+FindingTally tallyOf(const Judgement& judgement);
+
+// "2 packages: 1 accepted, 1 rejected, 0 not judged", and that the run was interrupted if it was.
+std::string summaryOf(const RunReport& run);
+
+// "1 error", "2 errors".
+std::string counted(std::size_t count, std::string_view noun);
+
+// A finding with the profiles under which it was found.
+struct MergedFinding {
+    const Finding* finding;
+    std::vector<std::string_view> profiles;
+};
+
+// The findings of a package under all its profiles, each told once, in the order in which they were
+// found. They point into package. What one profile finds several times stays as many findings.
+std::vector<MergedFinding> mergedFindings(const PackageReport& package);
+
+// " (waived: REASON)" or " (known)" for a finding that does not count, else nothing.
+std::string standingNote(const Finding& finding);
+
+// " (PROFILE, PROFILE)" where a package was judged under more than one profile, else nothing.
+std::string profilesNote(const PackageReport& package, const MergedFinding& merged);
+
+}  // namespace pkgvet::cli

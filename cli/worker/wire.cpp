@@ -1,0 +1,246 @@
+// Turns reports into bytes and back.
+#include "cli/worker/wire.h"
+
+#include <algorithm>
+#include <array>
+#include <cstdint>
+#include <utility>
+
+namespace pkgvet::cli {
+
+namespace {
+
+// Grows with each change of what a message holds.
+constexpr std::uint32_t kVersion = 1;
+
+constexpr char kDirectory = 'D';
+constexpr char kReport = 'R';
+constexpr std::size_t kNumberSize = 4;
+constexpr unsigned kByteBits = 8;
+
+// Few bytes make a finding that is large in memory, so that the size alone does not bound it.
+constexpr std::uint32_t kMaxFindings = 1'000'000;
+constexpr std::size_t kMaxDirectories = 16;
+
+constexpr const char* kTooMuch = "there is too much to say about it";
+constexpr std::array<std::string_view, 2> kDirectoryBegins = {"/tmp/dir.", "/tmp/pkgvet."};
+constexpr std::size_t kRandomSize = 6;
+
+class Encoder {
+public:
+    void number(std::size_t value) {
+        for (std::size_t i = 0; i < kNumberSize; ++i) {
+            bytes_.push_back(static_cast<char>(value >> (i * kByteBits) & 0xffU));
+        }
+    }
+    void flag(bool value) { bytes_.push_back(value ? 1 : 0); }
+    void text(std::string_view value) {
+        number(value.size());
+        bytes_.append(value);
+    }
+
+    std::string take() { return std::move(bytes_); }
+
+private:
+    std::string bytes_;
+};
+
+// Reads what an Encoder wrote. Once something is amiss it yields nothing but zeros.
+class Decoder {
+public:
+    explicit Decoder(std::string_view bytes) : rest_(bytes) {}
+
+    std::uint32_t number() {
+        std::uint32_t value = 0;
+        const std::string_view bytes = take(kNumberSize);
+        for (std::size_t i = 0; i < bytes.size(); ++i) {
+            value |= std::uint32_t{static_cast<unsigned char>(bytes[i])} << (i * kByteBits);
+        }
+        return value;
+    }
+    char byte() {
+        const std::string_view bytes = take(1);
+        return bytes.empty() ? '\0' : bytes.front();
+    }
+    bool flag() {
+        const char value = byte();
+        sound_ = sound_ && (value == 0 || value == 1);
+        return value == 1;
+    }
+    std::string_view text() { return take(number()); }
+
+    bool isSound() const { return sound_; }
+    bool isAtEnd() const { return rest_.empty(); }
+    void fail() { sound_ = false; }
+
+private:
+    std::string_view take(std::size_t size) {
+        sound_ = sound_ && size <= rest_.size();
+        if (!sound_) {
+            return {};
+        }
+        const std::string_view taken = rest_.substr(0, size);
+        rest_.remove_prefix(size);
+        return taken;
+    }
+
+    std::string_view rest_;
+    bool sound_ = true;
+};
+
+void encode(const Finding& finding, Encoder* encoder) {
+    encoder->text(finding.rule);
+    encoder->number(static_cast<std::size_t>(finding.severity));
+    encoder->flag(finding.subject.has_value());
+    encoder->text(finding.subject.value_or(std::string()));
+    encoder->text(finding.message);
+}
+
+Finding decodeFinding(Decoder* decoder) {
+    Finding finding;
+    finding.rule = decoder->text();
+    const std::uint32_t severity = decoder->number();
+    if (severity > static_cast<std::uint32_t>(Severity::Critical)) {
+        decoder->fail();
+        return finding;
+    }
+    finding.severity = static_cast<Severity>(severity);
+    const bool hasSubject = decoder->flag();
+    const std::string_view subject = decoder->text();
+    if (hasSubject) {
+        finding.subject = subject;
+    }
+    finding.message = decoder->text();
+    return finding;
+}
+
+void encode(const Judgement& judgement, Encoder* encoder) {
+    encoder->flag(judgement.metaAccepted);
+    encoder->flag(judgement.contentAccepted);
+    encoder->number(judgement.findings.size());
+    for (const Finding& finding : judgement.findings) {
+        encode(finding, encoder);
+    }
+}
+
+Judgement decodeJudgement(const std::string& profile, Decoder* decoder) {
+    Judgement judgement;
+    judgement.profile = profile;
+    judgement.metaAccepted = decoder->flag();
+    judgement.contentAccepted = decoder->flag();
+    judgement.passes = judgement.accepted();
+    const std::uint32_t count = decoder->number();
+    if (count > kMaxFindings) {
+        decoder->fail();
+    }
+    for (std::uint32_t i = 0; i < count && decoder->isSound(); ++i) {
+        judgement.findings.push_back(decodeFinding(decoder));
+    }
+    return judgement;
+}
+
+std::string encode(const PackageReport& report) {
+    Encoder encoder;
+    encoder.number(kVersion);
+    for (const std::string* text : {&report.name, &report.version, &report.release, &report.arch,
+                                    &report.sha256, &report.cause}) {
+        encoder.text(*text);
+    }
+    encoder.flag(report.validationEnabled);
+    encoder.number(report.judgements.size());
+    for (const Judgement& judgement : report.judgements) {
+        encode(judgement, &encoder);
+    }
+    return encoder.take();
+}
+
+// A package is judged under every profile or not at all.
+bool isWhole(const PackageReport& report, const std::vector<std::string>& profiles) {
+    return report.judgements.size() == (report.judged() ? profiles.size() : 0);
+}
+
+std::optional<PackageReport> decodeReport(std::string_view bytes,
+                                          const std::vector<std::string>& profiles) {
+    Decoder decoder(bytes);
+    if (decoder.number() != kVersion) {
+        return std::nullopt;
+    }
+    PackageReport report;
+    for (std::string* text : {&report.name, &report.version, &report.release, &report.arch,
+                              &report.sha256, &report.cause}) {
+        *text = decoder.text();
+    }
+    report.validationEnabled = decoder.flag();
+    const std::size_t count = std::min<std::size_t>(decoder.number(), profiles.size() + 1);
+    for (std::size_t i = 0; i < std::min(count, profiles.size()); ++i) {
+        report.judgements.push_back(decodeJudgement(profiles[i], &decoder));
+    }
+    if (!decoder.isSound() || !decoder.isAtEnd() || !isWhole(report, profiles)) {
+        return std::nullopt;
+    }
+    return report;
+}
+
+std::string message(char type, std::string_view content) {
+    Encoder encoder;
+    encoder.text(content);
+    return type + encoder.take();
+}
+
+bool isOurs(std::string_view directory) {
+    return std::any_of(
+        kDirectoryBegins.begin(), kDirectoryBegins.end(), [&](std::string_view begin) {
+            return directory.starts_with(begin) && directory.size() == begin.size() + kRandomSize &&
+                   directory.find('/', begin.size()) == std::string_view::npos &&
+                   directory.find('\0') == std::string_view::npos;
+        });
+}
+
+}  // namespace
+
+std::string directoryMessage(std::string_view directory) {
+    return message(kDirectory, directory);
+}
+
+std::string reportMessage(const PackageReport& report) {
+    std::size_t findings = 0;
+    for (const Judgement& judgement : report.judgements) {
+        findings = std::max(findings, judgement.findings.size());
+    }
+    std::string bytes;
+    if (findings <= kMaxFindings) {
+        bytes = encode(report);
+    }
+    if (findings > kMaxFindings || bytes.size() > kMaxReportSize) {
+        PackageReport failure;
+        failure.cause = kTooMuch;
+        bytes = encode(failure);
+    }
+    return message(kReport, bytes);
+}
+
+Answer decodeAnswer(std::string_view bytes, const std::vector<std::string>& profiles) {
+    Answer answer;
+    Decoder decoder(bytes);
+    while (!decoder.isAtEnd()) {
+        const char type = decoder.byte();
+        const std::string_view content = decoder.text();
+        const bool isDirectory = type == kDirectory && !answer.report && isOurs(content) &&
+                                 answer.directories.size() < kMaxDirectories;
+        if (!decoder.isSound() || !(isDirectory || (type == kReport && !answer.report))) {
+            answer.report.reset();
+            return answer;
+        }
+        if (isDirectory) {
+            answer.directories.emplace_back(content);
+        } else {
+            answer.report = decodeReport(content, profiles);
+            if (!answer.report) {
+                return answer;
+            }
+        }
+    }
+    return answer;
+}
+
+}  // namespace pkgvet::cli

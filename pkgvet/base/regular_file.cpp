@@ -1,0 +1,109 @@
+// Reads what is a regular file, and nothing else.
+#include "pkgvet/base/regular_file.h"
+
+#include <fcntl.h>
+#include <linux/magic.h>
+#include <sys/stat.h>
+#include <sys/vfs.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+
+namespace pkgvet {
+
+namespace {
+
+constexpr const char* kReadMode = "rb";
+
+constexpr int kNone = -1;
+
+// What path leads to may change between the look at it and the open, hence the second look and an
+// open that waits for nobody.
+constexpr int kOpenFlags = O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK;
+
+// A link of a package may lead to a file that the kernel makes up, and one of these states the size
+// of the whole address space.
+bool isMadeUp(int descriptor) {
+    struct statfs system {};
+    return fstatfs(descriptor, &system) == 0 &&
+           (system.f_type == PROC_SUPER_MAGIC || system.f_type == SYSFS_MAGIC);
+}
+
+// The descriptor of a regular file with the size that it states, or kNone.
+int openRegularFile(const std::string& path, std::uint64_t* size) {
+    if (!isRegularFile(path)) {
+        return kNone;
+    }
+    const int descriptor = open(path.c_str(), kOpenFlags);
+    if (descriptor < 0) {
+        return kNone;
+    }
+    struct stat status {};
+    if (fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode)) {
+        close(descriptor);
+        return kNone;
+    }
+    *size = isMadeUp(descriptor) ? 0 : static_cast<std::uint64_t>(status.st_size);
+    return descriptor;
+}
+
+}  // namespace
+
+bool isRegularFile(const std::string& path) {
+    struct stat status {};
+    return stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode);
+}
+
+std::optional<std::string> readRegularFile(const std::string& path, std::size_t maxBytes) {
+    RegularFileReader file(path);
+    if (!file.isOpen() || file.remaining() > maxBytes) {
+        return std::nullopt;
+    }
+    std::string content(static_cast<std::size_t>(file.remaining()), '\0');
+    if (!file.read(&content)) {
+        return std::nullopt;
+    }
+    return content;
+}
+
+StreamHandle openRegularStream(const std::string& path) {
+    std::uint64_t size = 0;
+    const int descriptor = openRegularFile(path, &size);
+    if (descriptor == kNone) {
+        return nullptr;
+    }
+    StreamHandle stream(fdopen(descriptor, kReadMode));
+    if (!stream) {
+        close(descriptor);
+    }
+    return stream;
+}
+
+RegularFileReader::RegularFileReader(const std::string& path)
+    : descriptor_(openRegularFile(path, &remaining_)) {}
+
+RegularFileReader::~RegularFileReader() {
+    if (descriptor_ != kNone) {
+        close(descriptor_);
+    }
+}
+
+bool RegularFileReader::read(std::string* content) {
+    const auto wanted =
+        static_cast<std::size_t>(std::min<std::uint64_t>(content->size(), remaining_));
+    std::size_t filled = 0;
+    ssize_t count = 1;
+    while (filled < wanted && count != 0) {
+        count = ::read(descriptor_, content->data() + filled, wanted - filled);
+        if (count < 0 && errno != EINTR) {
+            break;
+        }
+        filled += count > 0 ? static_cast<std::size_t>(count) : 0;
+    }
+    content->resize(filled);
+    remaining_ = filled == wanted ? remaining_ - filled : 0;
+    return count >= 0;
+}
+
+}  // namespace pkgvet

@@ -1,0 +1,52 @@
+// Reading files of a package, of which any may be something else than a file.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <optional>
+#include <string>
+
+#include "pkgvet/base/handles.h"
+
+namespace pkgvet {
+
+// Whether path, on disk, leads to a regular file, links followed. Nothing is opened for the
+// answer: opening a fifo may block for ever and opening a device may set it going. True for the
+// files that the kernel makes up as well, of which some block a reader; what follows does not.
+bool isRegularFile(const std::string& path);
+
+// The whole content of the regular file that path leads to. Nothing when there is no such file,
+// when it cannot be read or when it holds more than maxBytes. No more is read than the size that
+// the file states. A file that the kernel makes up reads as empty, whatever size it states.
+std::optional<std::string> readRegularFile(const std::string& path, std::size_t maxBytes);
+
+// A stream on the regular file that path leads to, for libraries that want one; null when there is
+// none or it cannot be opened. Such a stream has no bound but the end of the file.
+StreamHandle openRegularStream(const std::string& path);
+
+// The regular file that path leads to, read in pieces and closed with the object. It reads as far
+// as the size that it stated when it was opened.
+class RegularFileReader {
+public:
+    // A file that cannot be opened has nothing to read.
+    explicit RegularFileReader(const std::string& path);
+    RegularFileReader(const RegularFileReader&) = delete;
+    RegularFileReader(RegularFileReader&&) = delete;
+    RegularFileReader& operator=(const RegularFileReader&) = delete;
+    RegularFileReader& operator=(RegularFileReader&&) = delete;
+    ~RegularFileReader();
+
+    bool isOpen() const { return descriptor_ >= 0; }
+    // What is still to be read, if the file holds what it states.
+    std::uint64_t remaining() const { return remaining_; }
+
+    // Fills the whole of content, or as far as the file goes, and cuts it to what was read. False,
+    // with nothing remaining, when the file cannot be read on.
+    bool read(std::string* content);
+
+private:
+    std::uint64_t remaining_ = 0;  // stands first, as opening the file sets it
+    int descriptor_;
+};
+
+}  // namespace pkgvet

@@ -1,0 +1,38 @@
+// Text from packages made fit for a terminal.
+#include "cli/base/escape.h"
+
+#include <gtest/gtest.h>
+
+namespace {
+
+using pkgvet::cli::printable;
+
+TEST(Printable, EscapesWhatATerminalWouldActUpon) {
+    struct Case {
+        const char* name;
+        std::string text;
+        std::string expected;
+    };
+    const Case cases[] = {
+        {"plain", "[/usr/bin/x] y", "[/usr/bin/x] y"},
+        {"letters", "\u00e4\u4e2d\U0001f600", "\u00e4\u4e2d\U0001f600"},
+        {"escape", "\033[31mx", "\\x1b[31mx"},
+        {"line feed and tab", "a\nb\tc", "a\\x0ab\\x09c"},
+        {"NUL", std::string("a\0b", 3), "a\\x00b"},
+        {"delete", "\x7f", "\\x7f"},
+        {"C1 control", "\u009b", "\\u{009b}"},
+        {"right-to-left override", "a\u202eb", "a\\u{202e}b"},
+        {"isolate", "\u2066", "\\u{2066}"},
+        {"zero width", "\u200b\ufeff", "\\u{200b}\\u{feff}"},
+        {"non-characters", "\uffff", "\\u{ffff}"},
+        {"broken UTF-8", "a\xff\xc3", "a\\xff\\xc3"},
+        {"surrogate", "\xed\xa0\x80", "\\xed\\xa0\\x80"},
+        {"empty", "", ""},
+    };
+    for (const Case& test : cases) {
+        SCOPED_TRACE(test.name);
+        EXPECT_EQ(printable(test.text), test.expected);
+    }
+}
+
+}  // namespace

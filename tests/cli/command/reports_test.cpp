@@ -1,0 +1,93 @@
+// The reports of a run, on a stream and in files.
+#include "cli/command/reports.h"
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <sstream>
+#include <stdexcept>
+
+#include "tests/support/sample_runs.h"
+#include "tests/support/temporary_directory.h"
+
+namespace {
+
+using namespace pkgvet::cli;
+
+constexpr Format kFormats[] = {Format::Text,  Format::Concise, Format::Json,  Format::Jsonl,
+                               Format::Sarif, Format::Junit,   Format::Github};
+
+std::string reported(Reports* reports, const RunReport& run, const std::ostringstream& stream) {
+    for (const PackageReport& one : run.packages) {
+        reports->add(one);
+    }
+    reports->finish(run);
+    return stream.str();
+}
+
+TEST(Reports, StreamReceivesTheWholeReportInEveryFormat) {
+    for (const Format format : kFormats) {
+        for (const SampleRun& one : sampleRuns()) {
+            SCOPED_TRACE(one.name);
+            std::ostringstream stream;
+            Reports reports(format, {}, stream, {});
+            EXPECT_EQ(reported(&reports, one.run, stream), reportOf(format, one.run));
+        }
+    }
+}
+
+TEST(Reports, PackagesAppearAsTheyAreJudged) {
+    const PackageReport judged = package({judgement({})});
+    for (const Format format : {Format::Text, Format::Jsonl}) {
+        std::ostringstream stream;
+        Reports reports(format, {}, stream, {});
+        reports.add(judged);
+        EXPECT_NE(stream.str(), "");
+    }
+}
+
+TEST(Reports, FilesReceiveFormatsOfTheirOwn) {
+    const TemporaryDirectory directory;
+    const RunReport run = sampleRuns()[4].run;
+    std::vector<Output> files;
+    for (const Format format : kFormats) {
+        files.push_back({format, directory / std::to_string(files.size())});
+    }
+    std::ostringstream stream;
+    Reports reports(Format::Text, {}, stream, files);
+    reported(&reports, run, stream);
+    ReportStyle style;
+    style.notJudged = true;
+    for (const Output& file : files) {
+        EXPECT_EQ(readFile(file.path), reportOf(file.format, run, style));
+    }
+}
+
+TEST(Reports, FilesAreNeverColored) {
+    const TemporaryDirectory directory;
+    ReportStyle style;
+    style.color = true;
+    std::ostringstream stream;
+    Reports reports(Format::Text, style, stream, {{Format::Text, directory / "text"}});
+    reported(&reports, sampleRuns()[2].run, stream);
+    EXPECT_NE(stream.str().find('\033'), std::string::npos);
+    EXPECT_EQ(readFile(directory / "text").find('\033'), std::string::npos);
+}
+
+TEST(Reports, FileThatCannotBeOpenedIsAnErrorAtOnce) {
+    const TemporaryDirectory directory;
+    std::ostringstream stream;
+    EXPECT_THROW(Reports(Format::Text, {}, stream, {{Format::Json, directory / "no/json"}}),
+                 std::runtime_error);
+}
+
+TEST(Reports, FileThatIsNotWrittenDoesNotCostTheOthers) {
+    const TemporaryDirectory directory;
+    std::ostringstream stream;
+    Reports reports(Format::Text, {}, stream,
+                    {{Format::Json, "/dev/full"}, {Format::Json, directory / "json"}});
+    EXPECT_THROW(reports.finish({}), std::runtime_error);
+    EXPECT_TRUE(std::filesystem::exists(directory / "json"));
+}
+
+}  // namespace

@@ -1,0 +1,208 @@
+// The check of a rule tree before it is used.
+#include "cli/rules/rule_check.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <nlohmann/json.hpp>
+
+#include "tests/support/rule_tree.h"
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+using pkgvet::cli::checkRuleTree;
+using pkgvet::cli::Fault;
+using testing::IsEmpty;
+
+// A sound tree in which a test breaks one thing.
+class RuleCheck : public testing::Test {
+protected:
+    RuleCheck() : path_(RuleTree().write(directory_)) {}
+
+    Json configuration() const { return Json::parse(readFile(path_)); }
+    void write(const Json& configuration) const { writeFile(path_, configuration.dump()); }
+    std::string list(const std::string& name) const { return directory_ / ("profile-0/" + name); }
+
+    std::vector<std::string> faults(Profiles profile = Profiles::Regular) const {
+        std::vector<std::string> lines;
+        for (const Fault& fault : checkRuleTree(path_, {profile})) {
+            lines.push_back(std::filesystem::path(fault.file).filename().string() + "|" +
+                            fault.key + "|" + fault.cause);
+        }
+        return lines;
+    }
+
+    const TemporaryDirectory directory_;
+    const std::string path_;
+};
+
+TEST_F(RuleCheck, SoundTreeHasNoFault) {
+    for (unsigned profile = 0; profile < 6; ++profile) {
+        EXPECT_THAT(faults(static_cast<Profiles>(profile)), IsEmpty());
+    }
+}
+
+TEST_F(RuleCheck, MissingConfigurationFileIsAFault) {
+    const std::vector<Fault> faults = checkRuleTree(directory_ / "none.json", {Profiles::Regular});
+    ASSERT_EQ(faults.size(), 1U);
+    EXPECT_EQ(faults[0].file, directory_ / "none.json");
+    EXPECT_EQ(faults[0].key, "");
+    EXPECT_NE(faults[0].cause, "");
+}
+
+TEST_F(RuleCheck, EachMandatoryKeyIsMissedByName) {
+    const Json sound = configuration();
+    for (const char* key :
+         {"/icon_sizes", "/dirs", "/profiles", "/dirs/bin_dir", "/dirs/share_dir",
+          "/dirs/desktop_dir", "/dirs/icon_dir", "/dirs/libexec_dir", "/dirs/disallowed_components",
+          "/profiles/0/paths_list", "/profiles/0/libraries_list", "/profiles/0/requires_list",
+          "/profiles/0/qmlimports_list", "/profiles/0/permissions_list", "/profiles/0/name",
+          "/profiles/0/provides", "/profiles/0/inheritance", "/profiles/0/require_desktop",
+          "/profiles/0/require_icons"}) {
+        SCOPED_TRACE(key);
+        const Json::json_pointer pointer(key);
+        Json broken = sound;
+        broken[pointer.parent_pointer()].erase(pointer.back());
+        write(broken);
+        ASSERT_EQ(faults().size(), 1U);
+        EXPECT_NE(faults()[0].find(pointer.back() + "|is missing"), std::string::npos);
+
+        broken = sound;
+        broken[pointer] = 1.5;
+        write(broken);
+        EXPECT_EQ(faults().size(), 1U);
+    }
+}
+
+TEST_F(RuleCheck, ListFilesAreHeldToTheirShape) {
+    struct Case {
+        const char* file;
+        const char* content;
+        const char* fault;
+    };
+    const Case cases[] = {
+        {"paths.json", "[]", "paths.json||holds no JSON object"},
+        {"paths.json", "",
+         "paths.json||parse error at line 1, column 1: syntax error while parsing value - "
+         "unexpected end of input; expected '[', '{', or a literal"},
+        {"paths.json", "{}", "paths.json|paths|is missing"},
+        {"paths.json", R"({"paths": "x"})", "paths.json|paths|is no array"},
+        {"paths.json", R"({"paths": ["a", 1]})", "paths.json|paths[1]|is no string"},
+        {"permissions.json", R"({"permissions": [null]})",
+         "permissions.json|permissions[0]|is no string"},
+        {"libraries.json", R"({"libraries": [1]})", "libraries.json|libraries[0]|is no object"},
+        {"libraries.json", R"({"libraries": [{"list": []}]})",
+         "libraries.json|libraries[0].name|is missing"},
+        {"requires.json", R"({"requires": [{"name": "allowed"}]})",
+         "requires.json|requires[0].list|is missing"},
+        {"qmlimports.json", R"({"qmlimports": [{"name": "allowed", "list": [{}]}]})",
+         "qmlimports.json|qmlimports[0].list[0]|is no string"},
+    };
+    for (const Case& test : cases) {
+        SCOPED_TRACE(test.fault);
+        const std::string sound = readFile(list(test.file));
+        writeFile(list(test.file), test.content);
+        EXPECT_THAT(faults(), testing::ElementsAre(test.fault));
+        writeFile(list(test.file), sound);
+    }
+}
+
+TEST_F(RuleCheck, MissingListFileIsAFaultOfThatFile) {
+    std::filesystem::remove(list("paths.json"));
+    ASSERT_EQ(faults().size(), 1U);
+    EXPECT_EQ(faults()[0].find("paths.json||"), 0U);
+}
+
+TEST_F(RuleCheck, WhatTheLibraryDoesNotReadIsAFault) {
+    std::filesystem::remove(list("paths.json"));
+    ASSERT_EQ(mkfifo(list("paths.json").c_str(), 0600), 0);
+    writeFile(list("libraries.json"),
+              R"({"libraries": )" + std::string(6000, '[') + std::string(6000, ']') + "}");
+    EXPECT_THAT(faults(),
+                testing::ElementsAre("paths.json||is no regular file",
+                                     "libraries.json||is too large or too deep to be read"));
+}
+
+TEST_F(RuleCheck, PatternThatDoesNotCompileIsAFault) {
+    writeFile(list("libraries.json"),
+              R"({"libraries": [{"name": "deprecated", "list": ["ok", "(", "[b"]}]})");
+    const std::vector<std::string> found = faults();
+    ASSERT_EQ(found.size(), 2U);
+    EXPECT_EQ(found[0].find("libraries.json|libraries[0].list[1]|is no regular expression: "), 0U);
+    EXPECT_EQ(found[1].find("libraries.json|libraries[0].list[2]|is no regular expression: "), 0U);
+}
+
+TEST_F(RuleCheck, PermissionsAreNoPatterns) {
+    writeFile(list("permissions.json"), R"({"permissions": ["("]})");
+    EXPECT_THAT(faults(), IsEmpty());
+}
+
+TEST_F(RuleCheck, OnlyTheChosenProfileAndItsParentsCount) {
+    Json broken = configuration();
+    broken["profiles"][1].erase("name");
+    write(broken);
+    EXPECT_THAT(faults(), IsEmpty());
+    broken["profiles"][0]["inheritance"] = "extended";
+    write(broken);
+    EXPECT_EQ(faults().size(), 1U);
+}
+
+TEST_F(RuleCheck, ProfileThatInheritsItselfIsAFault) {
+    Json broken = configuration();
+    broken["profiles"][0]["inheritance"] = "extended";
+    broken["profiles"][1]["inheritance"] = "regular";
+    broken["profiles"][2]["inheritance"] = "regular";
+    write(broken);
+    for (const Profiles profile : {Profiles::Regular, Profiles::Extended, Profiles::Mdm}) {
+        const std::vector<std::string> found = faults(profile);
+        ASSERT_EQ(found.size(), 1U);
+        EXPECT_NE(found[0].find("inheritance|leads the profile back to itself"), std::string::npos);
+    }
+}
+
+TEST_F(RuleCheck, SeveralProfilesNameTheFaultsOfACommonParentOnce) {
+    Json broken = configuration();
+    for (std::size_t i = 1; i < 6; ++i) {
+        broken["profiles"][i]["inheritance"] = "regular";
+    }
+    broken["profiles"][3].erase("provides");
+    broken["profiles"].erase(5);
+    write(broken);
+    writeFile(list("paths.json"), "{}");
+    std::vector<std::string> keys;
+    for (const Fault& fault :
+         checkRuleTree(path_, {Profiles::Regular, Profiles::Extended, Profiles::Mdm,
+                               Profiles::Antivirus, Profiles::Auth, Profiles::Market})) {
+        keys.push_back(fault.key);
+    }
+    EXPECT_THAT(keys, testing::ElementsAre("paths", "profiles[3].provides", "profiles[5]"));
+}
+
+TEST_F(RuleCheck, FileThatServesForTwoListsIsHeldToBothShapes) {
+    Json broken = configuration();
+    broken["profiles"][0]["requires_list"] = broken["profiles"][0]["libraries_list"];
+    write(broken);
+    EXPECT_THAT(faults(), testing::ElementsAre("libraries.json|requires|is missing"));
+}
+
+TEST_F(RuleCheck, ParentThatIsNoTextIsAFault) {
+    for (const Json& parent : {Json::object(), Json::array(), Json(nullptr), Json(1)}) {
+        Json broken = configuration();
+        broken["profiles"][0]["inheritance"] = parent;
+        write(broken);
+        EXPECT_THAT(faults(), testing::ElementsAre(
+                                  "configuration.json|profiles[0].inheritance|is no string"));
+    }
+}
+
+TEST_F(RuleCheck, ProfileThatIsNotThereIsAFault) {
+    Json broken = configuration();
+    broken["profiles"].erase(5);
+    write(broken);
+    EXPECT_THAT(faults(Profiles::Market),
+                testing::ElementsAre("configuration.json|profiles[5]|is missing"));
+}
+
+}  // namespace

@@ -1,0 +1,162 @@
+// What workers say and what is believed of it.
+#include "cli/worker/wire.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+namespace {
+
+using namespace pkgvet::cli;
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+const std::vector<std::string> kOneProfile = {"mdm"};
+const std::vector<std::string> kTwoProfiles = {"regular", "mdm"};
+
+// Texts with bytes that are neither UTF-8 nor text.
+const std::string kBytes("\xff\0\n\xc3(\x1b", 6);
+
+PackageReport sample() {
+    PackageReport report;
+    report.name = "name" + kBytes;
+    report.version = "1";
+    report.release = "2";
+    report.arch = "noarch";
+    report.sha256 = "abc";
+    report.validationEnabled = false;
+    report.judgements.resize(2);
+    report.judgements[0].metaAccepted = true;
+    report.judgements[0].contentAccepted = true;
+    report.judgements[1].metaAccepted = true;
+    Finding finding;
+    finding.rule = "rule-id";
+    finding.severity = Severity::Critical;
+    finding.subject = kBytes;
+    finding.message = "[a] " + kBytes;
+    report.judgements[1].findings = {finding, Finding()};
+    return report;
+}
+
+std::optional<PackageReport> heard(const std::string& bytes,
+                                   const std::vector<std::string>& profiles = kTwoProfiles) {
+    return decodeAnswer(bytes, profiles).report;
+}
+
+TEST(Wire, ReportComesThroughWithEveryByte) {
+    const PackageReport report = sample();
+    const auto result = heard(reportMessage(report));
+    ASSERT_TRUE(result);
+    EXPECT_EQ(result->name, report.name);
+    EXPECT_EQ(result->version, report.version);
+    EXPECT_EQ(result->release, report.release);
+    EXPECT_EQ(result->arch, report.arch);
+    EXPECT_EQ(result->sha256, report.sha256);
+    EXPECT_FALSE(result->validationEnabled);
+    EXPECT_TRUE(result->judged());
+    ASSERT_EQ(result->judgements.size(), 2U);
+    EXPECT_EQ(result->judgements[0].profile, "regular");
+    EXPECT_TRUE(result->judgements[0].passes);
+    EXPECT_THAT(result->judgements[0].findings, IsEmpty());
+    const Judgement& second = result->judgements[1];
+    EXPECT_EQ(second.profile, "mdm");
+    EXPECT_TRUE(second.metaAccepted);
+    EXPECT_FALSE(second.contentAccepted);
+    EXPECT_FALSE(second.passes);
+    ASSERT_EQ(second.findings.size(), 2U);
+    EXPECT_EQ(second.findings[0].rule, "rule-id");
+    EXPECT_EQ(second.findings[0].severity, Severity::Critical);
+    EXPECT_EQ(second.findings[0].subject, kBytes);
+    EXPECT_EQ(second.findings[0].message, "[a] " + kBytes);
+    EXPECT_EQ(second.findings[1].subject, std::nullopt);
+}
+
+TEST(Wire, CauseComesWithoutJudgements) {
+    PackageReport report;
+    report.cause = "broken";
+    const auto result = heard(reportMessage(report));
+    ASSERT_TRUE(result);
+    EXPECT_EQ(result->cause, "broken");
+    EXPECT_THAT(result->judgements, IsEmpty());
+    report.judgements.resize(2);
+    EXPECT_FALSE(heard(reportMessage(report)));
+}
+
+TEST(Wire, ReportForOtherProfilesIsNone) {
+    EXPECT_FALSE(heard(reportMessage(sample()), kOneProfile));
+    EXPECT_FALSE(heard(reportMessage(sample()), {"a", "b", "c"}));
+    EXPECT_FALSE(heard(reportMessage(PackageReport()), kOneProfile));
+}
+
+TEST(Wire, AnythingShortOrLongIsNoReport) {
+    const std::string message = reportMessage(sample());
+    for (std::size_t size = 0; size < message.size(); ++size) {
+        EXPECT_FALSE(heard(message.substr(0, size))) << size;
+    }
+    EXPECT_FALSE(heard(message + "R"));
+    EXPECT_FALSE(heard(message + message));
+    EXPECT_FALSE(heard("x" + message));
+    EXPECT_FALSE(heard(std::string(100, '\xff')));
+}
+
+TEST(Wire, ChangedBytesAreRefusedOrReadAsText) {
+    const std::string message = reportMessage(sample());
+    for (std::size_t i = 0; i < message.size(); ++i) {
+        for (const char value : {'\0', '\x01', '\x7f', '\xff'}) {
+            std::string changed = message;
+            changed[i] = value;
+            const auto report = heard(changed);
+            EXPECT_TRUE(!report || report->judgements.size() == 2 || !report->judged()) << i;
+        }
+    }
+}
+
+TEST(Wire, ReportAboveTheBoundIsOfAPackageThatCouldNotBeJudged) {
+    PackageReport report = sample();
+    report.judgements[0].findings.resize(1);
+    report.judgements[0].findings[0].message.assign(kMaxReportSize, 'x');
+    const std::string message = reportMessage(report);
+    EXPECT_LT(message.size(), kMaxAnswerSize);
+    const auto result = heard(message);
+    ASSERT_TRUE(result);
+    EXPECT_EQ(result->cause, "there is too much to say about it");
+    EXPECT_THAT(result->judgements, IsEmpty());
+}
+
+TEST(Wire, OnlyDirectoriesOfTheProgramCount) {
+    struct Case {
+        std::string directory;
+        bool counts;
+    };
+    const Case cases[] = {
+        {"/tmp/dir.aB3xyz", true},
+        {"/tmp/pkgvet.aB3xyz", true},
+        {"/tmp/dir.aB3xy", false},
+        {"/tmp/dir.aB3xyzz", false},
+        {"/tmp/dir.a/../z", false},
+        {"/tmp/dir.../../", false},
+        {"/tmp/dir.", false},
+        {"/home", false},
+        {"", false},
+        {"tmp/dir.aB3xyz", false},
+        {std::string("/tmp/dir.aB3\0yz", 15), false},
+    };
+    for (const Case& test : cases) {
+        SCOPED_TRACE(test.directory);
+        const Answer answer =
+            decodeAnswer(directoryMessage(test.directory) + reportMessage(sample()), kTwoProfiles);
+        EXPECT_EQ(answer.directories.size(), test.counts ? 1U : 0U);
+        EXPECT_EQ(answer.report.has_value(), test.counts);
+    }
+}
+
+TEST(Wire, DirectoriesAreKnownWithoutAReport) {
+    const std::string message =
+        directoryMessage("/tmp/dir.aaaaaa") + directoryMessage("/tmp/dir.bbbbbb");
+    const auto both = ElementsAre("/tmp/dir.aaaaaa", "/tmp/dir.bbbbbb");
+    EXPECT_THAT(decodeAnswer(message, kOneProfile).directories, both);
+    EXPECT_THAT(decodeAnswer(message + "nonsense", kOneProfile).directories, both);
+    EXPECT_THAT(decodeAnswer(message.substr(0, message.size() - 1), kOneProfile).directories,
+                ElementsAre("/tmp/dir.aaaaaa"));
+}
+
+}  // namespace

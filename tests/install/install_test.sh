@@ -1,0 +1,51 @@
+#!/usr/bin/env bash
+# Installs into an empty prefix and uses what lies there: the program with its rule tree, and the
+# library through its CMake package and through pkg-config.
+# Arguments: the build tree, the source tree.
+set -euo pipefail
+build=$1
+source=$2
+work=$(mktemp -d)
+trap 'rm -rf "$work"' EXIT
+
+fail() {
+    echo "FAILED: $*" >&2
+    exit 1
+}
+
+prefix="$work/a prefix"
+cmake --install "$build" --prefix "$prefix" >/dev/null
+
+for sample in good bad; do
+    rpmbuild -bb --quiet --define "_topdir $work/$sample" --define "_dbpath $work/db" \
+        --define "_sourcedir $source/examples/$sample" \
+        "$source/examples/$sample/"*.spec >/dev/null 2>"$work/log" || fail "$(cat "$work/log")"
+done
+good=$(echo "$work"/good/RPMS/*/*.rpm)
+bad=$(echo "$work"/bad/RPMS/*/*.rpm)
+
+"$prefix/bin/pkgvet" check --quiet "$good" || fail "the good sample was not accepted"
+status=0
+"$prefix/bin/pkgvet" check --quiet "$bad" || status=$?
+[ "$status" -eq 1 ] || fail "the bad sample ended with status $status"
+
+libdir=$(dirname "$(find "$prefix" -name pkgvet.pc)")/..
+for file in share/man/man1/pkgvet.1 share/man/man5/pkgvet-rules.5 \
+    share/bash-completion/completions/pkgvet share/fish/vendor_completions.d/pkgvet.fish \
+    share/zsh/site-functions/_pkgvet; do
+    [ -s "$prefix/$file" ] || fail "$file was not installed"
+done
+"$prefix/bin/pkgvet" rules check | grep -qx "0 errors, 0 warnings" ||
+    fail "the installed rule tree has faults"
+
+grep -q "$source\|$build" -r "$prefix/share" "$libdir/pkgconfig" "$libdir/cmake" &&
+    fail "a path of the build tree was installed"
+
+PKG_CONFIG_PATH="$libdir/pkgconfig" cmake -S "$source/tests/install/consumer" -B "$work/consumer" -G Ninja \
+    -DCMAKE_PREFIX_PATH="$prefix" >/dev/null
+cmake --build "$work/consumer" >/dev/null
+for program in by-package by-pkg-config; do
+    answer=$(LD_LIBRARY_PATH="$libdir" "$work/consumer/$program" \
+        "$prefix/share/pkgvet/rules/pkgvet.json" "$good")
+    [ "$answer" = "org.example.pilot accepted" ] || fail "$program says: $answer"
+done

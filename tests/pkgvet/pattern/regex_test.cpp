@@ -1,0 +1,319 @@
+// Searching text with GLib's regular expressions.
+#include "pkgvet/pattern/regex.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <regex>
+#include <stdexcept>
+#include <utility>
+
+#include "pkgvet/base/handles.h"
+#include "pkgvet/pattern/rule_pattern.h"
+#include "tests/support/captured_log.h"
+
+namespace {
+
+using pkgvet::kPlainPattern;
+using pkgvet::kRulePattern;
+using pkgvet::kTextPattern;
+using pkgvet::PatternFlags;
+using testing::HasSubstr;
+using Text = std::optional<std::string>;
+
+constexpr GRegexMatchFlags kNoFlags = kPlainPattern.match;
+
+// An import of ten thousand components takes the engine through all ways of cutting it.
+const std::string kImportPattern =
+    R"(^[\s;]*import\s+(".+"|\S+\s+\d+(?:\.\d+)*)(?:as\s.+|\/\/.*)?)";
+
+std::string exhaustingImport() {
+    std::string line = "import Foo 1";
+    for (int i = 0; i < 10000; ++i) {
+        line += ".1";
+    }
+    return line;
+}
+
+bool isFound(const std::string& pattern, std::string_view subject,
+             const PatternFlags& flags = kPlainPattern) {
+    return Regex(pattern, flags.compile, flags.match).match(subject).has_value();
+}
+
+Text group(const std::string& pattern, std::string_view subject, int number) {
+    const auto info = Regex(pattern, kPlainPattern.compile, kPlainPattern.match).match(subject);
+    return info ? info->fetch(number) : Text("no match");
+}
+
+// A pattern that matches text and nothing else.
+std::string whole(const std::string& text) {
+    return std::string("^").append(Regex::escape(text)).append("$");
+}
+
+pkgvet::RegexHandle compiled(const char* pattern) {
+    return pkgvet::RegexHandle(
+        g_regex_new(pattern, kPlainPattern.compile, kPlainPattern.match, nullptr));
+}
+
+TEST(Regex, FlagsHaveTheirNumbers) {
+    EXPECT_EQ(kRulePattern.compile, 0x2000);
+    EXPECT_EQ(kRulePattern.match, 0x400);
+    EXPECT_EQ(kTextPattern.compile, 0x2000);
+    EXPECT_EQ(kTextPattern.match, 0x500000);
+    EXPECT_EQ(kPlainPattern.compile, 0);
+    EXPECT_EQ(kPlainPattern.match, 0);
+}
+
+TEST(Regex, FindsThePatternAnywhereUnlessItAnchorsItself) {
+    EXPECT_TRUE(isFound("b", "abc"));
+    EXPECT_FALSE(isFound("^b", "abc"));
+    EXPECT_FALSE(isFound("b$", "abc"));
+    EXPECT_FALSE(isFound("d", "abc"));
+    EXPECT_TRUE(isFound("a(?=b)(?:x)?", "abc"));
+    EXPECT_FALSE(isFound("a(*COMMIT)x|b", "ab"));
+}
+
+TEST(Regex, NotEmptyKeepsAPatternFromMatchingNothing) {
+    EXPECT_TRUE(isFound("", "abc", kPlainPattern));
+    EXPECT_FALSE(isFound(Regex::escape(""), "abc", kRulePattern));
+    EXPECT_FALSE(isFound("x*", "abc", kRulePattern));
+    EXPECT_TRUE(isFound("b*", "abc", kRulePattern));
+}
+
+TEST(Regex, TextPatternsKnowAllLineEnds) {
+    EXPECT_FALSE(isFound("a.b", "a\rb", kTextPattern));
+    EXPECT_FALSE(isFound("a.b", "a\nb", kTextPattern));
+    EXPECT_TRUE(isFound("a.b", "a\vb", kTextPattern));
+    EXPECT_FALSE(isFound("a.b", "a\vb", kPlainPattern)) << "a line end by default";
+    EXPECT_TRUE(Regex::matchSimple("^a$", "a\r\n", kTextPattern.compile, kTextPattern.match));
+}
+
+TEST(Regex, FlagsOfOneMatchAddToTheStandingOnes) {
+    const Regex regex("b*", kPlainPattern.compile, kPlainPattern.match);
+    EXPECT_TRUE(regex.match("a"));
+    EXPECT_FALSE(regex.match("a", G_REGEX_MATCH_NOTEMPTY));
+    const Regex standing("b*", kRulePattern.compile, kRulePattern.match);
+    EXPECT_FALSE(standing.match("a", G_REGEX_MATCH_NOTBOL));
+}
+
+TEST(Regex, MatchSimpleCompilesAndSearchesInOneGo) {
+    EXPECT_TRUE(Regex::matchSimple("b.", "abc", kRulePattern.compile, kRulePattern.match));
+    EXPECT_FALSE(Regex::matchSimple("x", "abc", kRulePattern.compile, kRulePattern.match));
+    EXPECT_FALSE(Regex::matchSimple("x*", "abc", kRulePattern.compile, kRulePattern.match));
+    EXPECT_TRUE(Regex::matchSimple("", "", kPlainPattern.compile, kPlainPattern.match));
+}
+
+TEST(Regex, EscapedTextStandsForItself) {
+    EXPECT_EQ(Regex::escape("org.example"), R"(org\.example)");
+    EXPECT_TRUE(isFound(Regex::escape("org.example"), "x-org.example-y"));
+    EXPECT_FALSE(isFound(Regex::escape("org.example"), "orgxexample"));
+    EXPECT_EQ(Regex::escape(""), "");
+    EXPECT_EQ(Regex::escape("a_b c/d"), "a_b c/d");
+    const std::string special = R"(\|()[]{}^$*+?.-)";
+    EXPECT_TRUE(isFound(whole(special), special));
+}
+
+TEST(Regex, EscapeOfANullTextThrows) {
+    const CapturedDescriptor standardError;
+    try {
+        Regex::escape(std::string_view());
+        FAIL() << "nothing was thrown";
+    } catch (const std::logic_error& error) {
+        EXPECT_STREQ(error.what(), "basic_string: construction from null is not valid");
+    }
+    EXPECT_THAT(standardError.text(), HasSubstr("g_regex_escape_string: assertion"));
+}
+
+TEST(Regex, EscapeMakesTextValidAsMatchDoes) {
+    for (const char* text : {"a\xFFz", "\xC3", "\xFC", "\xE2\x82", "ok\xED\xA0\x80"}) {
+        EXPECT_TRUE(isFound(whole(text), text)) << text;
+    }
+}
+
+TEST(Regex, BadPatternMatchesNothingWithACriticalMessage) {
+    const CapturedDescriptor standardError;
+    const Regex regex("a(", kRulePattern.compile, kRulePattern.match);
+    EXPECT_EQ(standardError.text(), "");
+    EXPECT_FALSE(regex.match("a("));
+    EXPECT_FALSE(Regex::matchSimple("[", "[", kPlainPattern.compile, kPlainPattern.match));
+    EXPECT_THAT(standardError.text(), HasSubstr("g_regex_match"));
+    EXPECT_THAT(standardError.text(), HasSubstr("assertion 'regex != NULL' failed"));
+}
+
+TEST(Regex, PatternsThatAreNoUtf8AreMadeValid) {
+    EXPECT_TRUE(isFound("^a\xFF$", "a\xFF"));
+    EXPECT_FALSE(isFound("^a\xC3$", "a"));
+    EXPECT_TRUE(Regex::matchSimple("\xE2\x82", "\xE2\x82", kPlainPattern.compile, kNoFlags));
+}
+
+TEST(Regex, NullPatternIsABadPattern) {
+    const CapturedDescriptor standardError;
+    const Regex regex(std::string_view(), kPlainPattern.compile, kPlainPattern.match);
+    EXPECT_FALSE(regex.match(""));
+    EXPECT_THAT(standardError.text(), HasSubstr("assertion 'regex != NULL' failed"));
+}
+
+TEST(Regex, EngineThatGivesUpHasNotSaidNo) {
+    const std::string line = exhaustingImport();
+    const Regex regex(kImportPattern, kTextPattern.compile, kTextPattern.match);
+    EXPECT_TRUE(regex.match("import Foo 1.1.1"));
+    const auto code = [](const auto& match) {
+        try {
+            match();
+        } catch (const std::regex_error& error) {
+            return error.code();
+        }
+        return std::regex_constants::error_type();
+    };
+    EXPECT_EQ(code([&] { regex.match(line); }), std::regex_constants::error_complexity);
+    EXPECT_EQ(code([&] {
+                  Regex::matchSimple(kImportPattern, line, kTextPattern.compile,
+                                     kTextPattern.match);
+              }),
+              std::regex_constants::error_complexity);
+}
+
+TEST(Regex, SubjectsThatAreNoUtf8AreMadeValid) {
+    EXPECT_TRUE(isFound("^a.b$",
+                        "a\xFF"
+                        "b"));
+    EXPECT_TRUE(isFound("b$",
+                        "\xE2\x82"
+                        "b"));
+    EXPECT_FALSE(isFound("^a$", "a\xC3"));
+    EXPECT_EQ(group("a(.)", "a\xFF", 1), "\uFFFD");
+    EXPECT_TRUE(Regex::matchSimple("b$", "\xF8\x88 b", kPlainPattern.compile, kNoFlags));
+}
+
+TEST(Regex, ValidUtf8IsOneCharacterEach) {
+    EXPECT_TRUE(isFound("^.$", "ж"));
+    EXPECT_EQ(group("(.)$", "aж", 1), "ж");
+}
+
+TEST(Regex, SubjectIsReadBeyondANul) {
+    EXPECT_TRUE(isFound("b$", std::string_view("a\0b", 3)));
+    EXPECT_FALSE(isFound("^a$", std::string_view("a\0b", 3)));
+}
+
+TEST(Regex, SubjectIsReadByItsLength) {
+    EXPECT_FALSE(isFound("c", std::string_view("abc", 2)));
+    EXPECT_TRUE(isFound("^$", std::string_view()));
+}
+
+TEST(MatchInfo, GroupsAreFetchedByNumber) {
+    const std::string pattern = "(b)(c*)(x)?(d)";
+    EXPECT_EQ(group(pattern, "abde", 0), "bd");
+    EXPECT_EQ(group(pattern, "abde", 1), "b");
+    EXPECT_EQ(group(pattern, "abde", 2), "") << "matched the empty text";
+    EXPECT_EQ(group(pattern, "abde", 3), std::nullopt) << "took no part";
+    EXPECT_EQ(group(pattern, "abde", 4), "d");
+    EXPECT_EQ(group(pattern, "abde", 5), std::nullopt) << "does not exist";
+    EXPECT_EQ(group(pattern, "abde", -1), std::nullopt);
+}
+
+TEST(MatchInfo, LastGroupsThatTookNoPartAreEmpty) {
+    EXPECT_EQ(group("(a)|(b)|(c)", "a", 1), "a");
+    EXPECT_EQ(group("(a)|(b)|(c)", "a", 2), std::nullopt);
+    EXPECT_EQ(group("(a)|(b)|(c)", "a", 3), std::nullopt);
+}
+
+TEST(MatchInfo, GroupsAreFetchedByName) {
+    const Regex regex("(?<first>a)(?<second>b)?(?<third>c*)", kPlainPattern.compile,
+                      kPlainPattern.match);
+    const auto info = regex.match("a");
+    ASSERT_TRUE(info);
+    EXPECT_EQ(info->fetchNamed("first"), "a");
+    EXPECT_EQ(info->fetchNamed("second"), std::nullopt);
+    EXPECT_EQ(info->fetchNamed("third"), "");
+    EXPECT_EQ(info->fetchNamed("fourth"), std::nullopt);
+    EXPECT_EQ(info->fetchNamed(""), std::nullopt);
+}
+
+TEST(MatchInfo, NothingIsFetchedBeforeAMatchOrAfterAFailedOne) {
+    const pkgvet::RegexHandle regex = compiled("(?<name>b)");
+    MatchInfo info("a");
+    EXPECT_EQ(info.fetch(0), std::nullopt);
+    EXPECT_EQ(info.fetchNamed("name"), std::nullopt);
+    EXPECT_FALSE(info.match(regex.get(), kNoFlags));
+    EXPECT_EQ(info.fetch(0), std::nullopt);
+    EXPECT_EQ(info.fetchNamed("name"), std::nullopt);
+}
+
+TEST(MatchInfo, OutlivesTheTextThatItWasMadeFrom) {
+    std::optional<MatchInfo> info;
+    {
+        std::string subject = "a long subject that stands on the heap";
+        const Regex regex("(sub)ject", kPlainPattern.compile, kPlainPattern.match);
+        info = regex.match(subject);
+        subject.assign(subject.size(), 'x');
+    }
+    ASSERT_TRUE(info);
+    EXPECT_EQ(info->fetch(1), "sub");
+}
+
+TEST(MatchInfo, CanBeTriedOnce) {
+    const pkgvet::RegexHandle regex = compiled("a");
+    for (const char* subject : {"a", "b"}) {
+        SCOPED_TRACE(subject);
+        MatchInfo info(subject);
+        EXPECT_EQ(info.match(regex.get(), kNoFlags), std::string(subject) == "a");
+        const CapturedDescriptor standardError;
+        EXPECT_FALSE(info.match(regex.get(), kNoFlags));
+        EXPECT_THAT(standardError.text(),
+                    HasSubstr("bool MatchInfo::match(GRegex*, GRegexMatchFlags): assertion "
+                              "'d_ptr->info == nullptr' failed"));
+        EXPECT_THAT(standardError.text(), HasSubstr("CRITICAL **"));
+    }
+}
+
+TEST(MatchInfo, CopiesShareTheResult) {
+    const pkgvet::RegexHandle regex = compiled("(b)");
+    auto original = std::make_unique<MatchInfo>("abc");
+    ASSERT_TRUE(original->match(regex.get(), kNoFlags));
+    MatchInfo copy(*original);
+    original.reset();
+    EXPECT_EQ(copy.fetch(1), "b");
+    const CapturedDescriptor standardError;
+    EXPECT_FALSE(copy.match(regex.get(), kNoFlags)) << "a copy of a used object is used";
+    EXPECT_NE(standardError.text(), "");
+}
+
+TEST(MatchInfo, CopyOfAnUnusedObjectIsUnused) {
+    const pkgvet::RegexHandle regex = compiled("b");
+    MatchInfo original("abc");
+    MatchInfo copy(original);
+    EXPECT_TRUE(copy.match(regex.get(), kNoFlags));
+    EXPECT_EQ(original.fetch(0), std::nullopt);
+    EXPECT_TRUE(original.match(regex.get(), kNoFlags));
+}
+
+TEST(MatchInfo, AssignmentReplacesSubjectAndResult) {
+    const pkgvet::RegexHandle regex = compiled("[bx]");
+    MatchInfo source("abc");
+    MatchInfo target("xyz");
+    ASSERT_TRUE(source.match(regex.get(), kNoFlags));
+    ASSERT_TRUE(target.match(regex.get(), kNoFlags));
+    target = source;
+    EXPECT_EQ(target.fetch(0), "b");
+    EXPECT_EQ(source.fetch(0), "b");
+    const MatchInfo& self = target;
+    target = self;
+    EXPECT_EQ(target.fetch(0), "b");
+    target = MatchInfo("unused");
+    EXPECT_EQ(target.fetch(0), std::nullopt);
+}
+
+TEST(MatchInfo, MovesTakeTheResultOver) {
+    const pkgvet::RegexHandle regex = compiled("b");
+    MatchInfo source("abc");
+    ASSERT_TRUE(source.match(regex.get(), kNoFlags));
+    MatchInfo moved(std::move(source));
+    EXPECT_EQ(moved.fetch(0), "b");
+    MatchInfo target("xyz");
+    target = std::move(moved);
+    EXPECT_EQ(target.fetch(0), "b");
+    moved = target;  // NOLINT(bugprone-use-after-move): assignment is what a moved-from one takes
+    EXPECT_EQ(moved.fetch(0), "b");
+}
+
+}  // namespace
