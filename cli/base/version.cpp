@@ -25,9 +25,13 @@ std::string xmlVersion() {
 
 }  // namespace
 
+std::string programVersion() {
+    return PKGVET_VERSION;
+}
+
 std::string versionText() {
     // json-glib alone does not tell what is loaded.
-    return "pkgvet " PKGVET_VERSION "\nlibrpm " + std::string(RPMVERSION) + "\nGLib " +
+    return "pkgvet " + programVersion() + "\nlibrpm " + RPMVERSION + "\nGLib " +
            joined(glib_major_version, glib_minor_version, glib_micro_version) +
            "\njson-glib " JSON_VERSION_S "\nlibpng " + png_get_libpng_ver(nullptr) + "\nlibxml2 " +
            xmlVersion();

@@ -3,6 +3,7 @@
 
 #include <string>
 
+#include "cli/base/version.h"
 #include "cli/report/formats.h"
 #include "cli/report/tally.h"
 
@@ -78,7 +79,7 @@ Json header() {
 
 void addSummary(const RunReport& run, Json* json) {
     const PackageTally tally = tallyOf(run);
-    (*json)["tool"] = {{"name", "pkgvet"}, {"version", PKGVET_VERSION}};
+    (*json)["tool"] = {{"name", "pkgvet"}, {"version", programVersion()}};
     (*json)["complete"] = !run.partial;
     (*json)["summary"] = {{"packages", tally.packages()},
                           {"accepted", tally.accepted},

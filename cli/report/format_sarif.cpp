@@ -9,6 +9,7 @@
 
 #include "cli/base/escape.h"
 #include "cli/base/percent.h"
+#include "cli/base/version.h"
 #include "cli/catalogue/catalogue.h"
 #include "cli/model/fingerprint.h"
 #include "cli/report/format_json.h"
@@ -117,8 +118,8 @@ Json toolJson(const RuleIndex& index) {
     }
     return {{"driver",
              {{"name", "pkgvet"},
-              {"version", PKGVET_VERSION},
-              {"semanticVersion", PKGVET_VERSION},
+              {"version", programVersion()},
+              {"semanticVersion", programVersion()},
               {"rules", std::move(rules)}}}};
 }
 
