@@ -87,6 +87,9 @@ std::span<const std::string_view> Entry::related() const {
 }
 
 std::span<const Piece> Entry::pieces() const {
+    if (message != nullptr) {
+        return message->pieces();
+    }
     return {composition.begin(),
             std::find_if(composition.begin(), composition.end(),
                          [](const Piece& piece) { return piece.kind == Piece::Kind::None; })};

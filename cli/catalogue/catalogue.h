@@ -9,20 +9,9 @@
 
 #include "cli/judge/finding_capture.h"
 #include "cli/model/model.h"
+#include "pkgvet/report/message.h"
 
 namespace pkgvet::cli {
-
-// A place in a message: words of the rule, or what came out of the package.
-struct Piece {
-    enum class Kind {
-        None,     // no piece
-        Words,    // this text and no other
-        Data,     // any text
-        Subject,  // any text, which is what the finding is about
-    };
-    Kind kind = Kind::None;
-    std::string_view words = {};
-};
 
 // A message of the library. Ids are never reused and never change their meaning: waivers, baselines
 // and other people's pages refer to them. Entries live as long as the process.
@@ -36,9 +25,10 @@ struct Entry {
     std::string_view why = {};      // why it asks
     std::string_view fix = {};      // how to put it right in the package's sources
     std::string_view example = {};  // lines of those sources; ends in a line feed
-    // Ids that it often comes with, and how the library composes the line; both are filled up with
-    // what is empty.
+    // Ids that it often comes with, filled up with empty ones.
     std::array<std::string_view, 4> relatedIds = {};
+    // What the library writes. Null for what no rule of its own writes.
+    const Message* message = nullptr;
     std::array<Piece, 7> composition = {};
 
     std::span<const std::string_view> related() const;

@@ -5,16 +5,14 @@
 
 namespace pkgvet::cli {
 
-// In front of a name that is the subject of a finding.
-inline constexpr std::string_view kOpenBracket = "[";
-
 constexpr Piece words(std::string_view text) {
-    return {Piece::Kind::Words, text};
+    Piece piece(Piece::Kind::Words);
+    piece.words = text;
+    return piece;
 }
 
-inline constexpr Piece kData = {Piece::Kind::Data};
-inline constexpr Piece kSubject = {Piece::Kind::Subject};
-inline constexpr Piece kOpen = words(kOpenBracket);
+inline constexpr Piece kData{Piece::Kind::Detail};
+inline constexpr Piece kOpen{"["};
 
 Chapter headerChapter();
 Chapter desktopChapter();

@@ -84,7 +84,7 @@ bool ContentValidator::validateContent(const Configuration& config, const RpmMet
     const std::string mainBinaryPath = tempDir + config.binDir() + meta.name();
     const std::string desktopPath = config.desktopDir() + meta.name() + kDesktopSuffix;
     checkDesktop(config, meta, desktopPath);
-    if (d_ptr->desktop) {
+    if (d_ptr->desktopFacts.desktop) {
         const DesktopEntry entry(tempDir + desktopPath);
         processDesktopFile(meta, entry);
         processPinfold(config, meta, entry, tempDir);
@@ -116,7 +116,7 @@ int ContentValidator::removeDir(const char* path, const struct stat* st, int /*t
 }
 
 bool ContentValidator::binRequired() const {
-    return !d_ptr->qmlOnly && !d_ptr->unwantedBinExists;
+    return !d_ptr->desktopFacts.qmlOnly && !d_ptr->fileFacts.unwantedBinExists;
 }
 
 // Two bits and no comparison of the whole type: a socket, whose type shares the bit of a regular
@@ -132,7 +132,8 @@ bool ContentValidator::endsWith(const std::string& text, const std::string& suff
 }
 
 void ContentValidator::checkArch(const RpmMeta& meta) {
-    if (meta.arch() != kNoArch && d_ptr->qmlOnly && !d_ptr->archSpecificContent) {
+    if (meta.arch() != kNoArch && d_ptr->desktopFacts.qmlOnly &&
+        !d_ptr->binaryFacts.archSpecificContent) {
         Logger::log(LogLevel::Warning, {pkgvet::kQmlOnlyShouldBeNoarch});
     }
 }

@@ -3,137 +3,137 @@
 #include "pkgvet/content/content_validator_private.h"
 
 bool ContentValidator::desktop() const {
-    return d_ptr->desktop;
+    return d_ptr->desktopFacts.desktop;
 }
 
 bool ContentValidator::desktopName() const {
-    return d_ptr->desktopName;
+    return d_ptr->desktopFacts.desktopName;
 }
 
 bool ContentValidator::desktopIcon() const {
-    return d_ptr->desktopIcon;
+    return d_ptr->desktopFacts.desktopIcon;
 }
 
 bool ContentValidator::desktopExec() const {
-    return d_ptr->desktopExec;
+    return d_ptr->desktopFacts.desktopExec;
 }
 
 bool ContentValidator::qmlOnly() const {
-    return d_ptr->qmlOnly;
+    return d_ptr->desktopFacts.qmlOnly;
 }
 
 bool ContentValidator::desktopType() const {
-    return d_ptr->desktopType;
+    return d_ptr->desktopFacts.desktopType;
 }
 
 bool ContentValidator::ostrandQt5Application() const {
-    return d_ptr->ostrandQt5Application;
+    return d_ptr->desktopFacts.ostrandQt5Application;
 }
 
 bool ContentValidator::knownApplicationType() const {
-    return d_ptr->knownApplicationType;
+    return d_ptr->desktopFacts.knownApplicationType;
 }
 
 bool ContentValidator::ostrandImport() const {
-    return d_ptr->ostrandImport;
+    return d_ptr->qmlFacts.ostrandImport;
 }
 
 bool ContentValidator::rpathExists() const {
-    return d_ptr->rpathExists;
+    return d_ptr->binaryFacts.rpathExists;
 }
 
 bool ContentValidator::rpathStatus() const {
-    return d_ptr->rpathStatus;
+    return d_ptr->binaryFacts.rpathStatus;
 }
 
 bool ContentValidator::mainSymbol() const {
-    return d_ptr->mainSymbol;
+    return d_ptr->binaryFacts.mainSymbol;
 }
 
 bool ContentValidator::mainExport() const {
-    return d_ptr->mainExport;
+    return d_ptr->binaryFacts.mainExport;
 }
 
 bool ContentValidator::booster() const {
-    return d_ptr->booster;
+    return d_ptr->binaryFacts.booster;
 }
 
 bool ContentValidator::arch() const {
-    return d_ptr->arch;
+    return false;
 }
 
 bool ContentValidator::launcherDesktop() const {
-    return d_ptr->launcherDesktop;
+    return d_ptr->binaryFacts.launcherDesktop;
 }
 
 bool ContentValidator::launcherSpec() const {
-    return d_ptr->launcherSpec;
+    return d_ptr->binaryFacts.launcherSpec;
 }
 
 bool ContentValidator::debugDir() const {
-    return d_ptr->debugDir;
+    return d_ptr->fileFacts.debugDir;
 }
 
 bool ContentValidator::unwantedBinExists() const {
-    return d_ptr->unwantedBinExists;
+    return d_ptr->fileFacts.unwantedBinExists;
 }
 
 bool ContentValidator::mainBinExec() const {
-    return d_ptr->mainBinExec;
+    return d_ptr->binaryFacts.mainBinExec;
 }
 
 bool ContentValidator::pinfoldSection() const {
-    return d_ptr->pinfoldSection;
+    return d_ptr->desktopFacts.pinfoldSection;
 }
 
 bool ContentValidator::multiplePinfoldSection() const {
-    return d_ptr->multiplePinfoldSection;
+    return d_ptr->desktopFacts.multiplePinfoldSection;
 }
 
 bool ContentValidator::illegalCharacters() const {
-    return d_ptr->illegalCharacters;
+    return d_ptr->desktopFacts.illegalCharacters;
 }
 
 bool ContentValidator::correctOrgNameAppNamePair() const {
-    return d_ptr->correctOrgNameAppNamePair;
+    return d_ptr->desktopFacts.correctOrgNameAppNamePair;
 }
 
 bool ContentValidator::correctOrgName() const {
-    return d_ptr->correctOrgName;
+    return d_ptr->desktopFacts.correctOrgName;
 }
 
 bool ContentValidator::wrongLeadingOrgName() const {
-    return d_ptr->wrongLeadingOrgName;
+    return d_ptr->desktopFacts.wrongLeadingOrgName;
 }
 
 bool ContentValidator::orgDomainName() const {
-    return d_ptr->orgDomainName;
+    return d_ptr->desktopFacts.orgDomainName;
 }
 
 bool ContentValidator::disallowedOrgName() const {
-    return d_ptr->disallowedOrgName;
+    return false;
 }
 
 bool ContentValidator::correctDbus() const {
-    return d_ptr->correctDbus;
+    return d_ptr->desktopFacts.correctDbus;
 }
 
 bool ContentValidator::correctSystemService() const {
-    return d_ptr->correctSystemService;
+    return d_ptr->desktopFacts.correctSystemService;
 }
 
 bool ContentValidator::dbusError() const {
-    return d_ptr->dbusError;
+    return d_ptr->desktopFacts.dbusError;
 }
 
 bool ContentValidator::dbusWarning() const {
-    return d_ptr->dbusWarning;
+    return d_ptr->desktopFacts.dbusWarning;
 }
 
 bool ContentValidator::isSandboxed() const {
-    return d_ptr->isSandboxed;
+    return d_ptr->desktopFacts.isSandboxed;
 }
 
 bool ContentValidator::correctSealwatchd() const {
-    return d_ptr->correctSealwatchd;
+    return d_ptr->fileFacts.correctSealwatchd;
 }

@@ -39,9 +39,9 @@ BackgroundTask readTask(const DesktopEntry& entry, const std::string& group) {
 // Without a sandbox section its name is empty, and so are the application's permissions.
 void ContentValidator::processBackgroundTasks(const RpmMeta& meta, const DesktopEntry& entry) {
     const std::vector<std::string> permissions =
-        entry.stringList(d_ptr->pinfoldGroupName, pkgvet::kPermissionsKey);
+        entry.stringList(d_ptr->desktopFacts.pinfoldGroupName, pkgvet::kPermissionsKey);
     const pkgvet::PermissionSet applicationPermissions(permissions.begin(), permissions.end());
-    for (const std::string& group : d_ptr->backgroundTaskGroups) {
+    for (const std::string& group : d_ptr->desktopFacts.backgroundTaskGroups) {
         judgeKeys(entry, group, d_ptr.get());
         if (!pkgvet::judgeBackgroundTask(readTask(entry, group), meta.name(),
                                          applicationPermissions)) {

@@ -89,7 +89,7 @@ void judgeGroups(const DesktopEntry& entry, ContentValidatorPrivate* record) {
             continue;
         }
         if (startsWithAny(group, kBackgroundTaskPrefixes)) {
-            record->backgroundTaskGroups.push_back(group);
+            record->desktopFacts.backgroundTaskGroups.push_back(group);
         } else {
             reportViolation(record, {pkgvet::kGroupBegin, group, pkgvet::kGroupDisallowed});
         }
@@ -97,11 +97,11 @@ void judgeGroups(const DesktopEntry& entry, ContentValidatorPrivate* record) {
 }
 
 void readName(const std::string& name, ContentValidatorPrivate* record) {
-    record->desktopName = !name.empty();
+    record->desktopFacts.desktopName = !name.empty();
     const bool printable =
         Regex::matchSimple(kPrintable, name, kRulePattern.compile, kRulePattern.match);
-    if (record->desktopName) {
-        record->desktopNameIllegal = !printable;
+    if (record->desktopFacts.desktopName) {
+        record->desktopFacts.desktopNameIllegal = !printable;
     }
 }
 
@@ -120,22 +120,22 @@ void readExec(const std::string& exec, const std::string& packageName,
     if (!isAcceptedExec(exec, packageName)) {
         return;
     }
-    record->desktopExec = true;
+    record->desktopFacts.desktopExec = true;
     if (startsWithAny(exec, kQmlLaunchers)) {
-        record->qmlOnly = true;
+        record->desktopFacts.qmlOnly = true;
         Logger::log(LogLevel::Info, {pkgvet::kIsQmlOnly});
     }
 }
 
 void judgeApplicationType(const std::string& type, ContentValidatorPrivate* record) {
-    record->ostrandQt5Application = type == kRecommendedType;
-    record->knownApplicationType = pkgvet::contains(kKnownTypes, type);
-    if (record->ostrandQt5Application) {
+    record->desktopFacts.ostrandQt5Application = type == kRecommendedType;
+    record->desktopFacts.knownApplicationType = pkgvet::contains(kKnownTypes, type);
+    if (record->desktopFacts.ostrandQt5Application) {
         return;
     }
-    if (record->qmlOnly) {
+    if (record->desktopFacts.qmlOnly) {
         reportViolation(record, {pkgvet::kQmlOnlyTypeWrong});
-    } else if (record->knownApplicationType) {
+    } else if (record->desktopFacts.knownApplicationType) {
         Logger::log(LogLevel::Warning, {pkgvet::kTypeNotRecommended});
     } else {
         reportViolation(record, {pkgvet::kTypeNotDeclared});
@@ -148,11 +148,11 @@ void reportKeys(const std::string& packageName, ContentValidatorPrivate* record)
             reportViolation(record, pieces);
         }
     };
-    demand(record->desktopName, {pkgvet::kNameMissing});
-    demand(!record->desktopNameIllegal, {pkgvet::kNameIllegal});
-    demand(record->desktopIcon, {pkgvet::kIconMissing, packageName});
-    demand(record->desktopExec, {pkgvet::kExecMissing});
-    demand(record->desktopType, {pkgvet::kTypeMissing});
+    demand(record->desktopFacts.desktopName, {pkgvet::kNameMissing});
+    demand(!record->desktopFacts.desktopNameIllegal, {pkgvet::kNameIllegal});
+    demand(record->desktopFacts.desktopIcon, {pkgvet::kIconMissing, packageName});
+    demand(record->desktopFacts.desktopExec, {pkgvet::kExecMissing});
+    demand(record->desktopFacts.desktopType, {pkgvet::kTypeMissing});
 }
 
 }  // namespace
@@ -160,8 +160,8 @@ void reportKeys(const std::string& packageName, ContentValidatorPrivate* record)
 void ContentValidator::checkDesktop(const Configuration& configuration, const RpmMeta& meta,
                                     const std::string& desktopPath) {
     const std::vector<std::string>& paths = meta.paths();
-    d_ptr->desktop = std::find(paths.begin(), paths.end(), desktopPath) != paths.end();
-    if (d_ptr->desktop) {
+    d_ptr->desktopFacts.desktop = std::find(paths.begin(), paths.end(), desktopPath) != paths.end();
+    if (d_ptr->desktopFacts.desktop) {
         return;
     }
     if (configuration.desktopRequirement()) {
@@ -174,8 +174,8 @@ void ContentValidator::checkDesktop(const Configuration& configuration, const Rp
 void ContentValidator::processDesktopFile(const RpmMeta& meta, const DesktopEntry& entry) {
     judgeGroups(entry, d_ptr.get());
     readName(entry.name(), d_ptr.get());
-    d_ptr->desktopIcon = entry.icon() == meta.name();
-    d_ptr->desktopType = entry.type() == kApplicationType;
+    d_ptr->desktopFacts.desktopIcon = entry.icon() == meta.name();
+    d_ptr->desktopFacts.desktopType = entry.type() == kApplicationType;
     readExec(entry.exec(), meta.name(), d_ptr.get());
     judgeApplicationType(entry.desktopEntryString(kApplicationTypeKey), d_ptr.get());
     reportKeys(meta.name(), d_ptr.get());

@@ -64,27 +64,30 @@ struct Outcome {
 
 // In the order of the report. The words of the last two are the reverse of their gravity.
 constexpr std::array<Outcome, 12> kOutcomes = {{
-    {[](const Record& r) { return r.pinfoldSection; }, LogLevel::Error, pkgvet::kSectionDisallowed},
-    {[](const Record& r) { return r.illegalCharacters; }, LogLevel::Error,
+    {[](const Record& r) { return r.desktopFacts.pinfoldSection; }, LogLevel::Error,
+     pkgvet::kSectionDisallowed},
+    {[](const Record& r) { return r.desktopFacts.illegalCharacters; }, LogLevel::Error,
      pkgvet::kApplicationNameIllegal},
-    {[](const Record& r) { return !r.correctOrgNameAppNamePair; }, LogLevel::Error,
+    {[](const Record& r) { return !r.desktopFacts.correctOrgNameAppNamePair; }, LogLevel::Error,
      pkgvet::kNamePairWrong},
-    {[](const Record& r) { return !r.correctOrgName; }, LogLevel::Error,
+    {[](const Record& r) { return !r.desktopFacts.correctOrgName; }, LogLevel::Error,
      pkgvet::kOrganizationNameIllegal},
-    {[](const Record& r) { return r.wrongLeadingOrgName; }, LogLevel::Error,
+    {[](const Record& r) { return r.desktopFacts.wrongLeadingOrgName; }, LogLevel::Error,
      pkgvet::kOrganizationNameLeadingDigit},
-    {[](const Record& r) { return !r.orgDomainName; }, LogLevel::Error,
+    {[](const Record& r) { return !r.desktopFacts.orgDomainName; }, LogLevel::Error,
      pkgvet::kOrganizationNameNoDomain},
-    {[](const Record& r) { return !r.correctDbus; }, LogLevel::Error, pkgvet::kDBusWrong},
-    {[](const Record& r) { return !r.correctSystemService; }, LogLevel::Error,
+    {[](const Record& r) { return !r.desktopFacts.correctDbus; }, LogLevel::Error,
+     pkgvet::kDBusWrong},
+    {[](const Record& r) { return !r.desktopFacts.correctSystemService; }, LogLevel::Error,
      pkgvet::kSystemServiceWrong},
-    {[](const Record& r) { return r.incompleteSystemService; }, LogLevel::Error,
+    {[](const Record& r) { return r.desktopFacts.incompleteSystemService; }, LogLevel::Error,
      pkgvet::kSystemServiceIncomplete},
-    {[](const Record& r) { return !r.correctSystemServiceAccount; }, LogLevel::Error,
+    {[](const Record& r) { return !r.desktopFacts.correctSystemServiceAccount; }, LogLevel::Error,
      pkgvet::kSystemServiceAccountWrong},
-    {[](const Record& r) { return r.dbusError; }, LogLevel::Error, pkgvet::kHyphenBreaksServices},
-    {[](const Record& r) { return !r.dbusError && r.dbusWarning; }, LogLevel::Warning,
-     pkgvet::kHyphenNotRecommended},
+    {[](const Record& r) { return r.desktopFacts.dbusError; }, LogLevel::Error,
+     pkgvet::kHyphenBreaksServices},
+    {[](const Record& r) { return !r.desktopFacts.dbusError && r.desktopFacts.dbusWarning; },
+     LogLevel::Warning, pkgvet::kHyphenNotRecommended},
 }};
 
 bool isFound(std::string_view pattern, const std::string& text) {
@@ -93,29 +96,29 @@ bool isFound(std::string_view pattern, const std::string& text) {
 
 // False when there is no section to judge.
 bool chooseSection(const DesktopEntry& entry, Record* record) {
-    record->pinfoldSection = entry.hasGroup(pkgvet::kDisallowedSection);
+    record->desktopFacts.pinfoldSection = entry.hasGroup(pkgvet::kDisallowedSection);
     std::vector<std::string_view> present;
     std::copy_if(kSections.begin(), kSections.end(), std::back_inserter(present),
                  [&entry](std::string_view section) { return entry.hasGroup(section); });
     if (present.size() > 1) {
-        record->multiplePinfoldSection = true;
+        record->desktopFacts.multiplePinfoldSection = true;
         reportViolation(record, {pkgvet::kMultipleSections});
     }
     if (present.empty()) {
         reportViolation(record, {pkgvet::kSectionMissing});
         return false;
     }
-    record->pinfoldGroupName = present.back();
+    record->desktopFacts.pinfoldGroupName = present.back();
     if (present.back() == pkgvet::kDeprecatedSection) {
-        record->deprecatedPinfoldSection = true;
+        record->desktopFacts.deprecatedPinfoldSection = true;
         Logger::log(LogLevel::Warning, {pkgvet::kSectionDeprecated});
     }
-    record->isSandboxed = true;
+    record->desktopFacts.isSandboxed = true;
     return true;
 }
 
 void judgeKeys(const DesktopEntry& entry, bool mayHaveSystemService, Record* record) {
-    for (const std::string& key : entry.keys(record->pinfoldGroupName)) {
+    for (const std::string& key : entry.keys(record->desktopFacts.pinfoldGroupName)) {
         if (!pkgvet::contains(kKeys, key) &&
             !(mayHaveSystemService && pkgvet::contains(kSystemServiceKeys, key))) {
             reportViolation(record, {"[", key, pkgvet::kSandboxKeyNotAllowed});
@@ -124,36 +127,39 @@ void judgeKeys(const DesktopEntry& entry, bool mayHaveSystemService, Record* rec
 }
 
 void readOrganizationName(const DesktopEntry& entry, Record* record) {
-    const std::string name = entry.string(record->pinfoldGroupName, kOrganizationNameKey);
-    record->organizationName = name;
-    record->correctOrgName = isFound(kLegalOrganizationName, name);
-    record->wrongLeadingOrgName = isFound(kLeadingDigit, name);
-    record->orgDomainName = isFound(kTwoComponents, name);
+    const std::string name =
+        entry.string(record->desktopFacts.pinfoldGroupName, kOrganizationNameKey);
+    record->desktopFacts.organizationName = name;
+    record->desktopFacts.correctOrgName = isFound(kLegalOrganizationName, name);
+    record->desktopFacts.wrongLeadingOrgName = isFound(kLeadingDigit, name);
+    record->desktopFacts.orgDomainName = isFound(kTwoComponents, name);
 }
 
 void readApplicationName(const DesktopEntry& entry, Record* record) {
-    const std::string name = entry.string(record->pinfoldGroupName, kApplicationNameKey);
-    record->applicationName = name;
-    record->illegalCharacters = !isFound(kLegalApplicationName, name);
+    const std::string name =
+        entry.string(record->desktopFacts.pinfoldGroupName, kApplicationNameKey);
+    record->desktopFacts.applicationName = name;
+    record->desktopFacts.illegalCharacters = !isFound(kLegalApplicationName, name);
 }
 
 // Anywhere in the name, although the message calls it a prefix.
 void judgeReservedParts(Record* record) {
     for (const std::string_view part : kReservedParts) {
-        if (record->applicationName.find(part) != std::string::npos) {
+        if (record->desktopFacts.applicationName.find(part) != std::string::npos) {
             reportViolation(record, {pkgvet::kReservedPart, part});
         }
     }
 }
 
 void compareWithPackageName(const std::string& packageName, Record* record) {
-    record->correctOrgNameAppNamePair =
-        packageName == record->organizationName + kNameSeparator + record->applicationName;
+    record->desktopFacts.correctOrgNameAppNamePair =
+        packageName == record->desktopFacts.organizationName + kNameSeparator +
+                           record->desktopFacts.applicationName;
 }
 
 void noteHyphen(Record* record) {
-    if (record->applicationName.find(kHyphen) != std::string::npos) {
-        record->dbusWarning = true;
+    if (record->desktopFacts.applicationName.find(kHyphen) != std::string::npos) {
+        record->desktopFacts.dbusWarning = true;
     }
 }
 
@@ -162,7 +168,7 @@ void judgePermissions(const DesktopEntry& entry, const std::unordered_set<std::s
                       Record* record) {
     const Regex nameAtName(kNameAtName, kTextPattern.compile, kTextPattern.match);
     for (const std::string& permission :
-         entry.stringList(record->pinfoldGroupName, pkgvet::kPermissionsKey)) {
+         entry.stringList(record->desktopFacts.pinfoldGroupName, pkgvet::kPermissionsKey)) {
         if (!nameAtName.match(permission) && allowed.count(permission) == 0) {
             reportViolation(record, {"[", permission, pkgvet::kPermissionNotAllowed});
         }
@@ -170,7 +176,7 @@ void judgePermissions(const DesktopEntry& entry, const std::unordered_set<std::s
 }
 
 void judgeIntents(const DesktopEntry& entry, Record* record) {
-    if (!validateIntents(entry.stringList(record->pinfoldGroupName, kIntentsKey))) {
+    if (!validateIntents(entry.stringList(record->desktopFacts.pinfoldGroupName, kIntentsKey))) {
         record->failures |= pkgvet::kViolation;
     }
 }

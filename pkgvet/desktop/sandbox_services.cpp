@@ -58,31 +58,33 @@ bool isCorrectDBusService(const std::string& launchLine, const std::string& reso
 
 void judgeDBusService(const DesktopEntry& entry, const std::string& packageName,
                       const std::string& tempDir, ContentValidatorPrivate* record) {
-    if (!entry.hasKey(record->pinfoldGroupName, kExecDBusKey)) {
+    if (!entry.hasKey(record->desktopFacts.pinfoldGroupName, kExecDBusKey)) {
         return;
     }
-    record->dbusError = record->dbusWarning;
-    const std::string launchLine = entry.string(record->pinfoldGroupName, kExecDBusKey);
+    record->desktopFacts.dbusError = record->desktopFacts.dbusWarning;
+    const std::string launchLine =
+        entry.string(record->desktopFacts.pinfoldGroupName, kExecDBusKey);
     const std::string resolvedProgram = resolve(tempDir + programOf(launchLine));
-    record->correctDbus = isCorrectDBusService(launchLine, resolvedProgram, packageName);
+    record->desktopFacts.correctDbus =
+        isCorrectDBusService(launchLine, resolvedProgram, packageName);
 }
 
 void judgeSystemService(const DesktopEntry& entry, const std::string& packageName,
                         ContentValidatorPrivate* record) {
-    const std::string& section = record->pinfoldGroupName;
+    const std::string& section = record->desktopFacts.pinfoldGroupName;
     const auto present =
         std::count_if(kCountedKeys.begin(), kCountedKeys.end(),
                       [&](std::string_view key) { return entry.hasKey(section, key); });
     const bool complete = present == static_cast<std::ptrdiff_t>(kCountedKeys.size());
-    record->incompleteSystemService = present > 0 && !complete;
+    record->desktopFacts.incompleteSystemService = present > 0 && !complete;
     if (!complete) {
         return;
     }
-    record->dbusError = record->dbusWarning;
-    record->correctSystemService =
+    record->desktopFacts.dbusError = record->desktopFacts.dbusWarning;
+    record->desktopFacts.correctSystemService =
         entry.string(section, kSystemServiceKey)
             .starts_with(std::string(kPrivateProgramDirectory) + packageName + "/");
-    record->correctSystemServiceAccount =
+    record->desktopFacts.correctSystemServiceAccount =
         entry.string(section, kSystemServiceUserKey) == kSystemServiceUser &&
         entry.string(section, kSystemServiceGroupKey) == kSystemServiceGroup;
 }

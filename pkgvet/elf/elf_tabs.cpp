@@ -23,24 +23,24 @@ void ContentValidator::processElfTabs(const std::string& path) {
     const ElfReader reader(path.c_str());
     for (const std::string& symbol : reader.symbols()) {
         if (symbol == kStartOfC) {
-            d_ptr->mainSymbol = true;
+            d_ptr->binaryFacts.mainSymbol = true;
         } else if (symbol == kMain) {
-            d_ptr->mainExport = true;
-        } else if (!d_ptr->ostrandImport) {
-            d_ptr->booster = true;
+            d_ptr->binaryFacts.mainExport = true;
+        } else if (!d_ptr->qmlFacts.ostrandImport) {
+            d_ptr->binaryFacts.booster = true;
         }
     }
-    if (!d_ptr->unwantedBinExists) {
+    if (!d_ptr->fileFacts.unwantedBinExists) {
         return;
     }
-    if (!d_ptr->mainSymbol) {
+    if (!d_ptr->binaryFacts.mainSymbol) {
         d_ptr->failures |= pkgvet::kViolation;
         Logger::log(LogLevel::Error, {pkgvet::kMainNotLinked});
     }
-    if (d_ptr->mainExport) {
+    if (d_ptr->binaryFacts.mainExport) {
         return;
     }
-    if (d_ptr->booster) {
+    if (d_ptr->binaryFacts.booster) {
         Logger::log(LogLevel::Warning, {pkgvet::kMainNotExported});
     } else {
         d_ptr->failures |= pkgvet::kViolation;

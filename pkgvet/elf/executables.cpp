@@ -98,7 +98,7 @@ void ContentValidator::checkExecutables(const Configuration& configuration, cons
             report(path, pkgvet::kExecutableBadFormat);
             continue;
         }
-        d_ptr->archSpecificContent = true;
+        d_ptr->binaryFacts.archSpecificContent = true;
         if (rpm.arch() == kNoArch) {
             Logger::log(LogLevel::Warning, {pkgvet::kShouldNotBeNoarch});
         }
@@ -108,14 +108,14 @@ void ContentValidator::checkExecutables(const Configuration& configuration, cons
     const PlaceFinder places(configuration, rpm.name());
     for (const std::string& path : elfExecutables) {
         const Place place = places.find(path);
-        d_ptr->mainBinExec |= place == Place::MainBinary;
-        d_ptr->privateSharedObject |= place == Place::PrivateLibrary;
+        d_ptr->binaryFacts.mainBinExec |= place == Place::MainBinary;
+        d_ptr->binaryFacts.privateSharedObject |= place == Place::PrivateLibrary;
         if (place == Place::Wrong) {
             report(path, pkgvet::kExecutableBadLocation);
         }
     }
 
-    if (!d_ptr->qmlOnly && !d_ptr->mainBinExec) {
+    if (!d_ptr->desktopFacts.qmlOnly && !d_ptr->binaryFacts.mainBinExec) {
         d_ptr->failures |= pkgvet::kViolation;
         Logger::log(LogLevel::Error, {pkgvet::kMainBinaryMustBeExecutable});
     }

@@ -24,20 +24,20 @@ bool isLauncher(const std::string& name) {
 
 // QML-only packages must require the launcher, all others must not.
 void ContentValidator::processLiblumbraapp(const RpmMeta& rpm) {
-    d_ptr->launcherSpec = d_ptr->qmlOnly;
+    d_ptr->binaryFacts.launcherSpec = d_ptr->desktopFacts.qmlOnly;
     for (const std::string& name : rpm.requireNames()) {
         if (!isLauncher(name)) {
             continue;
         }
-        if (d_ptr->qmlOnly) {
-            d_ptr->launcherSpec = false;
+        if (d_ptr->desktopFacts.qmlOnly) {
+            d_ptr->binaryFacts.launcherSpec = false;
         } else {
             d_ptr->failures |= pkgvet::kViolation;
-            d_ptr->launcherDesktop = true;
+            d_ptr->binaryFacts.launcherDesktop = true;
             Logger::log(LogLevel::Error, {pkgvet::kInvalidRequires, name});
         }
     }
-    if (d_ptr->launcherSpec) {
+    if (d_ptr->binaryFacts.launcherSpec) {
         d_ptr->failures |= pkgvet::kViolation;
         Logger::log(LogLevel::Error, {pkgvet::kAddRequires});
     }

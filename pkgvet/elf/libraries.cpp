@@ -129,7 +129,7 @@ void ContentValidator::checkLibraries(const Configuration& configuration, const 
     const OwnLibraries ownLibraries(configuration, rpm);
     for (const std::string& library : remaining(suspects, findings)) {
         if (ownLibraries.contain(library)) {
-            d_ptr->linksPrivateLibrary = true;
+            d_ptr->binaryFacts.linksPrivateLibrary = true;
         } else {
             findings.push_back({library, LibraryProblem::NotAllowed});
         }

@@ -62,21 +62,22 @@ bool ContentValidator::isRpathEmpty(const ElfReader& reader) const {
 void ContentValidator::checkRpath(const RpmMeta& rpm, const std::string& path) {
     const ElfReader reader(path.c_str());
     if (!isRpathEmpty(reader)) {
-        d_ptr->rpathExists = true;
-        d_ptr->rpathStatus = isRpathPermitted(reader.rpath(), permittedDirectories(rpm.name()));
+        d_ptr->binaryFacts.rpathExists = true;
+        d_ptr->binaryFacts.rpathStatus =
+            isRpathPermitted(reader.rpath(), permittedDirectories(rpm.name()));
     }
-    if (d_ptr->qmlOnly) {
+    if (d_ptr->desktopFacts.qmlOnly) {
         return;
     }
     // Only a package that keeps libraries for its main binary needs a run path to them.
-    if (!d_ptr->rpathExists) {
-        d_ptr->rpathStatus = !d_ptr->linksPrivateLibrary;
+    if (!d_ptr->binaryFacts.rpathExists) {
+        d_ptr->binaryFacts.rpathStatus = !d_ptr->binaryFacts.linksPrivateLibrary;
         Logger::log(LogLevel::Warning, {pkgvet::kRpathEmpty});
     }
-    if (d_ptr->rpathStatus) {
+    if (d_ptr->binaryFacts.rpathStatus) {
         return;
     }
     d_ptr->failures |= pkgvet::kViolation;
-    Logger::log(LogLevel::Error,
-                {d_ptr->rpathExists ? pkgvet::kRpathNotAllowed : pkgvet::kRpathMissing});
+    Logger::log(LogLevel::Error, {d_ptr->binaryFacts.rpathExists ? pkgvet::kRpathNotAllowed
+                                                                 : pkgvet::kRpathMissing});
 }

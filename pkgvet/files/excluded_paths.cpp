@@ -83,8 +83,9 @@ public:
           rpm_(rpm),
           tempDir_(tempDir),
           mainBinary_(configuration.binDir() + rpm.name()),
-          places_(Regex::escape(rpm.name()), Regex::escape(record.organizationName),
-                  Regex::escape(record.applicationName), Regex::escape(configuration.libexecDir())),
+          places_(Regex::escape(rpm.name()), Regex::escape(record.desktopFacts.organizationName),
+                  Regex::escape(record.desktopFacts.applicationName),
+                  Regex::escape(configuration.libexecDir())),
           listedPaths_(configuration.pathsList()) {}
 
     void judge(const std::string& path);
@@ -156,8 +157,8 @@ bool PathWalk::isSharedPlace(const std::string& path, bool listed) const {
 }
 
 void PathWalk::noteMainBinary() {
-    record_.unwantedBinExists = true;
-    if (record_.qmlOnly) {
+    record_.fileFacts.unwantedBinExists = true;
+    if (record_.desktopFacts.qmlOnly) {
         report(pkgvet::kMainBinaryMustNotExist);
     }
 }
@@ -172,13 +173,13 @@ void PathWalk::checkSealwatchd() {
     if (*sealwatchd_ == SealwatchdResult::Valid) {
         return;
     }
-    record_.correctSealwatchd = false;
+    record_.fileFacts.correctSealwatchd = false;
     report(*sealwatchd_ == SealwatchdResult::InvalidJson ? pkgvet::kSealwatchdInvalidJson
                                                          : pkgvet::kSealwatchdMismatch);
 }
 
 void PathWalk::noteBinDirectory() {
-    record_.binDirOwned = true;
+    record_.fileFacts.binDirOwned = true;
     report(pkgvet::kBinDirectoryOwned);
 }
 
@@ -196,7 +197,7 @@ void PathWalk::checkLibexecFile(const std::string& path) {
 }
 
 void PathWalk::noteDebugFile() {
-    record_.debugDir = true;
+    record_.fileFacts.debugDir = true;
     report(pkgvet::kDebugFiles);
 }
 

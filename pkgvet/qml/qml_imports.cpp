@@ -95,7 +95,7 @@ void ImportCheck::read(const std::vector<std::string>& qmlFiles) {
             if (ostrandPattern.match(line)) {
                 noteOstrandImport();
             } else if (xmlListModelPattern.match(line)) {
-                record_.xmlListModelImport = true;
+                record_.qmlFacts.xmlListModelImport = true;
             } else if (const std::optional<MatchInfo> match = importPattern.match(line)) {
                 imports_.insert(match->fetch(kImportText).value());
             }
@@ -105,8 +105,8 @@ void ImportCheck::read(const std::vector<std::string>& qmlFiles) {
 
 // Neither this import nor that of the XML list model reaches the lists.
 void ImportCheck::noteOstrandImport() {
-    record_.ostrandImport = true;
-    if (!record_.ostrandQt5Application) {
+    record_.qmlFacts.ostrandImport = true;
+    if (!record_.desktopFacts.ostrandQt5Application) {
         Logger::log(LogLevel::Warning, {pkgvet::kShouldBeOstrandQt5});
     }
 }

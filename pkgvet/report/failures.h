@@ -3,11 +3,9 @@
 
 #include <cstdint>
 
-namespace pkgvet {
+#include "pkgvet/report/findings.h"
 
-// Bits are only ever set.
-inline constexpr std::uint32_t kViolation = 1;     // rejects while validation is enabled
-inline constexpr std::uint32_t kGraveFinding = 2;  // rejects in any case
+namespace pkgvet {
 
 // Whether a package with these failures is accepted.
 constexpr bool isAccepted(std::uint32_t failures, bool validationEnabled) {

@@ -4,20 +4,12 @@
 #include <array>
 #include <iostream>
 
+#include "pkgvet/report/log_line.h"
+
 namespace {
 
-struct Vocabulary {
-    std::string_view color;
-    std::string_view label;
-};
-
-// Indexed by the numeric LogLevel. The tabs align the text that follows.
-constexpr std::array<Vocabulary, 4> kVocabulary = {{
-    {"\033[33m", "(WARNING)\t"},
-    {"\033[31m", "(ERROR)\t\t"},
-    {"\033[31m", "(CRITICAL)\t"},
-    {"\033[1m", "(INFO)\t\t"},
-}};
+// Indexed by the numeric LogLevel.
+constexpr std::array<std::string_view, 4> kColors = {"\033[33m", "\033[31m", "\033[31m", "\033[1m"};
 constexpr std::string_view kColorReset = "\033[m";
 
 bool colorEnabled = false;
@@ -30,17 +22,26 @@ void write(std::string_view text) {
 }  // namespace
 
 void Logger::log(LogLevel level, std::initializer_list<std::string_view> pieces) {
+    pkgvet::writeLogLine(level, {pieces.begin(), pieces.size()});
+}
+
+void Logger::enableColor(bool enable) {
+    colorEnabled = enable;
+}
+
+namespace pkgvet {
+
+void writeLogLine(LogLevel level, std::span<const std::string_view> pieces) {
     const auto index = static_cast<unsigned>(level);
-    if (index >= kVocabulary.size()) {
+    if (index >= kLogLabels.size()) {
         return;
     }
-    const Vocabulary& vocabulary = kVocabulary[index];
     if (colorEnabled) {
-        write(vocabulary.color);
-        write(vocabulary.label);
+        write(kColors[index]);
+        write(kLogLabels[index]);
         write(kColorReset);
     } else {
-        write(vocabulary.label);
+        write(kLogLabels[index]);
     }
     for (const std::string_view piece : pieces) {
         write(piece);
@@ -48,6 +49,4 @@ void Logger::log(LogLevel level, std::initializer_list<std::string_view> pieces)
     std::cerr << std::endl;
 }
 
-void Logger::enableColor(bool enable) {
-    colorEnabled = enable;
-}
+}  // namespace pkgvet

@@ -92,25 +92,26 @@ TEST(Accessors, EachReadsItsOwnField) {
 TEST(Accessors, FieldsWithoutOneHaveTheirInitialValues) {
     const Record record;
     EXPECT_EQ(record.failures, 0U);
-    EXPECT_FALSE(record.desktopNameIllegal || record.xmlListModelImport ||
-                 record.archSpecificContent || record.privateSharedObject ||
-                 record.linksPrivateLibrary || record.incompleteSystemService ||
-                 record.deprecatedPinfoldSection || record.binDirOwned);
-    EXPECT_TRUE(record.correctSystemServiceAccount);
-    EXPECT_EQ(
-        record.organizationName + record.applicationName + record.tempDir + record.pinfoldGroupName,
-        "");
-    EXPECT_TRUE(record.backgroundTaskGroups.empty());
+    EXPECT_FALSE(record.desktopFacts.desktopNameIllegal || record.qmlFacts.xmlListModelImport ||
+                 record.binaryFacts.archSpecificContent || record.binaryFacts.privateSharedObject ||
+                 record.binaryFacts.linksPrivateLibrary ||
+                 record.desktopFacts.incompleteSystemService ||
+                 record.desktopFacts.deprecatedPinfoldSection || record.fileFacts.binDirOwned);
+    EXPECT_TRUE(record.desktopFacts.correctSystemServiceAccount);
+    EXPECT_EQ(record.desktopFacts.organizationName + record.desktopFacts.applicationName +
+                  record.tempDir + record.desktopFacts.pinfoldGroupName,
+              "");
+    EXPECT_TRUE(record.desktopFacts.backgroundTaskGroups.empty());
 }
 
 TEST(BinRequired, UnlessQmlOnlyOrSeen) {
     ContentValidator validator = validatorOfNothing();
     EXPECT_TRUE(validator.binRequired());
-    recordOf(validator).unwantedBinExists = true;
+    recordOf(validator).fileFacts.unwantedBinExists = true;
     EXPECT_FALSE(validator.binRequired());
-    recordOf(validator).qmlOnly = true;
+    recordOf(validator).desktopFacts.qmlOnly = true;
     EXPECT_FALSE(validator.binRequired());
-    recordOf(validator).unwantedBinExists = false;
+    recordOf(validator).fileFacts.unwantedBinExists = false;
     EXPECT_FALSE(validator.binRequired());
 }
 

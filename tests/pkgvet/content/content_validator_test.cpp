@@ -135,16 +135,16 @@ TEST(ContentValidator, CopySharesTheTreeByName) {
     const Package package(sample());
     const auto source = package.unpack();
     recordOf(*source).failures = 2;
-    recordOf(*source).organizationName = "org.example";
-    recordOf(*source).backgroundTaskGroups = {"X-Task one"};
+    recordOf(*source).desktopFacts.organizationName = "org.example";
+    recordOf(*source).desktopFacts.backgroundTaskGroups = {"X-Task one"};
     const std::string root = recordOf(*source).tempDir;
     {
         ContentValidator copy(*source);
         EXPECT_EQ(recordOf(copy).tempDir, root);
         EXPECT_EQ(recordOf(copy).failures, 2U);
-        EXPECT_EQ(recordOf(copy).organizationName, "org.example");
-        EXPECT_EQ(recordOf(copy).backgroundTaskGroups.size(), 1U);
-        recordOf(copy).qmlOnly = true;
+        EXPECT_EQ(recordOf(copy).desktopFacts.organizationName, "org.example");
+        EXPECT_EQ(recordOf(copy).desktopFacts.backgroundTaskGroups.size(), 1U);
+        recordOf(copy).desktopFacts.qmlOnly = true;
         EXPECT_FALSE(source->qmlOnly());
         EXPECT_TRUE(fs::exists(root));
     }
@@ -192,7 +192,7 @@ TEST(ContentValidator, ConstOverloadHasTheSameEffects) {
     const Package package(PackageBuilder("org.example.app").native());
     const Configuration rules = load(RuleTree());
     const auto validator = package.unpack();
-    recordOf(*validator).qmlOnly = true;
+    recordOf(*validator).desktopFacts.qmlOnly = true;
     recordOf(*validator).failures = 2;
     const CapturedLog log;
     EXPECT_FALSE(std::as_const(*validator).validateContent(rules, package.meta()));
@@ -203,7 +203,7 @@ TEST(ContentValidator, SecondRunRepeatsTheLinesAndStaysFailed) {
     const Package package(PackageBuilder("org.example.app").native());
     const Configuration rules = load(RuleTree());
     const auto validator = package.unpack();
-    recordOf(*validator).qmlOnly = true;
+    recordOf(*validator).desktopFacts.qmlOnly = true;
     recordOf(*validator).failures = 1;
     const CapturedLog log;
     EXPECT_FALSE(validator->validateContent(rules, package.meta()));
@@ -232,8 +232,8 @@ TEST(CheckArch, WarnsOfQmlOnlyPackagesForOneArchitecture) {
     for (const Case& test : cases) {
         SCOPED_TRACE(test.name);
         ContentValidator validator(kMissing);
-        recordOf(validator).qmlOnly = test.qmlOnly;
-        recordOf(validator).archSpecificContent = test.archSpecificContent;
+        recordOf(validator).desktopFacts.qmlOnly = test.qmlOnly;
+        recordOf(validator).binaryFacts.archSpecificContent = test.archSpecificContent;
         const CapturedLog log;
         validator.checkArch(test.meta);
         EXPECT_EQ(log.text(),

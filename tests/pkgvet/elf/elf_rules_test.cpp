@@ -67,10 +67,13 @@ TEST_F(ElfRules, GoodPackageHasNoFinding) {
     package.copy("/usr/share/org.example.app/lib/libown.so.1", library());
     ContentValidatorPrivate record;
     EXPECT_THAT(validate(package, &record), IsEmpty());
-    EXPECT_TRUE(record.mainBinExec && record.archSpecificContent && record.privateSharedObject);
-    EXPECT_TRUE(record.linksPrivateLibrary && record.rpathExists && record.rpathStatus);
-    EXPECT_TRUE(record.mainSymbol && record.mainExport && record.booster);
-    EXPECT_FALSE(record.launcherSpec || record.launcherDesktop);
+    EXPECT_TRUE(record.binaryFacts.mainBinExec && record.binaryFacts.archSpecificContent &&
+                record.binaryFacts.privateSharedObject);
+    EXPECT_TRUE(record.binaryFacts.linksPrivateLibrary && record.binaryFacts.rpathExists &&
+                record.binaryFacts.rpathStatus);
+    EXPECT_TRUE(record.binaryFacts.mainSymbol && record.binaryFacts.mainExport &&
+                record.binaryFacts.booster);
+    EXPECT_FALSE(record.binaryFacts.launcherSpec || record.binaryFacts.launcherDesktop);
 }
 
 TEST_F(ElfRules, BadPackageHasItsFindingsInOrder) {
@@ -92,7 +95,7 @@ TEST_F(ElfRules, BadPackageHasItsFindingsInOrder) {
                     errorLine("[rpath] This rpath in binary is not allowed"),
                     errorLine("[libtessaraapp] Invalid Requires: libtessaraapp-launcher")));
     EXPECT_EQ(record.failures & pkgvet::kViolation, pkgvet::kViolation);
-    EXPECT_TRUE(record.launcherDesktop);
+    EXPECT_TRUE(record.binaryFacts.launcherDesktop);
 }
 
 // What one rule finds is what the next one builds on.
@@ -125,9 +128,9 @@ TEST_F(ElfRules, QmlPackageLacksItsLauncherOnly) {
     EXPECT_THAT(validate(package, &record),
                 ElementsAre(errorLine(
                     "[libtessaraapp] Add Requires: libtessaraapp-launcher to the .spec file")));
-    EXPECT_TRUE(record.launcherSpec);
+    EXPECT_TRUE(record.binaryFacts.launcherSpec);
     EXPECT_THAT(validate(package.tag("Requires: liblumbraapp-launcher"), &record), IsEmpty());
-    EXPECT_FALSE(record.launcherSpec);
+    EXPECT_FALSE(record.binaryFacts.launcherSpec);
 }
 
 }  // namespace

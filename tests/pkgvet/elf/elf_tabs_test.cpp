@@ -126,8 +126,8 @@ TEST_F(ElfTabs, EachOutcome) {
     for (const Case& test : kCases) {
         SCOPED_TRACE(test.name);
         record() = ContentValidatorPrivate();
-        record().unwantedBinExists = true;
-        record().ostrandImport = test.ostrandImport;
+        record().fileFacts.unwantedBinExists = true;
+        record().qmlFacts.ostrandImport = test.ostrandImport;
         EXPECT_EQ(process(binary(test.description)), test.lines);
         expectFlags(test);
         const bool onlyWarns = test.lines.empty() || test.lines == Lines{kMightFail};
@@ -139,7 +139,7 @@ TEST_F(ElfTabs, PackageWithoutAMainBinaryHasNoFinding) {
     for (const Case& test : kCases) {
         SCOPED_TRACE(test.name);
         record() = ContentValidatorPrivate();
-        record().ostrandImport = test.ostrandImport;
+        record().qmlFacts.ostrandImport = test.ostrandImport;
         EXPECT_THAT(process(binary(test.description)), IsEmpty());
         expectFlags(test);
         EXPECT_EQ(record().failures, 0U);
@@ -148,7 +148,7 @@ TEST_F(ElfTabs, PackageWithoutAMainBinaryHasNoFinding) {
 
 TEST_F(ElfTabs, FileThatIsNotThereHasNoSymbols) {
     EXPECT_THAT(process(directory_ / "missing"), IsEmpty());
-    record().unwantedBinExists = true;
+    record().fileFacts.unwantedBinExists = true;
     EXPECT_THAT(process(directory_ / "missing"), ElementsAre(kNotLinked, kMustExport));
 }
 
@@ -176,7 +176,7 @@ TEST_F(ElfTabs, RealPrograms) {
     for (const Program& program : programs) {
         SCOPED_TRACE(program.name);
         record() = ContentValidatorPrivate();
-        record().unwantedBinExists = true;
+        record().fileFacts.unwantedBinExists = true;
         EXPECT_EQ(process(compileElf(directory_, "program", program.source, program.flags)),
                   program.lines);
     }

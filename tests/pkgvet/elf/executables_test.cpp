@@ -64,11 +64,11 @@ protected:
 TEST_F(Executables, PackageWithoutFilesLacksItsMainBinary) {
     EXPECT_THAT(check(), ElementsAre(kNoMainBinary));
     EXPECT_EQ(record().failures, pkgvet::kViolation);
-    EXPECT_FALSE(record().archSpecificContent);
+    EXPECT_FALSE(record().binaryFacts.archSpecificContent);
 }
 
 TEST_F(Executables, QmlPackageNeedsNoMainBinary) {
-    record().qmlOnly = true;
+    record().desktopFacts.qmlOnly = true;
     EXPECT_THAT(check(), IsEmpty());
     EXPECT_EQ(record().failures, 0U);
 }
@@ -77,8 +77,8 @@ TEST_F(Executables, MainBinaryIsFound) {
     file("/usr/bin/foo");
     EXPECT_THAT(check(), IsEmpty());
     EXPECT_TRUE(validator_.mainBinExec());
-    EXPECT_TRUE(record().archSpecificContent);
-    EXPECT_FALSE(record().privateSharedObject);
+    EXPECT_TRUE(record().binaryFacts.archSpecificContent);
+    EXPECT_FALSE(record().binaryFacts.privateSharedObject);
     EXPECT_EQ(record().failures, 0U);
 }
 
@@ -112,7 +112,7 @@ TEST_F(Executables, MainBinaryMustBeAGoodElfFile) {
         EXPECT_EQ(log.lines(),
                   test.good ? Lines() : Lines({badFormat("/usr/bin/foo"), kNoMainBinary}));
         EXPECT_EQ(validator_.mainBinExec(), test.good);
-        EXPECT_EQ(record().archSpecificContent, test.good);
+        EXPECT_EQ(record().binaryFacts.archSpecificContent, test.good);
     }
 }
 
@@ -147,15 +147,15 @@ TEST_F(Executables, PlacesForOtherExecutables) {
                                      badLocation("/usr/share/foo/lib/tool"),
                                      badLocation("/usr/share/foo/start"), kNoMainBinary));
     EXPECT_EQ(record().failures, pkgvet::kViolation);
-    EXPECT_FALSE(record().privateSharedObject);
+    EXPECT_FALSE(record().binaryFacts.privateSharedObject);
 }
 
 TEST_F(Executables, PrivateSharedObjectIsNoted) {
-    record().qmlOnly = true;
+    record().desktopFacts.qmlOnly = true;
     file("/usr/share/foo/lib/libx.so.1");
     EXPECT_THAT(check(), IsEmpty());
-    EXPECT_TRUE(record().privateSharedObject);
-    EXPECT_TRUE(record().archSpecificContent);
+    EXPECT_TRUE(record().binaryFacts.privateSharedObject);
+    EXPECT_TRUE(record().binaryFacts.archSpecificContent);
     EXPECT_FALSE(validator_.mainBinExec());
 }
 
@@ -216,7 +216,7 @@ TEST_F(Executables, NoarchPackageIsWarnedForEachElfFile) {
     file("/usr/bin/foo");
     file("/usr/libexec/foo/tool");
     EXPECT_THAT(check(), ElementsAre(badFormat("/opt/a"), kNotNoarch, kNotNoarch));
-    EXPECT_TRUE(record().archSpecificContent);
+    EXPECT_TRUE(record().binaryFacts.archSpecificContent);
 }
 
 TEST_F(Executables, FileThatIsListedButNotThereIsNone) {
@@ -225,7 +225,7 @@ TEST_F(Executables, FileThatIsListedButNotThereIsNone) {
 }
 
 TEST_F(Executables, MainBinaryOnceFoundStaysFound) {
-    record().mainBinExec = true;
+    record().binaryFacts.mainBinExec = true;
     EXPECT_THAT(check(), IsEmpty());
 }
 

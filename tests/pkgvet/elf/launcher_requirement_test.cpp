@@ -34,7 +34,7 @@ struct Case {
 
 void expectOutcome(const Case& test) {
     ContentValidator validator{std::string()};
-    recordOf(validator).qmlOnly = test.qmlOnly;
+    recordOf(validator).desktopFacts.qmlOnly = test.qmlOnly;
     const CapturedLog log;
     validator.processLiblumbraapp(metaWith(test.requirements));
     EXPECT_EQ(log.lines(), test.lines);
@@ -80,10 +80,10 @@ TEST(LauncherRequirement, SpecStartsAnewWithEachRun) {
     ContentValidator validator{std::string()};
     const CapturedLog log;
     const RpmMeta meta = metaWith({});
-    recordOf(validator).qmlOnly = true;
+    recordOf(validator).desktopFacts.qmlOnly = true;
     validator.processLiblumbraapp(meta);
     EXPECT_TRUE(validator.launcherSpec());
-    recordOf(validator).qmlOnly = false;
+    recordOf(validator).desktopFacts.qmlOnly = false;
     validator.processLiblumbraapp(meta);
     EXPECT_FALSE(validator.launcherSpec());
 }

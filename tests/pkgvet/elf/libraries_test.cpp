@@ -64,7 +64,7 @@ TEST_F(Libraries, MainBinaryThatNeedsNoneHasNoFinding) {
     EXPECT_THAT(checkFile(directory_ / "missing", meta), IsEmpty());
     EXPECT_THAT(checkFile(directory_.write("script", "#!/bin/sh\n"), meta), IsEmpty());
     EXPECT_EQ(record().failures, 0U);
-    EXPECT_FALSE(record().linksPrivateLibrary);
+    EXPECT_FALSE(record().binaryFacts.linksPrivateLibrary);
 }
 
 TEST_F(Libraries, AllowedOnesHaveNoFindingWhereverTheyAre) {
@@ -72,7 +72,7 @@ TEST_F(Libraries, AllowedOnesHaveNoFindingWhereverTheyAre) {
     lists().unstable = {".*"};
     EXPECT_THAT(check({"libone.so.1", "libtwo.so.2"}, {"/usr/share/foo/lib/libone.so.1"}),
                 IsEmpty());
-    EXPECT_FALSE(record().linksPrivateLibrary);
+    EXPECT_FALSE(record().binaryFacts.linksPrivateLibrary);
 }
 
 TEST_F(Libraries, PatternsCoverTheWholeNameWithItsVersion) {
@@ -101,7 +101,7 @@ TEST_F(Libraries, UnstableAndDeprecatedOnesAreWarnedOf) {
         lists().deprecated = test.deprecated;
         EXPECT_EQ(check({foo}, {"/usr/share/foo/lib/libfoo.so.1"}), test.lines);
         EXPECT_EQ(record().failures, 0U);
-        EXPECT_FALSE(record().linksPrivateLibrary);
+        EXPECT_FALSE(record().binaryFacts.linksPrivateLibrary);
     }
 }
 
@@ -158,7 +158,7 @@ TEST_F(Libraries, PlacesForThePackagesOwn) {
         record() = ContentValidatorPrivate();
         const Lines lines = check({test.library}, {test.file});
         EXPECT_EQ(lines, test.found ? Lines() : Lines{error(test.library)});
-        EXPECT_EQ(record().linksPrivateLibrary, test.found);
+        EXPECT_EQ(record().binaryFacts.linksPrivateLibrary, test.found);
         EXPECT_EQ(record().failures, test.found ? 0U : pkgvet::kViolation);
     }
 }
@@ -226,7 +226,7 @@ TEST_F(Libraries, RealProgramLinksItsOwnLibrary) {
     lists().allowed = {"libc\\.so\\.6", "lib(stdc\\+\\+|m|gcc_s|[atu]+san)\\.so\\.[0-9]+"};
     const RpmMeta meta = metaOf(PackageBuilder("foo").ghost("/usr/share/foo/lib/libown.so.1"));
     EXPECT_THAT(checkFile(program, meta), IsEmpty());
-    EXPECT_TRUE(record().linksPrivateLibrary);
+    EXPECT_TRUE(record().binaryFacts.linksPrivateLibrary);
     EXPECT_THAT(checkFile(program, metaOf(PackageBuilder("foo"))),
                 ElementsAre(error("libown.so.1")));
 }

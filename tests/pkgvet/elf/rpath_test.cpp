@@ -152,8 +152,8 @@ TEST_F(Rpath, EachOutcome) {
     for (const Case& test : cases) {
         SCOPED_TRACE(test.name);
         record() = ContentValidatorPrivate();
-        record().qmlOnly = test.qmlOnly;
-        record().linksPrivateLibrary = test.linksPrivateLibrary;
+        record().desktopFacts.qmlOnly = test.qmlOnly;
+        record().binaryFacts.linksPrivateLibrary = test.linksPrivateLibrary;
         EXPECT_EQ(check(test.entry), test.lines);
         EXPECT_EQ(validator_.rpathExists(), test.exists);
         EXPECT_EQ(validator_.rpathStatus(), test.status);
@@ -163,8 +163,8 @@ TEST_F(Rpath, EachOutcome) {
 }
 
 TEST_F(Rpath, StatusOfAnEmptyOneStaysInQmlPackages) {
-    record().qmlOnly = true;
-    record().rpathStatus = true;
+    record().desktopFacts.qmlOnly = true;
+    record().binaryFacts.rpathStatus = true;
     EXPECT_THAT(check(""), IsEmpty());
     EXPECT_TRUE(validator_.rpathStatus());
 }

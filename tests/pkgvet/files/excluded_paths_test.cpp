@@ -176,7 +176,7 @@ TEST(ExcludedPaths, SystemsBinDirectoryIsNotOwned) {
         run.lines,
         ElementsAre(errorLine("[/usr/bin] Direct package ownership of /usr/bin is disallowed")));
     EXPECT_EQ(run.failures, pkgvet::kViolation);
-    EXPECT_TRUE(recordOf(validator).binDirOwned);
+    EXPECT_TRUE(recordOf(validator).fileFacts.binDirOwned);
 }
 
 TEST(ExcludedPaths, OtherBinariesHaveToBeListed) {
@@ -253,8 +253,8 @@ TEST(ExcludedPaths, BadPatternThrowsWhenAPathGetsToIt) {
 
 TEST(ExcludedPaths, SharedPlaceIsThatOfOrganisationAndApplication) {
     ContentValidator validator = validatorOfNothing();
-    recordOf(validator).organizationName = "com.example";
-    recordOf(validator).applicationName = "App";
+    recordOf(validator).desktopFacts.organizationName = "com.example";
+    recordOf(validator).desktopFacts.applicationName = "App";
     const RuleRun run = check(
         validator,
         metaOf(packageWith({kBinary, "/usr/share/common/com.example/App/x",
@@ -268,7 +268,7 @@ TEST(ExcludedPaths, SharedPlaceIsThatOfOrganisationAndApplication) {
 
 TEST(ExcludedPaths, QmlOnlyPackageHasNoBinary) {
     ContentValidator validator = validatorOfNothing();
-    recordOf(validator).qmlOnly = true;
+    recordOf(validator).desktopFacts.qmlOnly = true;
     EXPECT_THAT(check(validator, metaOf(PackageBuilder("app"))).lines, IsEmpty());
     const RuleRun run = check(validator, metaOf(packageWith({kBinary})));
     EXPECT_THAT(run.lines,

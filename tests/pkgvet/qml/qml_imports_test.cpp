@@ -157,7 +157,7 @@ TEST(QmlImports, ToolkitIsReportedForEachLine) {
 
 TEST(QmlImports, ToolkitIsFineInAnApplicationOfItsType) {
     ContentValidator validator = validatorOfNothing();
-    recordOf(validator).ostrandQt5Application = true;
+    recordOf(validator).desktopFacts.ostrandQt5Application = true;
     const RuleRun run = checkText(validator, "import Lumbra.Ostrand 1.0\n");
     EXPECT_THAT(run.lines, IsEmpty());
     EXPECT_TRUE(validator.ostrandImport());
@@ -183,7 +183,7 @@ TEST(QmlImports, ListModelNeverReachesTheLists) {
     });
     ContentValidator validator = validatorOfNothing();
     checkText(validator, "import QtQuick.XmlListModel 2.0");
-    EXPECT_TRUE(recordOf(validator).xmlListModelImport);
+    EXPECT_TRUE(recordOf(validator).qmlFacts.xmlListModelImport);
 }
 
 TEST(QmlImports, PathThatEndsInQmlIsAQmlFile) {

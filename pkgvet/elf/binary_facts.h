@@ -1,0 +1,32 @@
+// What the rules on binaries find out.
+#pragma once
+
+namespace pkgvet {
+
+// Each fact says who writes it and, where that is not the accessor of ContentValidator alone, who
+// reads it.
+struct BinaryFacts {
+    // Written by checkExecutables.
+    bool archSpecificContent = false;  // read by checkArch
+    bool privateSharedObject = false;  // read by nobody
+    bool mainBinExec = false;
+
+    // Written by checkLibraries: the main binary needs a library of the package's own. Read by
+    // checkRpath.
+    bool linksPrivateLibrary = false;
+
+    // Written by checkRpath.
+    bool rpathExists = false;
+    bool rpathStatus = false;
+
+    // Written by processLiblumbraapp.
+    bool launcherDesktop = false;
+    bool launcherSpec = false;
+
+    // Written by processElfTabs.
+    bool mainSymbol = false;
+    bool mainExport = false;
+    bool booster = false;
+};
+
+}  // namespace pkgvet
