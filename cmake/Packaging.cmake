@@ -5,9 +5,20 @@ set(CPACK_PACKAGE_VENDOR "the pkgvet authors")
 set(CPACK_PACKAGE_CONTACT "the pkgvet authors <pkgvet@localhost>")
 set(CPACK_PACKAGE_VERSION "${PROJECT_VERSION}")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "${PROJECT_DESCRIPTION}")
+set(CPACK_RESOURCE_FILE_LICENSE "${PROJECT_SOURCE_DIR}/LICENSE")
 set(CPACK_RESOURCE_FILE_README "${PROJECT_SOURCE_DIR}/README.md")
 set(CPACK_STRIP_FILES ON)
 set(CPACK_VERBATIM_VARIABLES ON)
+
+# Each package carries the licence, under the name that Debian asks for.
+foreach(component IN ITEMS library:libpkgvet${PROJECT_VERSION_MAJOR} development:libpkgvet-dev
+        program:pkgvet)
+  string(REPLACE : ";" component ${component})
+  list(GET component 0 name)
+  list(GET component 1 package)
+  install(FILES "${PROJECT_SOURCE_DIR}/LICENSE" RENAME copyright COMPONENT ${name}
+    DESTINATION "${CMAKE_INSTALL_DATADIR}/doc/${package}")
+endforeach()
 
 # The rule tree is installed with absolute names in it, those of where it will stand in the end.
 set(CPACK_SET_DESTDIR ON)
@@ -47,13 +58,14 @@ set(CPACK_RPM_PACKAGE_RELOCATABLE OFF)
 # Directories that belong to others.
 set(CPACK_RPM_EXCLUDE_FROM_AUTO_FILELIST_ADDITION)
 foreach(directory bin include share share/bash-completion share/bash-completion/completions
+        share/doc
         share/fish share/fish/vendor_completions.d share/man share/man/man1 share/man/man5
         share/zsh share/zsh/site-functions "${CMAKE_INSTALL_LIBDIR}"
         "${CMAKE_INSTALL_LIBDIR}/cmake" "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
   list(APPEND CPACK_RPM_EXCLUDE_FROM_AUTO_FILELIST_ADDITION "/usr/${directory}")
 endforeach()
 set(CPACK_RPM_PACKAGE_RELEASE 1)
-set(CPACK_RPM_PACKAGE_LICENSE "unspecified")
+set(CPACK_RPM_PACKAGE_LICENSE MIT)
 set(CPACK_RPM_LIBRARY_PACKAGE_NAME "${PKGVET_LIBRARY_PACKAGE}")
 set(CPACK_RPM_LIBRARY_PACKAGE_REQUIRES "/usr/bin/rpm2cpio, cpio")
 set(CPACK_RPM_LIBRARY_POST_INSTALL_SCRIPT_FILE "${CMAKE_CURRENT_LIST_DIR}/ldconfig.sh")

@@ -51,12 +51,15 @@ demands() {
 }
 
 for format in deb rpm; do
+    for package in "$work"/*."$format"; do
+        holds "$package" '/usr/share/doc/[a-z0-9-]*/copyright'
+    done
     library=$(echo "$work"/libpkgvet1[-_]"$version"*."$format")
     development=$(echo "$work"/libpkgvet-dev*[-_]"$version"*."$format")
     program=$(echo "$work"/pkgvet[-_]"$version"*."$format")
 
     holds "$library" '/usr/lib[^/]*/libpkgvet\.so\.1' "/usr/lib[^/]*/libpkgvet\.so\.$version"
-    [ "$(contents "$library" | grep -vc build-id)" -eq 2 ] || fail "$library holds more"
+    [ "$(contents "$library" | grep -vc 'build-id')" -eq 3 ] || fail "$library holds more"
     demands "$library" rpm2cpio cpio
 
     holds "$development" '/usr/lib[^/]*/libpkgvet\.so' '/usr/lib[^/]*/pkgconfig/pkgvet\.pc' \
@@ -68,6 +71,11 @@ for format in deb rpm; do
         /usr/share/fish/vendor_completions.d/pkgvet.fish '/usr/share/zsh/[a-z-]*/_pkgvet' \
         /usr/share/pkgvet/rules/pkgvet.json /usr/share/pkgvet/rules/market/requires.json
     contents "$program" | grep -q '/include/\|\.so\|pkgvet-completions' && fail "$program holds more"
+done
+
+for package in "$work"/*.rpm; do
+    [ "$(rpm -qp --nosignature --dbpath "$work/db" --qf '%{LICENSE}' "$package")" = MIT ] ||
+        fail "$package does not name its licence"
 done
 
 demands "$work"/libpkgvet-dev_*.deb "libpkgvet1 (= $version)" libglib2.0-dev
