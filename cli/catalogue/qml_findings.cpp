@@ -17,7 +17,7 @@ constexpr Entry kEntries[] = {
      .example = "[Desktop Entry]\n"
                 "X-Dorrit-Application-Type=ostrand-qt5\n",
      .relatedIds = {"application-type-not-recommended", "application-type-missing"},
-     .composition = {words(kShouldBeOstrandQt5)}},
+     .message = &kShouldBeOstrandQt5},
     {.id = "qml-import-not-allowed",
      .title = "QML file imports what is not allowed",
      .demand = "A module that matches a disallowed pattern of the rule files, as all of the "
@@ -32,7 +32,7 @@ constexpr Entry kEntries[] = {
                 "import QtQuick 2.6\n"
                 "import \"components\"\n",
      .relatedIds = {"qml-import-unstable"},
-     .composition = {kOpen, kSubject, words(kImportNotAllowed)}},
+     .message = &kImportNotAllowed},
     {.id = "qml-import-unstable",
      .severity = Severity::Warning,
      .title = "QML file imports what is unstable or deprecated",
@@ -45,7 +45,7 @@ constexpr Entry kEntries[] = {
      .example = "// In place of import QtQuick 1.1:\n"
                 "import QtQuick 2.6\n",
      .relatedIds = {"qml-import-not-allowed"},
-     .composition = {kOpen, kSubject, words(kImportUnstable)}},
+     .message = &kImportUnstable},
 };
 
 }  // namespace

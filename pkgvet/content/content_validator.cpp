@@ -103,7 +103,8 @@ bool ContentValidator::validateContent(const Configuration& config, const RpmMet
     processLiblumbraapp(meta);
     processPermissions(config, meta, tempDir);
     processElfTabs(mainBinaryPath);
-    return pkgvet::isAccepted(d_ptr->failures, config.validationEnabled());
+    return pkgvet::isAccepted(d_ptr->failures | d_ptr->findings.failures(),
+                              config.validationEnabled());
 }
 
 bool ContentValidator::validateContent(const Configuration& config, const RpmMeta& meta) const {

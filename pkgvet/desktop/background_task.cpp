@@ -3,16 +3,17 @@
 
 #include <algorithm>
 #include <array>
-#include <initializer_list>
 #include <optional>
 #include <string_view>
 
-#include "pkgvet/desktop/background_task_private.h"
 #include "pkgvet/desktop/desktop_messages.h"
+#include "pkgvet/desktop/desktop_rules.h"
 #include "pkgvet/desktop/vocabulary.h"
 #include "pkgvet/pattern/regex.h"
 #include "pkgvet/pattern/rule_pattern.h"
-#include "pkgvet/report/logger.h"
+#include "pkgvet/report/findings.h"
+
+namespace pkgvet {
 
 namespace {
 
@@ -27,13 +28,14 @@ constexpr std::array<std::string_view, 4> kTypes = {"worker", "periodic", "sched
 
 constexpr std::array<std::string_view, 4> kForbiddenPermissions = {"Base", "Audio", "Camera",
                                                                    "Microphone"};
+// Every task has it, so that none is to list it.
 constexpr std::string_view kImplicitPermission = "BaseTask";
 
 constexpr std::array<std::string_view, 4> kInternetSubtypes = {"wifi", "ethernet", "cellular",
                                                                "wifi-or-ethernet"};
 struct Condition {
     std::string_view name;
-    pkgvet::Vocabulary subtypes;
+    Vocabulary subtypes;
 };
 constexpr std::array<Condition, 4> kConditions = {
     {{"internet", kInternetSubtypes}, {"battery-not-low", {}}, {"charging", {}}, {"idle", {}}}};
@@ -41,118 +43,130 @@ constexpr std::array<Condition, 4> kConditions = {
 constexpr char kSuffixSeparator = '.';
 
 Regex plainPattern(std::string_view pattern) {
-    return Regex(pattern, pkgvet::kPlainPattern.compile, pkgvet::kPlainPattern.match);
+    return Regex(pattern, kPlainPattern.compile, kPlainPattern.match);
 }
 
-bool reject(std::initializer_list<std::string_view> pieces) {
-    Logger::log(LogLevel::Error, pieces);
-    return false;
+void checkGroup(const std::string& group, Findings* findings) {
+    if (!plainPattern(kGroupName).match(group)) {
+        findings->violation(kTaskInvalid, {group});
+    }
 }
 
-bool validateGroup(const std::string& group) {
-    return plainPattern(kGroupName).match(group).has_value() ||
-           reject({pkgvet::kTaskInvalid, group});
+void checkType(const std::string& type, Findings* findings) {
+    if (!contains(kTypes, type)) {
+        findings->violation(kTaskTypeUnsupported, {type});
+    }
 }
 
-bool validateType(const std::string& type) {
-    return pkgvet::contains(kTypes, type) || reject({pkgvet::kTaskTypeUnsupported, type});
-}
-
-// The main program, or one beside it that is called by its name, a dot and a word.
-bool validateProgram(const std::string& name, const std::string& packageName) {
+// The main program, or one beside it that is called by its name, a dot and a word. Whether there is
+// such a file is not looked at.
+void checkProgram(const std::string& name, const std::string& packageName, Findings* findings) {
     for (const std::string& candidate :
-         {packageName, std::string(pkgvet::kProgramDirectory) + packageName}) {
+         {packageName, std::string(kProgramDirectory) + packageName}) {
         if (name == candidate) {
-            return true;
+            return;
         }
         if (name.starts_with(candidate + kSuffixSeparator)) {
-            return plainPattern(kProgramSuffix).match(name.substr(candidate.size() + 1)) ||
-                   reject({pkgvet::kExecutableNameInvalid, name});
+            if (!plainPattern(kProgramSuffix).match(name.substr(candidate.size() + 1))) {
+                findings->violation(kExecutableNameInvalid, {name});
+            }
+            return;
         }
     }
-    return reject({pkgvet::kExecutableWrong, name});
+    findings->violation(kExecutableWrong, {name});
 }
 
-bool validateExec(const std::string& exec, const std::string& packageName) {
-    return exec.empty() || validateProgram(exec.substr(0, exec.find(pkgvet::kBlank)), packageName);
+// A task without a program of its own is right.
+void checkExec(const std::string& exec, const std::string& packageName, Findings* findings) {
+    if (!exec.empty()) {
+        checkProgram(exec.substr(0, exec.find(kBlank)), packageName, findings);
+    }
 }
 
-bool validatePermission(const std::string& permission,
-                        const pkgvet::PermissionSet& applicationPermissions) {
-    if (pkgvet::contains(kForbiddenPermissions, permission)) {
-        return reject({pkgvet::kTaskPermissionNotAllowed, permission});
+void checkTaskPermission(const std::string& permission, const Words& applicationPermissions,
+                         Findings* findings) {
+    if (contains(kForbiddenPermissions, permission)) {
+        findings->violation(kTaskPermissionNotAllowed, {permission});
+    } else if (permission == kImplicitPermission) {
+        findings->violation(kTaskPermissionImplicit);
+    } else if (applicationPermissions.count(permission) == 0) {
+        findings->violation(kTaskPermissionNotInApplication, {permission});
     }
-    if (permission == kImplicitPermission) {
-        return reject({pkgvet::kTaskPermissionImplicit});
-    }
-    return applicationPermissions.count(permission) != 0 ||
-           reject({pkgvet::kTaskPermissionNotInApplication, permission});
 }
 
 // The form without a subtype is right for every condition.
-bool validateCondition(const Regex& pattern, const std::string& condition) {
+void checkTaskCondition(const Regex& pattern, const std::string& condition, Findings* findings) {
     const std::optional<MatchInfo> parts = pattern.match(condition);
     if (!parts) {
-        return reject({pkgvet::kConditionInvalid, condition});
+        findings->violation(kConditionInvalid, {condition});
+        return;
     }
     const std::string name = parts->fetch(kConditionGroup).value_or(std::string());
     const auto known =
         std::find_if(kConditions.begin(), kConditions.end(),
                      [&name](const Condition& candidate) { return candidate.name == name; });
     if (known == kConditions.end()) {
-        return reject({pkgvet::kConditionUnknown, name});
+        findings->violation(kConditionUnknown, {name});
+        return;
     }
     const std::optional<std::string> subtype = parts->fetch(kSubtypeGroup);
-    return !subtype || pkgvet::contains(known->subtypes, *subtype) ||
-           reject({pkgvet::kSubtypeUnknownBegin, name, pkgvet::kSubtypeUnknown, *subtype});
+    if (subtype && !contains(known->subtypes, *subtype)) {
+        findings->violation(kSubtypeUnknown, {name, *subtype});
+    }
 }
 
-pkgvet::PermissionSet setOf(const std::vector<std::string>& permissions) {
+Words setOf(const std::vector<std::string>& permissions) {
     return {permissions.begin(), permissions.end()};
 }
 
 }  // namespace
 
-namespace pkgvet {
-
-bool judgeBackgroundTask(const BackgroundTask& task, const std::string& packageName,
-                         const PermissionSet& applicationPermissions) {
-    bool valid = validateGroup(task.group);
-    valid = validateType(task.type) && valid;
-    valid = validateExec(task.exec, packageName) && valid;
-    valid = judgeTaskPermissions(task.permissions, applicationPermissions) && valid;
-    return validateTaskConditions(task.conditions) && valid;
+void checkBackgroundTask(const BackgroundTask& task, const std::string& packageName,
+                         const Words& applicationPermissions, Findings* findings) {
+    checkGroup(task.group, findings);
+    checkType(task.type, findings);
+    checkExec(task.exec, packageName, findings);
+    checkTaskPermissions(task.permissions, applicationPermissions, findings);
+    checkTaskConditions(task.conditions, findings);
 }
 
-bool judgeTaskPermissions(const std::vector<std::string>& taskPermissions,
-                          const PermissionSet& applicationPermissions) {
-    bool valid = true;
+void checkTaskPermissions(const std::vector<std::string>& taskPermissions,
+                          const Words& applicationPermissions, Findings* findings) {
     for (const std::string& permission : taskPermissions) {
-        valid = validatePermission(permission, applicationPermissions) && valid;
+        checkTaskPermission(permission, applicationPermissions, findings);
     }
-    return valid;
+}
+
+// Most tasks have no conditions, and need no pattern compiled.
+void checkTaskConditions(const std::vector<std::string>& conditions, Findings* findings) {
+    if (conditions.empty()) {
+        return;
+    }
+    const Regex pattern = plainPattern(kCondition);
+    for (const std::string& condition : conditions) {
+        checkTaskCondition(pattern, condition, findings);
+    }
 }
 
 }  // namespace pkgvet
 
 bool validateBackgroundTask(const BackgroundTask& task, const std::string& packageName,
                             const std::vector<std::string>& applicationPermissions) {
-    return pkgvet::judgeBackgroundTask(task, packageName, setOf(applicationPermissions));
+    pkgvet::Findings findings;
+    pkgvet::checkBackgroundTask(task, packageName, pkgvet::setOf(applicationPermissions),
+                                &findings);
+    return findings.failures() == 0;
 }
 
 bool validateTaskPermissions(const std::vector<std::string>& taskPermissions,
                              const std::vector<std::string>& applicationPermissions) {
-    return pkgvet::judgeTaskPermissions(taskPermissions, setOf(applicationPermissions));
+    pkgvet::Findings findings;
+    pkgvet::checkTaskPermissions(taskPermissions, pkgvet::setOf(applicationPermissions), &findings);
+    return findings.failures() == 0;
 }
 
 bool validateTaskConditions(const std::vector<std::string>& conditions) {
-    if (conditions.empty()) {
-        return true;
-    }
-    const Regex pattern = plainPattern(kCondition);
-    bool valid = true;
-    for (const std::string& condition : conditions) {
-        valid = validateCondition(pattern, condition) && valid;
-    }
-    return valid;
+    pkgvet::Findings findings;
+    pkgvet::checkTaskConditions(conditions, &findings);
+    return findings.failures() == 0;
 }

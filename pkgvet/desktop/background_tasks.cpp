@@ -1,51 +1,51 @@
 // The rule on the background tasks of an application.
 #include <array>
+#include <string>
 #include <string_view>
+#include <vector>
 
-#include "pkgvet/content/content_validator.h"
-#include "pkgvet/content/content_validator_private.h"
 #include "pkgvet/desktop/background_task.h"
-#include "pkgvet/desktop/background_task_private.h"
 #include "pkgvet/desktop/desktop_entry.h"
+#include "pkgvet/desktop/desktop_facts.h"
 #include "pkgvet/desktop/desktop_messages.h"
-#include "pkgvet/desktop/violation.h"
+#include "pkgvet/desktop/desktop_rules.h"
 #include "pkgvet/desktop/vocabulary.h"
-#include "pkgvet/package/rpm_meta.h"
+#include "pkgvet/report/findings.h"
+
+namespace pkgvet {
 
 namespace {
 
 constexpr std::string_view kConditionsKey = "Conditions";
-constexpr std::array<std::string_view, 4> kTaskKeys = {pkgvet::kTypeKey, pkgvet::kExecKey,
-                                                       pkgvet::kPermissionsKey, kConditionsKey};
+constexpr std::array<std::string_view, 4> kTaskKeys = {kTypeKey, kExecKey, kPermissionsKey,
+                                                       kConditionsKey};
 
-void judgeKeys(const DesktopEntry& entry, const std::string& group,
-               ContentValidatorPrivate* record) {
+void judgeKeys(const DesktopEntry& entry, const std::string& group, Findings* findings) {
     for (const std::string& key : entry.keys(group)) {
-        if (!pkgvet::contains(kTaskKeys, key)) {
-            pkgvet::reportViolation(record,
-                                    {pkgvet::kTaskKeyBegin, key, pkgvet::kTaskKeyDisallowed});
+        if (!contains(kTaskKeys, key)) {
+            findings->violation(kTaskKeyDisallowed, {key});
         }
     }
 }
 
 BackgroundTask readTask(const DesktopEntry& entry, const std::string& group) {
-    return {group, entry.string(group, pkgvet::kTypeKey), entry.string(group, pkgvet::kExecKey),
-            entry.stringList(group, pkgvet::kPermissionsKey),
-            entry.stringList(group, kConditionsKey)};
+    return {group, entry.string(group, kTypeKey), entry.string(group, kExecKey),
+            entry.stringList(group, kPermissionsKey), entry.stringList(group, kConditionsKey)};
 }
 
 }  // namespace
 
-// Without a sandbox section its name is empty, and so are the application's permissions.
-void ContentValidator::processBackgroundTasks(const RpmMeta& meta, const DesktopEntry& entry) {
+// Without a sandbox section the name of the section is empty. So are the application's permissions
+// then, and every permission of a task is reported.
+void processBackgroundTasks(const std::string& packageName, const DesktopEntry& entry,
+                            const DesktopFacts& facts, Findings* findings) {
     const std::vector<std::string> permissions =
-        entry.stringList(d_ptr->desktopFacts.pinfoldGroupName, pkgvet::kPermissionsKey);
-    const pkgvet::PermissionSet applicationPermissions(permissions.begin(), permissions.end());
-    for (const std::string& group : d_ptr->desktopFacts.backgroundTaskGroups) {
-        judgeKeys(entry, group, d_ptr.get());
-        if (!pkgvet::judgeBackgroundTask(readTask(entry, group), meta.name(),
-                                         applicationPermissions)) {
-            d_ptr->failures |= pkgvet::kViolation;
-        }
+        entry.stringList(facts.pinfoldGroupName, kPermissionsKey);
+    const Words applicationPermissions(permissions.begin(), permissions.end());
+    for (const std::string& group : facts.backgroundTaskGroups) {
+        judgeKeys(entry, group, findings);
+        checkBackgroundTask(readTask(entry, group), packageName, applicationPermissions, findings);
     }
 }
+
+}  // namespace pkgvet

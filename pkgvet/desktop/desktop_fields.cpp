@@ -2,92 +2,80 @@
 #include <algorithm>
 #include <regex>
 #include <string>
-#include <string_view>
 #include <unordered_set>
-#include <utility>
 #include <vector>
 
-#include "pkgvet/content/content_validator.h"
-#include "pkgvet/content/content_validator_private.h"
 #include "pkgvet/desktop/desktop_entry.h"
 #include "pkgvet/desktop/desktop_messages.h"
-#include "pkgvet/desktop/violation.h"
+#include "pkgvet/desktop/desktop_rules.h"
+#include "pkgvet/report/findings.h"
+
+namespace pkgvet {
 
 namespace {
 
+// Three digits are accepted too, although the message names six only.
 constexpr const char* kColor = "^#([A-Fa-f0-9]{6}|[A-Fa-f0-9]{3})$";
 
-constexpr std::string_view kFieldSeparator = "/";
-
-// Whether there was nothing to report.
-bool judgeValues(const std::string& group, const std::string& field,
-                 const std::unordered_set<std::string>& values, const DesktopEntry& entry,
-                 ContentValidatorPrivate* record) {
-    bool flawless = true;
+// Whether all values of the list are permitted.
+bool judgeValues(const std::string& group, const std::string& field, const Words& values,
+                 const DesktopEntry& entry, Findings* findings) {
+    bool areAllPermitted = true;
     for (const std::string& value : entry.stringList(group, field)) {
         if (values.count(value) == 0) {
-            flawless = false;
-            pkgvet::reportViolation(record, {pkgvet::kInvalidValue, value, pkgvet::kInGroup, group,
-                                             kFieldSeparator, field, pkgvet::kFieldEnd});
+            areAllPermitted = false;
+            findings->violation(kValueInvalid, {value, group, field});
         }
     }
-    return flawless;
-}
-
-void reportFieldName(const std::string& group, const std::string& field,
-                     ContentValidatorPrivate* record) {
-    pkgvet::reportViolation(
-        record, {pkgvet::kInvalidFieldName, field, pkgvet::kInGroup, group, pkgvet::kGroupEnd});
+    return areAllPermitted;
 }
 
 }  // namespace
 
-void ContentValidator::validateDesktopEntryFieldStringValues(
-    const std::string& group, const std::string& field,
-    const std::unordered_set<std::string>& values, const DesktopEntry& entry) {
-    judgeValues(group, field, values, entry, d_ptr.get());
+void validateDesktopEntryFieldStringValues(const std::string& group, const std::string& field,
+                                           const Words& values, const DesktopEntry& entry,
+                                           Findings* findings) {
+    judgeValues(group, field, values, entry, findings);
 }
 
-// A key that is set a million times comes up a million times, with one and the same value. Where
-// that has no finding, a second look would add nothing but time.
-void ContentValidator::validateDesktopEntryGroupStringFields(
-    const std::string& group,
-    const std::vector<std::pair<std::unordered_set<std::string>, std::unordered_set<std::string>>>&
-        rows,
-    const DesktopEntry& entry) {
-    std::unordered_set<std::string> flawless;
+// A key that is set a million times is listed a million times, each time with its last value. Where
+// that value has no finding, it is not read again, which would only take time.
+void validateDesktopEntryGroupStringFields(const std::string& group,
+                                           const std::vector<FieldRow>& rows,
+                                           const DesktopEntry& entry, Findings* findings) {
+    Words accepted;
     for (const std::string& key : entry.keys(group)) {
-        const auto row = std::find_if(rows.begin(), rows.end(), [&key](const auto& candidate) {
+        const auto row = std::find_if(rows.begin(), rows.end(), [&key](const FieldRow& candidate) {
             return candidate.first.count(key) != 0;
         });
         if (row == rows.end()) {
-            reportFieldName(group, key, d_ptr.get());
-        } else if (flawless.count(key) == 0 &&
-                   judgeValues(group, key, row->second, entry, d_ptr.get())) {
-            flawless.insert(key);
+            findings->violation(kFieldNameInvalid, {key, group});
+        } else if (accepted.count(key) == 0 &&
+                   judgeValues(group, key, row->second, entry, findings)) {
+            accepted.insert(key);
         }
     }
 }
 
-void ContentValidator::validateDesktopEntryFieldColorValue(const std::string& group,
-                                                           const std::string& field,
-                                                           const DesktopEntry& entry) {
+// The other patterns of the desktop rules are GLib's, which would let a line feed stand at the end.
+void validateDesktopEntryFieldColorValue(const std::string& group, const std::string& field,
+                                         const DesktopEntry& entry, Findings* findings) {
     static const std::regex color(kColor);
     const std::string value = entry.string(group, field);
     if (!std::regex_match(value, color)) {
-        pkgvet::reportViolation(d_ptr.get(), {pkgvet::kInvalidValue, value, pkgvet::kInGroup, group,
-                                              kFieldSeparator, field, pkgvet::kColorExpected});
+        findings->violation(kColorInvalid, {value, group, field});
     }
 }
 
-void ContentValidator::validateDesktopEntryGroupColorFields(
-    const std::string& group, const std::unordered_set<std::string>& fields,
-    const DesktopEntry& entry) {
+void validateDesktopEntryGroupColorFields(const std::string& group, const Words& fields,
+                                          const DesktopEntry& entry, Findings* findings) {
     for (const std::string& key : entry.keys(group)) {
         if (fields.count(key) != 0) {
-            validateDesktopEntryFieldColorValue(group, key, entry);
+            validateDesktopEntryFieldColorValue(group, key, entry, findings);
         } else {
-            reportFieldName(group, key, d_ptr.get());
+            findings->violation(kFieldNameInvalid, {key, group});
         }
     }
 }
+
+}  // namespace pkgvet

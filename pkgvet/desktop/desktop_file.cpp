@@ -2,29 +2,23 @@
 // group.
 #include <algorithm>
 #include <array>
-#include <initializer_list>
 #include <string>
 #include <string_view>
-#include <unordered_set>
-#include <utility>
 #include <vector>
 
-#include "pkgvet/content/content_validator.h"
-#include "pkgvet/content/content_validator_private.h"
 #include "pkgvet/desktop/desktop_entry.h"
+#include "pkgvet/desktop/desktop_facts.h"
 #include "pkgvet/desktop/desktop_messages.h"
-#include "pkgvet/desktop/violation.h"
+#include "pkgvet/desktop/desktop_rules.h"
 #include "pkgvet/desktop/vocabulary.h"
-#include "pkgvet/package/rpm_meta.h"
 #include "pkgvet/pattern/regex.h"
 #include "pkgvet/pattern/rule_pattern.h"
-#include "pkgvet/report/logger.h"
+#include "pkgvet/report/findings.h"
 #include "pkgvet/rules/configuration.h"
 
-namespace {
+namespace pkgvet {
 
-using pkgvet::kRulePattern;
-using pkgvet::reportViolation;
+namespace {
 
 const std::string kApplicationGroup = "X-Tessara-Application";
 const std::string kSplashScreenGroup = "X-Tessara-SplashScreen";
@@ -36,21 +30,19 @@ constexpr std::array<std::string_view, 2> kBackgroundTaskPrefixes = {"X-Task ", 
 constexpr std::string_view kShareMethodsKey = "X-Share-Methods";
 constexpr std::string_view kApplicationTypeKey = "X-Dorrit-Application-Type";
 
-// Not anchored: one printable character among any others is enough, so that a name with accents
-// passes.
+// Not anchored: one printable ASCII character among any others is enough, so that a name with
+// accents passes.
 constexpr std::string_view kPrintable = "[ -~]*";
 
 constexpr std::string_view kApplicationType = "Application";
+// The recommended type is not one of the known types.
 constexpr std::string_view kRecommendedType = "ostrand-qt5";
 constexpr std::array<std::string_view, 4> kKnownTypes = {"no-invoker", "generic", "qtquick2",
                                                          "qt5"};
 
 constexpr std::array<std::string_view, 2> kQmlLaunchers = {"lumbra-qml ", "tessara-qml "};
 
-using Words = std::unordered_set<std::string>;
-using Rows = std::vector<std::pair<Words, Words>>;
-
-Rows applicationFields() {
+std::vector<FieldRow> applicationFields() {
     return {{{"Orientation", "SmallScreenOrientation", "MediumScreenOrientation",
               "LargeScreenOrientation", "ExtraLargeScreenOrientation"},
              {"None", "All", "PortraitMask", "LandscapeMask", "Portrait", "Landscape",
@@ -62,127 +54,137 @@ Words splashScreenFields() {
     return {"GradientStartColor", "GradientEndColor"};
 }
 
-bool startsWithAny(const std::string& text, pkgvet::Vocabulary prefixes) {
+bool startsWithAny(const std::string& text, Vocabulary prefixes) {
     return std::any_of(prefixes.begin(), prefixes.end(),
                        [&text](std::string_view prefix) { return text.starts_with(prefix); });
 }
 
+// The sections that the rule on the sandbox warns of or rejects are permitted here.
 Words permittedGroups(const DesktopEntry& entry) {
-    Words groups = {std::string(pkgvet::kDesktopEntryGroup),
-                    std::string(pkgvet::kApplicationSection),
-                    std::string(pkgvet::kDeprecatedSection),
-                    std::string(pkgvet::kDisallowedSection),
+    Words groups = {std::string(kDesktopEntryGroup),
+                    std::string(kApplicationSection),
+                    std::string(kDeprecatedSection),
+                    std::string(kDisallowedSection),
                     kApplicationGroup,
                     kSplashScreenGroup};
-    for (const std::string& method :
-         entry.stringList(pkgvet::kDesktopEntryGroup, kShareMethodsKey)) {
+    for (const std::string& method : entry.stringList(kDesktopEntryGroup, kShareMethodsKey)) {
         groups.insert(std::string(kShareMethodPrefix) + method);
     }
     return groups;
 }
 
-// A bare prefix counts as a background task too.
-void judgeGroups(const DesktopEntry& entry, ContentValidatorPrivate* record) {
+// A bare prefix counts as a background task too: the rule on those reports its name.
+void judgeGroups(const DesktopEntry& entry, DesktopFacts* facts, Findings* findings) {
     const Words permitted = permittedGroups(entry);
     for (const std::string& group : entry.groups()) {
         if (permitted.count(group) != 0) {
             continue;
         }
         if (startsWithAny(group, kBackgroundTaskPrefixes)) {
-            record->desktopFacts.backgroundTaskGroups.push_back(group);
+            facts->backgroundTaskGroups.push_back(group);
         } else {
-            reportViolation(record, {pkgvet::kGroupBegin, group, pkgvet::kGroupDisallowed});
+            findings->violation(kGroupDisallowed, {group});
         }
     }
 }
 
-void readName(const std::string& name, ContentValidatorPrivate* record) {
-    record->desktopFacts.desktopName = !name.empty();
-    const bool printable =
-        Regex::matchSimple(kPrintable, name, kRulePattern.compile, kRulePattern.match);
-    if (record->desktopFacts.desktopName) {
-        record->desktopFacts.desktopNameIllegal = !printable;
+void readName(const std::string& name, DesktopFacts* facts) {
+    facts->desktopName = !name.empty();
+    if (facts->desktopName) {
+        facts->desktopNameIllegal =
+            !Regex::matchSimple(kPrintable, name, kRulePattern.compile, kRulePattern.match);
     }
 }
 
 // A program in one of its forms, alone or with arguments behind a blank.
 bool isAcceptedExec(const std::string& exec, const std::string& packageName) {
     const std::array<std::string, 4> candidates = {
-        packageName, std::string(pkgvet::kProgramDirectory) + packageName,
+        packageName, std::string(kProgramDirectory) + packageName,
         std::string(kQmlLaunchers[0]) + packageName, std::string(kQmlLaunchers[1]) + packageName};
     return std::any_of(candidates.begin(), candidates.end(), [&exec](const std::string& candidate) {
-        return exec == candidate || exec.starts_with(candidate + pkgvet::kBlank);
+        return exec == candidate || exec.starts_with(candidate + kBlank);
     });
 }
 
-void readExec(const std::string& exec, const std::string& packageName,
-              ContentValidatorPrivate* record) {
+void readExec(const std::string& exec, const std::string& packageName, DesktopFacts* facts,
+              Findings* findings) {
     if (!isAcceptedExec(exec, packageName)) {
         return;
     }
-    record->desktopFacts.desktopExec = true;
+    facts->desktopExec = true;
     if (startsWithAny(exec, kQmlLaunchers)) {
-        record->desktopFacts.qmlOnly = true;
-        Logger::log(LogLevel::Info, {pkgvet::kIsQmlOnly});
+        facts->qmlOnly = true;
+        findings->info(kIsQmlOnly);
     }
 }
 
-void judgeApplicationType(const std::string& type, ContentValidatorPrivate* record) {
-    record->desktopFacts.ostrandQt5Application = type == kRecommendedType;
-    record->desktopFacts.knownApplicationType = pkgvet::contains(kKnownTypes, type);
-    if (record->desktopFacts.ostrandQt5Application) {
+void judgeApplicationType(const std::string& type, DesktopFacts* facts, Findings* findings) {
+    facts->ostrandQt5Application = type == kRecommendedType;
+    facts->knownApplicationType = contains(kKnownTypes, type);
+    if (facts->ostrandQt5Application) {
         return;
     }
-    if (record->desktopFacts.qmlOnly) {
-        reportViolation(record, {pkgvet::kQmlOnlyTypeWrong});
-    } else if (record->desktopFacts.knownApplicationType) {
-        Logger::log(LogLevel::Warning, {pkgvet::kTypeNotRecommended});
+    if (facts->qmlOnly) {
+        findings->violation(kQmlOnlyTypeWrong);
+    } else if (facts->knownApplicationType) {
+        findings->warning(kTypeNotRecommended);
     } else {
-        reportViolation(record, {pkgvet::kTypeNotDeclared});
+        findings->violation(kTypeNotDeclared);
     }
 }
 
-void reportKeys(const std::string& packageName, ContentValidatorPrivate* record) {
-    const auto demand = [record](bool met, std::initializer_list<std::string_view> pieces) {
-        if (!met) {
-            reportViolation(record, pieces);
-        }
-    };
-    demand(record->desktopFacts.desktopName, {pkgvet::kNameMissing});
-    demand(!record->desktopFacts.desktopNameIllegal, {pkgvet::kNameIllegal});
-    demand(record->desktopFacts.desktopIcon, {pkgvet::kIconMissing, packageName});
-    demand(record->desktopFacts.desktopExec, {pkgvet::kExecMissing});
-    demand(record->desktopFacts.desktopType, {pkgvet::kTypeMissing});
+// These lines follow that on the type, although the keys were read ahead of it.
+void reportKeys(const std::string& packageName, const DesktopFacts& facts, Findings* findings) {
+    if (!facts.desktopName) {
+        findings->violation(kNameMissing);
+    }
+    if (facts.desktopNameIllegal) {
+        findings->violation(kNameIllegal);
+    }
+    if (!facts.desktopIcon) {
+        findings->violation(kIconMissing, {packageName});
+    }
+    if (!facts.desktopExec) {
+        findings->violation(kExecMissing);
+    }
+    if (!facts.desktopType) {
+        findings->violation(kTypeMissing);
+    }
 }
 
 }  // namespace
 
-void ContentValidator::checkDesktop(const Configuration& configuration, const RpmMeta& meta,
-                                    const std::string& desktopPath) {
-    const std::vector<std::string>& paths = meta.paths();
-    d_ptr->desktopFacts.desktop = std::find(paths.begin(), paths.end(), desktopPath) != paths.end();
-    if (d_ptr->desktopFacts.desktop) {
+void checkDesktop(const std::vector<std::string>& paths, const std::string& desktopPath,
+                  const Configuration& configuration, DesktopFacts* facts, Findings* findings) {
+    facts->desktop = std::find(paths.begin(), paths.end(), desktopPath) != paths.end();
+    if (facts->desktop) {
         return;
     }
     if (configuration.desktopRequirement()) {
-        reportViolation(d_ptr.get(), {pkgvet::kDesktopFileMissing});
+        findings->violation(kDesktopFileMissing);
     } else {
-        Logger::log(LogLevel::Warning, {pkgvet::kDesktopFileMissingIsTolerated});
+        findings->warning(kDesktopFileMissingIsTolerated);
     }
 }
 
-void ContentValidator::processDesktopFile(const RpmMeta& meta, const DesktopEntry& entry) {
-    judgeGroups(entry, d_ptr.get());
-    readName(entry.name(), d_ptr.get());
-    d_ptr->desktopFacts.desktopIcon = entry.icon() == meta.name();
-    d_ptr->desktopFacts.desktopType = entry.type() == kApplicationType;
-    readExec(entry.exec(), meta.name(), d_ptr.get());
-    judgeApplicationType(entry.desktopEntryString(kApplicationTypeKey), d_ptr.get());
-    reportKeys(meta.name(), d_ptr.get());
+// A file that cannot be read is like an empty one: all of its keys are reported as missing.
+void processDesktopFile(const std::string& packageName, const DesktopEntry& entry,
+                        DesktopFacts* facts, Findings* findings) {
+    judgeGroups(entry, facts, findings);
+    readName(entry.name(), facts);
+    facts->desktopIcon = entry.icon() == packageName;
+    facts->desktopType = entry.type() == kApplicationType;
+    readExec(entry.exec(), packageName, facts, findings);
+    judgeApplicationType(entry.desktopEntryString(kApplicationTypeKey), facts, findings);
+    reportKeys(packageName, *facts, findings);
     if (entry.hasGroup(kSplashScreenGroup)) {
-        validateDesktopEntryGroupColorFields(kSplashScreenGroup, splashScreenFields(), entry);
+        validateDesktopEntryGroupColorFields(kSplashScreenGroup, splashScreenFields(), entry,
+                                             findings);
     }
     if (entry.hasGroup(kApplicationGroup)) {
-        validateDesktopEntryGroupStringFields(kApplicationGroup, applicationFields(), entry);
+        validateDesktopEntryGroupStringFields(kApplicationGroup, applicationFields(), entry,
+                                              findings);
     }
 }
+
+}  // namespace pkgvet

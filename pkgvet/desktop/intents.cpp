@@ -6,22 +6,27 @@
 #include <string_view>
 
 #include "pkgvet/desktop/desktop_messages.h"
+#include "pkgvet/desktop/desktop_rules.h"
 #include "pkgvet/desktop/vocabulary.h"
 #include "pkgvet/pattern/regex.h"
 #include "pkgvet/pattern/rule_pattern.h"
-#include "pkgvet/report/logger.h"
+#include "pkgvet/report/findings.h"
+
+namespace pkgvet {
 
 namespace {
 
-// Behind "X-" the match may not fall back to reading the "X" as the capital of a plain name. No
-// repetition gives back what it took: what may follow one never stands in its class, so the answers
-// are the same, and a flag list made to have them try every division costs no time.
+// Behind "X-" the match may not fall back to reading the "X" as the capital of a plain name. The
+// repetitions are possessive. What may follow one of them never stands in its class, so the answers
+// are the same as with greedy ones, but a list of flags that is made to have the engine try every
+// division of it takes no time.
 constexpr std::string_view kIntent = R"(^((?:X-)?(*COMMIT)[A-Z][A-Za-z0-9-]++))"
                                      R"((?:\/[A-Za-z][A-Za-z0-9-]++)?)"
                                      R"((?::(?:\|?([A-Za-z][A-Za-z0-9-]++))++)?$)";
 
 constexpr int kNameGroup = 1;
-// A group inside a repetition holds what its last round matched: of a list the last flag.
+// A group inside a repetition holds what its last round matched: of a list of flags the last one.
+// The others are not looked at.
 constexpr int kFirstFlagGroup = 2;
 
 constexpr std::array<std::string_view, 2> kStandardNames = {"Start", "OpenURI"};
@@ -29,46 +34,50 @@ constexpr std::string_view kCustomPrefix = "X-";
 constexpr std::array<std::string_view, 1> kKnownFlags = {"gui"};
 
 bool isPermittedName(const std::string& name) {
-    return pkgvet::contains(kStandardNames, name) || name.starts_with(kCustomPrefix);
+    return contains(kStandardNames, name) || name.starts_with(kCustomPrefix);
 }
 
-bool validateFlags(const MatchInfo& intent) {
-    bool valid = true;
+void checkFlags(const MatchInfo& intent, Findings* findings) {
     int group = kFirstFlagGroup;
     for (auto flag = intent.fetch(group); flag; flag = intent.fetch(++group)) {
-        if (!pkgvet::contains(kKnownFlags, *flag)) {
-            Logger::log(LogLevel::Error, {pkgvet::kIntentFlagUnknown, *flag});
-            valid = false;
+        if (!contains(kKnownFlags, *flag)) {
+            findings->violation(kIntentFlagUnknown, {*flag});
         }
     }
-    return valid;
 }
 
-bool validateIntent(const Regex& pattern, const std::string& specification) {
+// The first finding on an element is its last.
+void checkIntent(const Regex& pattern, const std::string& specification, Findings* findings) {
     const std::optional<MatchInfo> intent = pattern.match(specification);
     if (!intent) {
-        Logger::log(LogLevel::Error, {pkgvet::kIntentInvalid, specification});
-        return false;
+        findings->violation(kIntentInvalid, {specification});
+        return;
     }
     const std::optional<std::string> name = intent->fetch(kNameGroup);
     if (!name) {
-        Logger::log(LogLevel::Error, {pkgvet::kIntentNameMissing, specification});
-        return false;
+        findings->violation(kIntentNameMissing, {specification});
+        return;
     }
     if (!isPermittedName(*name)) {
-        Logger::log(LogLevel::Error, {pkgvet::kIntentNotStandard, *name});
-        return false;
+        findings->violation(kIntentNotStandard, {*name});
+        return;
     }
-    return validateFlags(*intent);
+    checkFlags(*intent, findings);
 }
 
 }  // namespace
 
-bool validateIntents(const std::vector<std::string>& specifications) {
-    const Regex pattern(kIntent, pkgvet::kPlainPattern.compile, pkgvet::kPlainPattern.match);
-    bool valid = true;
+void checkIntents(const std::vector<std::string>& specifications, Findings* findings) {
+    const Regex pattern(kIntent, kPlainPattern.compile, kPlainPattern.match);
     for (const std::string& specification : specifications) {
-        valid = validateIntent(pattern, specification) && valid;
+        checkIntent(pattern, specification, findings);
     }
-    return valid;
+}
+
+}  // namespace pkgvet
+
+bool validateIntents(const std::vector<std::string>& specifications) {
+    pkgvet::Findings findings;
+    pkgvet::checkIntents(specifications, &findings);
+    return findings.failures() == 0;
 }

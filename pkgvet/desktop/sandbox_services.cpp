@@ -10,8 +10,8 @@
 #include <cstring>
 #include <iostream>
 
-#include "pkgvet/content/content_validator_private.h"
 #include "pkgvet/desktop/desktop_entry.h"
+#include "pkgvet/desktop/desktop_facts.h"
 #include "pkgvet/desktop/desktop_messages.h"
 #include "pkgvet/desktop/vocabulary.h"
 
@@ -19,6 +19,7 @@ namespace pkgvet {
 
 namespace {
 
+// Whether the service is to start by itself is a key too, but says nothing of the service.
 constexpr std::array<std::string_view, 3> kCountedKeys = {kSystemServiceKey, kSystemServiceUserKey,
                                                           kSystemServiceGroupKey};
 
@@ -28,13 +29,13 @@ constexpr std::string_view kSystemServiceGroup = "privileged";
 // realpath writes up to as much, with the terminating NUL.
 using PathBuffer = std::array<char, PATH_MAX>;
 
-// Where path leads to. Where it leads nowhere, the part that did resolve, as realpath leaves it,
-// and a remark straight to standard error: it is no finding.
+// Where path leads to. Where it leads nowhere, the part that was resolved, as realpath leaves it in
+// the buffer, and a remark. The remark is not a finding, so it goes to standard error itself.
 std::string resolve(const std::string& path) {
     PathBuffer buffer{};
     if (realpath(path.c_str(), buffer.data()) == nullptr) {
         const char* reason = std::strerror(errno);
-        std::cerr << kDBusPathError << reason << std::endl;
+        std::cerr << kDBusPathErrorWords << reason << std::endl;
     }
     return buffer.data();
 }
@@ -45,7 +46,8 @@ std::string programOf(const std::string& launchLine) {
 }
 
 // A line below "/usr/bin/" is judged by its text and needs no file; any other counts only through
-// where it leads.
+// where it leads. There the directory may stand anywhere in the path, even as the beginning of a
+// longer name.
 bool isCorrectDBusService(const std::string& launchLine, const std::string& resolvedProgram,
                           const std::string& packageName) {
     const std::string program = std::string(kProgramDirectory) + packageName;
@@ -57,34 +59,34 @@ bool isCorrectDBusService(const std::string& launchLine, const std::string& reso
 }  // namespace
 
 void judgeDBusService(const DesktopEntry& entry, const std::string& packageName,
-                      const std::string& tempDir, ContentValidatorPrivate* record) {
-    if (!entry.hasKey(record->desktopFacts.pinfoldGroupName, kExecDBusKey)) {
+                      const std::string& tempDir, DesktopFacts* facts) {
+    const std::string& section = facts->pinfoldGroupName;
+    if (!entry.hasKey(section, kExecDBusKey)) {
         return;
     }
-    record->desktopFacts.dbusError = record->desktopFacts.dbusWarning;
-    const std::string launchLine =
-        entry.string(record->desktopFacts.pinfoldGroupName, kExecDBusKey);
+    facts->dbusError = facts->dbusWarning;
+    const std::string launchLine = entry.string(section, kExecDBusKey);
     const std::string resolvedProgram = resolve(tempDir + programOf(launchLine));
-    record->desktopFacts.correctDbus =
-        isCorrectDBusService(launchLine, resolvedProgram, packageName);
+    facts->correctDbus = isCorrectDBusService(launchLine, resolvedProgram, packageName);
 }
 
+// An incomplete description is reported as such and judged no further.
 void judgeSystemService(const DesktopEntry& entry, const std::string& packageName,
-                        ContentValidatorPrivate* record) {
-    const std::string& section = record->desktopFacts.pinfoldGroupName;
+                        DesktopFacts* facts) {
+    const std::string& section = facts->pinfoldGroupName;
     const auto present =
         std::count_if(kCountedKeys.begin(), kCountedKeys.end(),
                       [&](std::string_view key) { return entry.hasKey(section, key); });
-    const bool complete = present == static_cast<std::ptrdiff_t>(kCountedKeys.size());
-    record->desktopFacts.incompleteSystemService = present > 0 && !complete;
-    if (!complete) {
+    const bool isComplete = present == static_cast<std::ptrdiff_t>(kCountedKeys.size());
+    facts->incompleteSystemService = present > 0 && !isComplete;
+    if (!isComplete) {
         return;
     }
-    record->desktopFacts.dbusError = record->desktopFacts.dbusWarning;
-    record->desktopFacts.correctSystemService =
+    facts->dbusError = facts->dbusWarning;
+    facts->correctSystemService =
         entry.string(section, kSystemServiceKey)
             .starts_with(std::string(kPrivateProgramDirectory) + packageName + "/");
-    record->desktopFacts.correctSystemServiceAccount =
+    facts->correctSystemServiceAccount =
         entry.string(section, kSystemServiceUserKey) == kSystemServiceUser &&
         entry.string(section, kSystemServiceGroupKey) == kSystemServiceGroup;
 }

@@ -1,28 +1,26 @@
 // The rule on what the package's QML files import.
 #include <algorithm>
+#include <iterator>
 #include <optional>
-#include <regex>
 #include <set>
 #include <string>
 #include <string_view>
 #include <unordered_set>
 #include <vector>
 
-#include "pkgvet/content/content_validator.h"
-#include "pkgvet/content/content_validator_private.h"
-#include "pkgvet/package/rpm_meta.h"
 #include "pkgvet/pattern/pattern_list.h"
 #include "pkgvet/pattern/regex.h"
 #include "pkgvet/pattern/rule_pattern.h"
 #include "pkgvet/qml/line_reader.h"
+#include "pkgvet/qml/qml_facts.h"
 #include "pkgvet/qml/qml_messages.h"
-#include "pkgvet/report/logger.h"
+#include "pkgvet/qml/qml_rules.h"
+#include "pkgvet/report/findings.h"
 #include "pkgvet/rules/configuration.h"
 
-namespace {
+namespace pkgvet {
 
-using pkgvet::kTextPattern;
-using pkgvet::PatternList;
+namespace {
 
 constexpr std::string_view kQmlPattern = R"(.*\.qml$)";
 
@@ -30,14 +28,14 @@ constexpr std::string_view kQmlPattern = R"(.*\.qml$)";
 constexpr std::string_view kOstrandPattern = R"(^import Lumbra\.Ostrand 1\.0)";
 constexpr std::string_view kXmlListModelPattern = R"(^import QtQuick\.XmlListModel)";
 
-// A quoted text goes on to the last quote of the line. An import without a version is none, and of
-// two on one line only the first is seen. The group at the end may be absent, so it rules out
-// nothing.
+// A quoted text goes on to the last quote of the line. An import without a version does not match,
+// and of two imports on one line only the first is seen. The group at the end may be absent, so
+// that it rules out nothing.
 constexpr std::string_view kImportPattern =
     R"(^[\s;]*import\s+(\".+\"|\S+\s+\d+(?:\.\d+)*)(?:as\s.+|\/\/.*)?)";
 constexpr int kImportText = 1;
 
-// The first word alone: a quoted text with a blank inside is no quoted import.
+// Tried on the first word alone: a quoted text with a blank inside is treated like a module.
 constexpr std::string_view kQuotedPattern = R"(^\".*\"$)";
 
 // Every pattern on a line demands this word, and looking for it is cheap.
@@ -46,6 +44,9 @@ constexpr std::string_view kImportWord = "import";
 constexpr std::string_view kWhiteSpace = " \t\n\v\f\r";
 constexpr std::string_view kParentDirectory = "../";
 constexpr const char* kQmlDirectory = "/qml/";
+
+// The texts of imports in byte order, each once.
+using Imports = std::set<std::string>;
 
 Regex textPattern(std::string_view text) {
     return Regex(text, kTextPattern.compile, kTextPattern.match);
@@ -56,120 +57,12 @@ std::string_view firstWord(std::string_view text) {
     return text.substr(0, text.find_first_of(kWhiteSpace));
 }
 
-// One run over the imports of a package. Import texts are kept in byte order, each once.
-class ImportCheck {
-public:
-    ImportCheck(ContentValidatorPrivate& record, const Configuration& configuration,
-                const RpmMeta& rpm)
-        : record_(record), configuration_(configuration), rpm_(rpm) {}
-
-    void read(const std::vector<std::string>& qmlFiles);
-    void resolveQuotedImports();
-    void filter();
-    void judge();
-
-private:
-    void noteOstrandImport();
-    void reportNotAllowed(const std::string& imp);
-
-    ContentValidatorPrivate& record_;
-    const Configuration& configuration_;
-    const RpmMeta& rpm_;
-
-    std::set<std::string> imports_;
-    std::vector<std::string> packagedImports_;
-    std::vector<std::string> suspects_;
-};
-
-void ImportCheck::read(const std::vector<std::string>& qmlFiles) {
-    const Regex ostrandPattern = textPattern(kOstrandPattern);
-    const Regex xmlListModelPattern = textPattern(kXmlListModelPattern);
-    const Regex importPattern = textPattern(kImportPattern);
-    std::string line;
-    for (const std::string& file : qmlFiles) {
-        pkgvet::LineReader reader(file);
-        while (reader.next(&line)) {
-            if (line.find(kImportWord) == std::string::npos) {
-                continue;
-            }
-            if (ostrandPattern.match(line)) {
-                noteOstrandImport();
-            } else if (xmlListModelPattern.match(line)) {
-                record_.qmlFacts.xmlListModelImport = true;
-            } else if (const std::optional<MatchInfo> match = importPattern.match(line)) {
-                imports_.insert(match->fetch(kImportText).value());
-            }
-        }
-    }
-}
-
-// Neither this import nor that of the XML list model reaches the lists.
-void ImportCheck::noteOstrandImport() {
-    record_.qmlFacts.ostrandImport = true;
-    if (!record_.desktopFacts.ostrandQt5Application) {
-        Logger::log(LogLevel::Warning, {pkgvet::kShouldBeOstrandQt5});
-    }
-}
-
-// Relative to the package's QML directory, whichever file holds the import. One step up is undone,
-// a second one stays in the text and leads nowhere.
-void ImportCheck::resolveQuotedImports() {
-    const Regex quotedPattern = textPattern(kQuotedPattern);
-    const std::string base = configuration_.shareDir() + rpm_.name() + kQmlDirectory;
-    const std::unordered_set<std::string> paths(rpm_.paths().begin(), rpm_.paths().end());
-    for (const std::string& imp : imports_) {
-        const std::string_view word = firstWord(imp);
-        if (!quotedPattern.match(word)) {
-            continue;
-        }
-        std::string_view rel = word.substr(1, word.size() - 2);
-        if (rel.starts_with('/')) {
-            reportNotAllowed(imp);
-            continue;
-        }
-        if (rel.starts_with(kParentDirectory)) {
-            rel.remove_prefix(kParentDirectory.size());
-        }
-        if (paths.count(base + std::string(rel)) != 0) {
-            packagedImports_.push_back(imp);
-        }
-    }
-}
-
-// The packaged imports serve as patterns, quotes and all, so that one with an opening parenthesis
-// does not match itself or is a bad pattern.
-void ImportCheck::filter() {
-    PatternList packaged(packagedImports_);
-    PatternList allowed(configuration_.allowedQmlimports());
-    std::copy_if(
-        imports_.begin(), imports_.end(), std::back_inserter(suspects_),
-        [&](const std::string& imp) { return !packaged.matches(imp) && !allowed.matches(imp); });
-}
-
-// An import on no list at all passes without a word, unlike a library.
-void ImportCheck::judge() {
-    PatternList unstable(configuration_.unstableQmlimports());
-    PatternList deprecated(configuration_.deprecatedQmlimports());
-    PatternList disallowed(configuration_.disallowedPatterns());
-    for (const std::string& imp : suspects_) {
-        if (unstable.matches(imp) || deprecated.matches(imp)) {
-            Logger::log(LogLevel::Warning, {"[", imp, pkgvet::kImportUnstable});
-        } else if (disallowed.matches(imp)) {
-            reportNotAllowed(imp);
-        }
-    }
-}
-
-void ImportCheck::reportNotAllowed(const std::string& imp) {
-    record_.failures |= pkgvet::kViolation;
-    Logger::log(LogLevel::Error, {"[", imp, pkgvet::kImportNotAllowed});
-}
-
-// By the name in the package alone; a directory of such a name has no lines.
-std::vector<std::string> qmlFilesOf(const RpmMeta& rpm, const std::string& root) {
+// Chosen by the name in the package alone; a directory of such a name has no lines.
+std::vector<std::string> qmlFilesOf(const std::vector<std::string>& paths,
+                                    const std::string& root) {
     const Regex qmlPattern = textPattern(kQmlPattern);
     std::vector<std::string> qmlFiles;
-    for (const std::string& path : rpm.paths()) {
+    for (const std::string& path : paths) {
         if (qmlPattern.match(path)) {
             qmlFiles.push_back(root + path);
         }
@@ -177,18 +70,107 @@ std::vector<std::string> qmlFilesOf(const RpmMeta& rpm, const std::string& root)
     return qmlFiles;
 }
 
+// Text is not understood: an import in a comment of several lines counts. Neither the import of the
+// toolkit nor that of the XML list model reaches the lists.
+Imports readImports(const std::vector<std::string>& qmlFiles, bool isOstrandQt5Application,
+                    QmlFacts* facts, Findings* findings) {
+    const Regex ostrandPattern = textPattern(kOstrandPattern);
+    const Regex xmlListModelPattern = textPattern(kXmlListModelPattern);
+    const Regex importPattern = textPattern(kImportPattern);
+    Imports imports;
+    std::string line;
+    for (const std::string& file : qmlFiles) {
+        LineReader reader(file);
+        while (reader.next(&line)) {
+            if (line.find(kImportWord) == std::string::npos) {
+                continue;
+            }
+            if (ostrandPattern.match(line)) {
+                facts->ostrandImport = true;
+                if (!isOstrandQt5Application) {
+                    findings->warning(kShouldBeOstrandQt5);
+                }
+            } else if (xmlListModelPattern.match(line)) {
+                facts->xmlListModelImport = true;
+            } else if (const std::optional<MatchInfo> match = importPattern.match(line)) {
+                imports.insert(match->fetch(kImportText).value());
+            }
+        }
+    }
+    return imports;
+}
+
+// The quoted imports that lead to a file of the package. They are resolved in base, the package's
+// QML directory, whichever file holds them. One step up is undone, a second one stays in the text
+// and leads nowhere. An absolute path is reported here, and once more where the lists forbid it.
+std::vector<std::string> packagedImports(const Imports& imports, const std::string& base,
+                                         const std::vector<std::string>& paths,
+                                         Findings* findings) {
+    const Regex quotedPattern = textPattern(kQuotedPattern);
+    const std::unordered_set<std::string> known(paths.begin(), paths.end());
+    std::vector<std::string> packaged;
+    for (const std::string& text : imports) {
+        const std::string_view word = firstWord(text);
+        if (!quotedPattern.match(word)) {
+            continue;
+        }
+        std::string_view relative = word.substr(1, word.size() - 2);
+        if (relative.starts_with('/')) {
+            findings->violation(kImportNotAllowed, {text});
+            continue;
+        }
+        if (relative.starts_with(kParentDirectory)) {
+            relative.remove_prefix(kParentDirectory.size());
+        }
+        if (known.count(base + std::string(relative)) != 0) {
+            packaged.push_back(text);
+        }
+    }
+    return packaged;
+}
+
+// The imports that are neither packaged nor allowed. The packaged ones serve as patterns, quotes
+// and all, so that one with an opening parenthesis does not match itself or is a bad pattern.
+std::vector<std::string> suspectsAmong(const Imports& imports,
+                                       const std::vector<std::string>& packagedImports,
+                                       const Configuration& configuration) {
+    PatternList packaged(packagedImports);
+    PatternList allowed(configuration.allowedQmlimports());
+    std::vector<std::string> suspects;
+    std::copy_if(
+        imports.begin(), imports.end(), std::back_inserter(suspects),
+        [&](const std::string& text) { return !packaged.matches(text) && !allowed.matches(text); });
+    return suspects;
+}
+
+// An import on no list at all passes without a word, unlike a library.
+void judge(const std::vector<std::string>& suspects, const Configuration& configuration,
+           Findings* findings) {
+    PatternList unstable(configuration.unstableQmlimports());
+    PatternList deprecated(configuration.deprecatedQmlimports());
+    PatternList disallowed(configuration.disallowedPatterns());
+    for (const std::string& text : suspects) {
+        if (unstable.matches(text) || deprecated.matches(text)) {
+            findings->warning(kImportUnstable, {text});
+        } else if (disallowed.matches(text)) {
+            findings->violation(kImportNotAllowed, {text});
+        }
+    }
+}
+
 }  // namespace
 
-// Text is not understood: an import in a comment of several lines counts.
-void ContentValidator::checkQmlImports(const Configuration& configuration, const RpmMeta& rpm,
-                                       const std::string& root) {
-    const std::vector<std::string> qmlFiles = qmlFilesOf(rpm, root);
+void checkQmlImports(const std::string& packageName, const std::vector<std::string>& paths,
+                     bool isOstrandQt5Application, const Configuration& configuration,
+                     const std::string& root, QmlFacts* facts, Findings* findings) {
+    const std::vector<std::string> qmlFiles = qmlFilesOf(paths, root);
     if (qmlFiles.empty()) {
         return;
     }
-    ImportCheck check(*d_ptr, configuration, rpm);
-    check.read(qmlFiles);
-    check.resolveQuotedImports();
-    check.filter();
-    check.judge();
+    const Imports imports = readImports(qmlFiles, isOstrandQt5Application, facts, findings);
+    const std::string base = configuration.shareDir() + packageName + kQmlDirectory;
+    const std::vector<std::string> packaged = packagedImports(imports, base, paths, findings);
+    judge(suspectsAmong(imports, packaged, configuration), configuration, findings);
 }
+
+}  // namespace pkgvet

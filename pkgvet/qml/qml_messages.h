@@ -1,16 +1,16 @@
 // The texts of the findings on QML files.
 #pragma once
 
-#include <string_view>
+#include "pkgvet/report/message.h"
 
 namespace pkgvet {
 
-inline constexpr std::string_view kShouldBeOstrandQt5 =
+inline constexpr Message kShouldBeOstrandQt5 = {
     "[desktop] X-Dorrit-Application-Type should be ostrand-qt5 for apps importing Lumbra.Ostrand "
-    "in QML";
+    "in QML"};
 
-// Behind "[" and the text of the import.
-inline constexpr std::string_view kImportNotAllowed = "] Import is not allowed";
-inline constexpr std::string_view kImportUnstable = "] Import is unstable or deprecated";
+// The subject is the text of the import, with its version or its quotes.
+inline constexpr Message kImportNotAllowed = {"[", kSubject, "] Import is not allowed"};
+inline constexpr Message kImportUnstable = {"[", kSubject, "] Import is unstable or deprecated"};
 
 }  // namespace pkgvet

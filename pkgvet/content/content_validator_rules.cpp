@@ -1,0 +1,58 @@
+// The rules as members of ContentValidator.
+#include "pkgvet/content/content_validator.h"
+#include "pkgvet/content/content_validator_private.h"
+#include "pkgvet/desktop/desktop_rules.h"
+#include "pkgvet/package/rpm_meta.h"
+#include "pkgvet/qml/qml_rules.h"
+
+void ContentValidator::checkDesktop(const Configuration& configuration, const RpmMeta& meta,
+                                    const std::string& desktopPath) {
+    pkgvet::checkDesktop(meta.paths(), desktopPath, configuration, &d_ptr->desktopFacts,
+                         &d_ptr->findings);
+}
+
+void ContentValidator::processDesktopFile(const RpmMeta& meta, const DesktopEntry& entry) {
+    pkgvet::processDesktopFile(meta.name(), entry, &d_ptr->desktopFacts, &d_ptr->findings);
+}
+
+void ContentValidator::processPinfold(const Configuration& configuration, const RpmMeta& meta,
+                                      const DesktopEntry& entry, const std::string& tempDir) {
+    pkgvet::processPinfold(meta.name(), entry, configuration, tempDir, &d_ptr->desktopFacts,
+                           &d_ptr->findings);
+}
+
+void ContentValidator::processBackgroundTasks(const RpmMeta& meta, const DesktopEntry& entry) {
+    pkgvet::processBackgroundTasks(meta.name(), entry, d_ptr->desktopFacts, &d_ptr->findings);
+}
+
+void ContentValidator::validateDesktopEntryFieldStringValues(
+    const std::string& group, const std::string& field,
+    const std::unordered_set<std::string>& values, const DesktopEntry& entry) {
+    pkgvet::validateDesktopEntryFieldStringValues(group, field, values, entry, &d_ptr->findings);
+}
+
+void ContentValidator::validateDesktopEntryGroupStringFields(
+    const std::string& group,
+    const std::vector<std::pair<std::unordered_set<std::string>, std::unordered_set<std::string>>>&
+        rows,
+    const DesktopEntry& entry) {
+    pkgvet::validateDesktopEntryGroupStringFields(group, rows, entry, &d_ptr->findings);
+}
+
+void ContentValidator::validateDesktopEntryFieldColorValue(const std::string& group,
+                                                           const std::string& field,
+                                                           const DesktopEntry& entry) {
+    pkgvet::validateDesktopEntryFieldColorValue(group, field, entry, &d_ptr->findings);
+}
+
+void ContentValidator::validateDesktopEntryGroupColorFields(
+    const std::string& group, const std::unordered_set<std::string>& fields,
+    const DesktopEntry& entry) {
+    pkgvet::validateDesktopEntryGroupColorFields(group, fields, entry, &d_ptr->findings);
+}
+
+void ContentValidator::checkQmlImports(const Configuration& configuration, const RpmMeta& rpm,
+                                       const std::string& root) {
+    pkgvet::checkQmlImports(rpm.name(), rpm.paths(), d_ptr->desktopFacts.ostrandQt5Application,
+                            configuration, root, &d_ptr->qmlFacts, &d_ptr->findings);
+}
