@@ -83,7 +83,7 @@ void checkExec(const std::string& exec, const std::string& packageName, Findings
     }
 }
 
-void checkTaskPermission(const std::string& permission, const Words& applicationPermissions,
+void checkTaskPermission(const std::string& permission, const WordSet& applicationPermissions,
                          Findings* findings) {
     if (contains(kForbiddenPermissions, permission)) {
         findings->violation(kTaskPermissionNotAllowed, {permission});
@@ -115,14 +115,14 @@ void checkTaskCondition(const Regex& pattern, const std::string& condition, Find
     }
 }
 
-Words setOf(const std::vector<std::string>& permissions) {
+WordSet setOf(const std::vector<std::string>& permissions) {
     return {permissions.begin(), permissions.end()};
 }
 
 }  // namespace
 
 void checkBackgroundTask(const BackgroundTask& task, const std::string& packageName,
-                         const Words& applicationPermissions, Findings* findings) {
+                         const WordSet& applicationPermissions, Findings* findings) {
     checkGroup(task.group, findings);
     checkType(task.type, findings);
     checkExec(task.exec, packageName, findings);
@@ -131,7 +131,7 @@ void checkBackgroundTask(const BackgroundTask& task, const std::string& packageN
 }
 
 void checkTaskPermissions(const std::vector<std::string>& taskPermissions,
-                          const Words& applicationPermissions, Findings* findings) {
+                          const WordSet& applicationPermissions, Findings* findings) {
     for (const std::string& permission : taskPermissions) {
         checkTaskPermission(permission, applicationPermissions, findings);
     }

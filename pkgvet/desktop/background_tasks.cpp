@@ -41,7 +41,7 @@ void processBackgroundTasks(const std::string& packageName, const DesktopEntry& 
                             const DesktopFacts& facts, Findings* findings) {
     const std::vector<std::string> permissions =
         entry.stringList(facts.pinfoldGroupName, kPermissionsKey);
-    const Words applicationPermissions(permissions.begin(), permissions.end());
+    const WordSet applicationPermissions(permissions.begin(), permissions.end());
     for (const std::string& group : facts.backgroundTaskGroups) {
         judgeKeys(entry, group, findings);
         checkBackgroundTask(readTask(entry, group), packageName, applicationPermissions, findings);

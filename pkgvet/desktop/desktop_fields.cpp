@@ -18,7 +18,7 @@ namespace {
 constexpr const char* kColor = "^#([A-Fa-f0-9]{6}|[A-Fa-f0-9]{3})$";
 
 // Whether all values of the list are permitted.
-bool judgeValues(const std::string& group, const std::string& field, const Words& values,
+bool judgeValues(const std::string& group, const std::string& field, const WordSet& values,
                  const DesktopEntry& entry, Findings* findings) {
     bool areAllPermitted = true;
     for (const std::string& value : entry.stringList(group, field)) {
@@ -33,7 +33,7 @@ bool judgeValues(const std::string& group, const std::string& field, const Words
 }  // namespace
 
 void validateDesktopEntryFieldStringValues(const std::string& group, const std::string& field,
-                                           const Words& values, const DesktopEntry& entry,
+                                           const WordSet& values, const DesktopEntry& entry,
                                            Findings* findings) {
     judgeValues(group, field, values, entry, findings);
 }
@@ -43,7 +43,7 @@ void validateDesktopEntryFieldStringValues(const std::string& group, const std::
 void validateDesktopEntryGroupStringFields(const std::string& group,
                                            const std::vector<FieldRow>& rows,
                                            const DesktopEntry& entry, Findings* findings) {
-    Words accepted;
+    WordSet accepted;
     for (const std::string& key : entry.keys(group)) {
         const auto row = std::find_if(rows.begin(), rows.end(), [&key](const FieldRow& candidate) {
             return candidate.first.count(key) != 0;
@@ -67,7 +67,7 @@ void validateDesktopEntryFieldColorValue(const std::string& group, const std::st
     }
 }
 
-void validateDesktopEntryGroupColorFields(const std::string& group, const Words& fields,
+void validateDesktopEntryGroupColorFields(const std::string& group, const WordSet& fields,
                                           const DesktopEntry& entry, Findings* findings) {
     for (const std::string& key : entry.keys(group)) {
         if (fields.count(key) != 0) {

@@ -50,7 +50,7 @@ std::vector<FieldRow> applicationFields() {
             {{"IconMode"}, {"Scale", "Crop"}}};
 }
 
-Words splashScreenFields() {
+WordSet splashScreenFields() {
     return {"GradientStartColor", "GradientEndColor"};
 }
 
@@ -60,13 +60,13 @@ bool startsWithAny(const std::string& text, Vocabulary prefixes) {
 }
 
 // The sections that the rule on the sandbox warns of or rejects are permitted here.
-Words permittedGroups(const DesktopEntry& entry) {
-    Words groups = {std::string(kDesktopEntryGroup),
-                    std::string(kApplicationSection),
-                    std::string(kDeprecatedSection),
-                    std::string(kDisallowedSection),
-                    kApplicationGroup,
-                    kSplashScreenGroup};
+WordSet permittedGroups(const DesktopEntry& entry) {
+    WordSet groups = {std::string(kDesktopEntryGroup),
+                      std::string(kApplicationSection),
+                      std::string(kDeprecatedSection),
+                      std::string(kDisallowedSection),
+                      kApplicationGroup,
+                      kSplashScreenGroup};
     for (const std::string& method : entry.stringList(kDesktopEntryGroup, kShareMethodsKey)) {
         groups.insert(std::string(kShareMethodPrefix) + method);
     }
@@ -75,7 +75,7 @@ Words permittedGroups(const DesktopEntry& entry) {
 
 // A bare prefix counts as a background task too: the rule on those reports its name.
 void judgeGroups(const DesktopEntry& entry, DesktopFacts* facts, Findings* findings) {
-    const Words permitted = permittedGroups(entry);
+    const WordSet permitted = permittedGroups(entry);
     for (const std::string& group : entry.groups()) {
         if (permitted.count(group) != 0) {
             continue;

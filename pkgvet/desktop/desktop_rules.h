@@ -39,13 +39,13 @@ void processBackgroundTasks(const std::string& packageName, const DesktopEntry& 
 
 // The rules on single fields, which processDesktopFile applies to the groups of the platform.
 
-using Words = std::unordered_set<std::string>;
+using WordSet = std::unordered_set<std::string>;
 // Names of fields, and what each of these fields may hold.
-using FieldRow = std::pair<Words, Words>;
+using FieldRow = std::pair<WordSet, WordSet>;
 
 // Each element of the list in group/field must be one of values. An empty list has no finding.
 void validateDesktopEntryFieldStringValues(const std::string& group, const std::string& field,
-                                           const Words& values, const DesktopEntry& entry,
+                                           const WordSet& values, const DesktopEntry& entry,
                                            Findings* findings);
 
 // Each key of group must stand in a row, of which the first counts, and hold what the row permits.
@@ -58,7 +58,7 @@ void validateDesktopEntryFieldColorValue(const std::string& group, const std::st
                                          const DesktopEntry& entry, Findings* findings);
 
 // Each key of group must be one of fields, and a colour.
-void validateDesktopEntryGroupColorFields(const std::string& group, const Words& fields,
+void validateDesktopEntryGroupColorFields(const std::string& group, const WordSet& fields,
                                           const DesktopEntry& entry, Findings* findings);
 
 // What the public functions of intents.h and background_task.h judge, for the rules here. The
@@ -67,9 +67,9 @@ void validateDesktopEntryGroupColorFields(const std::string& group, const Words&
 
 void checkIntents(const std::vector<std::string>& specifications, Findings* findings);
 void checkBackgroundTask(const BackgroundTask& task, const std::string& packageName,
-                         const Words& applicationPermissions, Findings* findings);
+                         const WordSet& applicationPermissions, Findings* findings);
 void checkTaskPermissions(const std::vector<std::string>& taskPermissions,
-                          const Words& applicationPermissions, Findings* findings);
+                          const WordSet& applicationPermissions, Findings* findings);
 void checkTaskConditions(const std::vector<std::string>& conditions, Findings* findings);
 
 }  // namespace pkgvet

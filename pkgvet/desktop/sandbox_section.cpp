@@ -142,7 +142,7 @@ void noteHyphen(DesktopFacts* facts) {
 }
 
 // A permission of the form name at name is accepted without being on the list.
-void judgePermissions(const std::vector<std::string>& permissions, const Words& allowed,
+void judgePermissions(const std::vector<std::string>& permissions, const WordSet& allowed,
                       Findings* findings) {
     const Regex nameAtName(kNameAtName, kTextPattern.compile, kTextPattern.match);
     for (const std::string& permission : permissions) {

@@ -2,26 +2,12 @@
 
 #include <map>
 
-#include "tests/support/package_builder.h"
 #include "tests/support/rule_tree.h"
 #include "tests/support/temporary_directory.h"
 
 DesktopEntry desktopEntry(const std::string& content) {
     const TemporaryDirectory directory;
     return DesktopEntry(directory.write("application.desktop", content));
-}
-
-const RpmMeta& packageHeader(const std::string& name) {
-    static std::map<std::string, RpmMeta> headers;
-    const auto known = headers.find(name);
-    if (known != headers.end()) {
-        return known->second;
-    }
-    const TemporaryDirectory directory;
-    const std::string package = PackageBuilder(name)
-                                    .file("/usr/share/applications/" + name + ".desktop", "")
-                                    .build(directory);
-    return headers.emplace(name, RpmMeta(package.c_str())).first->second;
 }
 
 const Configuration& rulesNamed(const std::string& name) {

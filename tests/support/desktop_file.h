@@ -1,19 +1,13 @@
-// Desktop files and what the rules on them need beside, without a package for each.
+// Desktop files, and what else the rules on them need, without a package.
 #pragma once
 
 #include <string>
-#include <vector>
 
-#include "pkgvet/content/content_validator.h"
 #include "pkgvet/desktop/desktop_entry.h"
-#include "pkgvet/package/rpm_meta.h"
 #include "pkgvet/rules/configuration.h"
 
 // A desktop file with this content.
 DesktopEntry desktopEntry(const std::string& content);
-
-// The header of a package that is called name and holds its desktop file alone. Built once.
-const RpmMeta& packageHeader(const std::string& name);
 
 // The name of the package that the tests below are about, where it does not matter.
 inline constexpr const char* kPackage = "org.example.app";
@@ -23,7 +17,7 @@ inline constexpr const char* kGoodEntry =
     "[Desktop Entry]\nType=Application\nName=App\nIcon=org.example.app\nExec=org.example.app\n"
     "X-Dorrit-Application-Type=ostrand-qt5\n";
 
-// The same with its sandbox section.
+// Its sandbox section.
 inline constexpr const char* kGoodSection =
     "[X-Application]\nOrganizationName=org.example\nApplicationName=app\n";
 

@@ -92,7 +92,7 @@ TEST(DesktopEntry, MissingGroupsAndKeysGiveEmptyAnswers) {
     EXPECT_EQ(entry.keys(""), Strings());
 }
 
-TEST(DesktopEntry, AValueThatIsNoUtf8IsEmpty) {
+TEST(DesktopEntry, AValueThatIsNotUtf8IsEmpty) {
     const DesktopEntry entry = desktopEntry("[Desktop Entry]\nName=a\xFF\nIcon=good\n");
     EXPECT_EQ(entry.name(), "");
     EXPECT_EQ(entry.stringList("Desktop Entry", "Name"), Strings());
@@ -116,7 +116,7 @@ TEST(DesktopEntry, KeysWithALanguageAreKeysWhateverTheLanguageIs) {
     EXPECT_EQ(entry.string("A", "k"), "");
 }
 
-TEST(DesktopEntry, AMalformedFileHasNothingNotEvenWhatStoodAheadOfTheBadLine) {
+TEST(DesktopEntry, AMalformedFileHasNothingEvenAheadOfTheBadLine) {
     for (const char* end : {"no equals sign\n", "[unclosed\n", "=value\n", "[]\n"}) {
         SCOPED_TRACE(end);
         expectNoAnswers(desktopEntry(std::string("[Desktop Entry]\nName=A\n") + end));
@@ -138,7 +138,7 @@ TEST(DesktopEntry, FollowsLinks) {
     EXPECT_EQ(DesktopEntry(directory / "link").name(), "A");
 }
 
-TEST(DesktopEntry, WhatIsNoRegularFileHasNothing) {
+TEST(DesktopEntry, WhatIsNotARegularFileHasNothing) {
     const TemporaryDirectory directory;
     std::filesystem::create_directory(directory / "directory");
     ASSERT_EQ(mkfifo((directory / "fifo").c_str(), 0600), 0);

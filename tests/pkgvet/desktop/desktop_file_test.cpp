@@ -3,11 +3,16 @@
 
 #include <gtest/gtest.h>
 
-#include "pkgvet/content/content_validator.h"
+#include "pkgvet/desktop/desktop_facts.h"
+#include "pkgvet/desktop/desktop_rules.h"
 #include "tests/support/captured_log.h"
+#include "tests/support/rule_lines.h"
 #include "tests/support/rule_tree.h"
 
 namespace {
+
+using pkgvet::DesktopFacts;
+using pkgvet::Findings;
 
 using Strings = std::vector<std::string>;
 
@@ -29,13 +34,12 @@ std::string noIcon(const std::string& package) {
 
 // The rule on one desktop file of the package "foo".
 struct Judgement {
-    explicit Judgement(const std::string& content) {
-        const CapturedLog log;
-        validator.processDesktopFile(packageHeader("foo"), desktopEntry(content));
-        lines = log.lines();
-    }
+    explicit Judgement(const std::string& content)
+        : lines(linesOf([&](Findings* findings) {
+              pkgvet::processDesktopFile("foo", desktopEntry(content), &facts, findings);
+          })) {}
 
-    ContentValidator validator{""};
+    DesktopFacts facts;
     Strings lines;
 };
 
@@ -58,48 +62,55 @@ std::string entryWith(const std::string& key = "", const char* value = nullptr) 
     return content;
 }
 
+// Whether a file is required, and what the rule says of a package with these paths.
+Strings check(const std::string& desktopPath, bool isRequired, DesktopFacts* facts) {
+    RuleTree tree;
+    tree.regular().requireDesktop = isRequired;
+    const Configuration configuration = load(tree);
+    const Strings paths = {"/usr/bin/foo", "/usr/share/applications/foo.desktop",
+                           "/usr/share/foo/x"};
+    return linesOf([&](Findings* findings) {
+        pkgvet::checkDesktop(paths, desktopPath, configuration, facts, findings);
+    });
+}
+
 TEST(CheckDesktop, FindsTheFileAmongThePathsOfThePackage) {
-    ContentValidator validator("");
-    const CapturedLog log;
-    validator.checkDesktop(rulesNamed("regular"), packageHeader("foo"),
-                           "/usr/share/applications/foo.desktop");
-    EXPECT_TRUE(validator.desktop());
-    EXPECT_EQ(log.lines(), Strings());
+    for (const bool isRequired : {false, true}) {
+        DesktopFacts facts;
+        EXPECT_EQ(check("/usr/share/applications/foo.desktop", isRequired, &facts), Strings());
+        EXPECT_TRUE(facts.desktop);
+    }
 }
 
 TEST(CheckDesktop, AMissingFileIsAWarningWhereNoneIsRequired) {
     for (const char* path : {"/usr/share/applications/Foo.desktop", "/applications/foo.desktop",
                              "/usr/share/applications/foo.desktop2", ""}) {
-        ContentValidator validator("");
-        const CapturedLog log;
-        validator.checkDesktop(rulesNamed("regular"), packageHeader("foo"), path);
-        EXPECT_FALSE(validator.desktop());
+        SCOPED_TRACE(path);
+        DesktopFacts facts;
         EXPECT_EQ(
-            log.lines(),
+            check(path, false, &facts),
             Strings{warningLine("Desktop file is missing, no validation for pinfold section")});
+        EXPECT_FALSE(facts.desktop);
     }
 }
 
 TEST(CheckDesktop, AMissingFileIsAnErrorWhereOneIsRequired) {
-    RuleTree tree;
-    tree.regular().requireDesktop = true;
-    ContentValidator validator("");
-    const CapturedLog log;
-    validator.checkDesktop(load(tree), packageHeader("foo"), "/other.desktop");
-    EXPECT_FALSE(validator.desktop());
-    EXPECT_EQ(log.lines(), Strings{errorLine("[desktop] Desktop file is missing")});
+    DesktopFacts facts;
+    EXPECT_EQ(check("/other.desktop", true, &facts),
+              Strings{errorLine("[desktop] Desktop file is missing")});
+    EXPECT_FALSE(facts.desktop);
 }
 
 TEST(DesktopFile, AGoodOneHasNoFinding) {
     const Judgement judgement(entryWith());
     EXPECT_EQ(judgement.lines, Strings());
-    EXPECT_TRUE(judgement.validator.desktopName());
-    EXPECT_TRUE(judgement.validator.desktopIcon());
-    EXPECT_TRUE(judgement.validator.desktopExec());
-    EXPECT_TRUE(judgement.validator.desktopType());
-    EXPECT_TRUE(judgement.validator.ostrandQt5Application());
-    EXPECT_FALSE(judgement.validator.knownApplicationType());
-    EXPECT_FALSE(judgement.validator.qmlOnly());
+    EXPECT_TRUE(judgement.facts.desktopName);
+    EXPECT_TRUE(judgement.facts.desktopIcon);
+    EXPECT_TRUE(judgement.facts.desktopExec);
+    EXPECT_TRUE(judgement.facts.desktopType);
+    EXPECT_TRUE(judgement.facts.ostrandQt5Application);
+    EXPECT_FALSE(judgement.facts.knownApplicationType);
+    EXPECT_FALSE(judgement.facts.qmlOnly);
 }
 
 TEST(DesktopFile, AnEmptyOrMalformedOneLacksEverything) {
@@ -109,10 +120,10 @@ TEST(DesktopFile, AnEmptyOrMalformedOneLacksEverything) {
         EXPECT_EQ(judgement.lines,
                   (Strings{errorLine(kNotDeclared), errorLine(kNoName), errorLine(noIcon("foo")),
                            errorLine(kNoExec), errorLine(kNoType)}));
-        EXPECT_FALSE(judgement.validator.desktopName() || judgement.validator.desktopIcon() ||
-                     judgement.validator.desktopExec() || judgement.validator.desktopType() ||
-                     judgement.validator.ostrandQt5Application() ||
-                     judgement.validator.knownApplicationType() || judgement.validator.qmlOnly());
+        EXPECT_FALSE(judgement.facts.desktopName || judgement.facts.desktopIcon ||
+                     judgement.facts.desktopExec || judgement.facts.desktopType ||
+                     judgement.facts.ostrandQt5Application ||
+                     judgement.facts.knownApplicationType || judgement.facts.qmlOnly);
     }
 }
 
@@ -153,6 +164,15 @@ TEST(DesktopFile, GroupsOutsideTheVocabularyAreDisallowed) {
     }
 }
 
+TEST(DesktopFile, BackgroundTasksAreNotedInTheOrderOfTheFile) {
+    const Judgement judgement(
+        "[X-Service b]\nAnything=goes\n" + entryWith() +
+        "X-Share-Methods=x\n[X-Task a]\n[X-Application]\n[X-Task ]\n[X-Share Method x]\n");
+    EXPECT_EQ(judgement.facts.backgroundTaskGroups,
+              (Strings{"X-Service b", "X-Task a", "X-Task "}));
+    EXPECT_EQ(judgement.lines, Strings());
+}
+
 TEST(DesktopFile, KeysOfAShareMethodAreNotLookedAt) {
     EXPECT_EQ(
         Judgement(entryWith() + "X-Share-Methods=mail\n[X-Share Method mail]\nAnything=goes\n")
@@ -181,14 +201,15 @@ TEST(DesktopFile, TheNameNeedsOnePrintableCharacter) {
         {"\x7F", kIllegalName},
         {"", kNoName},
         {nullptr, kNoName},
-        {"Foo\xFF", kNoName},  // refused whole, as it is no UTF-8
+        {"Foo\xFF", kNoName},  // refused whole, as it is not UTF-8
     };
     for (const Case& test : cases) {
         SCOPED_TRACE(test.name == nullptr ? "no name" : test.name);
         const Judgement judgement(entryWith("Name", test.name));
         EXPECT_EQ(judgement.lines,
                   test.finding == nullptr ? Strings() : Strings{errorLine(test.finding)});
-        EXPECT_EQ(judgement.validator.desktopName(), test.finding != kNoName);
+        EXPECT_EQ(judgement.facts.desktopName, test.finding != kNoName);
+        EXPECT_EQ(judgement.facts.desktopNameIllegal, test.finding == kIllegalName);
     }
 }
 
@@ -197,7 +218,7 @@ TEST(DesktopFile, TheIconIsTheBarePackageName) {
         SCOPED_TRACE(icon);
         const Judgement judgement(entryWith("Icon", icon));
         EXPECT_EQ(judgement.lines, Strings{errorLine(noIcon("foo"))});
-        EXPECT_FALSE(judgement.validator.desktopIcon());
+        EXPECT_FALSE(judgement.facts.desktopIcon);
     }
 }
 
@@ -206,7 +227,7 @@ TEST(DesktopFile, TheTypeIsApplication) {
         SCOPED_TRACE(type);
         const Judgement judgement(entryWith("Type", type));
         EXPECT_EQ(judgement.lines, Strings{errorLine(kNoType)});
-        EXPECT_FALSE(judgement.validator.desktopType());
+        EXPECT_FALSE(judgement.facts.desktopType);
     }
 }
 
@@ -215,8 +236,8 @@ TEST(DesktopFile, AcceptedProgramLines) {
         SCOPED_TRACE(exec);
         const Judgement judgement(entryWith("Exec", exec));
         EXPECT_EQ(judgement.lines, Strings());
-        EXPECT_TRUE(judgement.validator.desktopExec());
-        EXPECT_FALSE(judgement.validator.qmlOnly());
+        EXPECT_TRUE(judgement.facts.desktopExec);
+        EXPECT_FALSE(judgement.facts.qmlOnly);
     }
 }
 
@@ -226,8 +247,8 @@ TEST(DesktopFile, AcceptedLauncherLinesMakeAQmlOnlyApplication) {
         SCOPED_TRACE(exec);
         const Judgement judgement(entryWith("Exec", exec));
         EXPECT_EQ(judgement.lines, Strings{infoLine(kIsQmlOnly)});
-        EXPECT_TRUE(judgement.validator.desktopExec());
-        EXPECT_TRUE(judgement.validator.qmlOnly());
+        EXPECT_TRUE(judgement.facts.desktopExec);
+        EXPECT_TRUE(judgement.facts.qmlOnly);
     }
 }
 
@@ -239,8 +260,8 @@ TEST(DesktopFile, OtherProgramLinesAreNotAccepted) {
         SCOPED_TRACE(exec);
         const Judgement judgement(entryWith("Exec", exec));
         EXPECT_EQ(judgement.lines, Strings{errorLine(kNoExec)});
-        EXPECT_FALSE(judgement.validator.desktopExec());
-        EXPECT_FALSE(judgement.validator.qmlOnly());
+        EXPECT_FALSE(judgement.facts.desktopExec);
+        EXPECT_FALSE(judgement.facts.qmlOnly);
     }
 }
 
@@ -264,8 +285,8 @@ TEST(DesktopFile, TheApplicationTypeOfAProgram) {
         SCOPED_TRACE(test.type == nullptr ? "no type" : test.type);
         const Judgement judgement(entryWith("X-Dorrit-Application-Type", test.type));
         EXPECT_EQ(judgement.lines, Strings{test.line});
-        EXPECT_EQ(judgement.validator.knownApplicationType(), test.known);
-        EXPECT_FALSE(judgement.validator.ostrandQt5Application());
+        EXPECT_EQ(judgement.facts.knownApplicationType, test.known);
+        EXPECT_FALSE(judgement.facts.ostrandQt5Application);
     }
 }
 

@@ -1,9 +1,11 @@
 // The rule on the sandbox section of the desktop file.
 #include <gtest/gtest.h>
 
-#include "pkgvet/content/content_validator.h"
+#include "pkgvet/desktop/desktop_facts.h"
+#include "pkgvet/desktop/desktop_rules.h"
 #include "tests/support/captured_log.h"
 #include "tests/support/desktop_file.h"
+#include "tests/support/rule_lines.h"
 
 namespace {
 
@@ -45,15 +47,15 @@ std::string badPermission(const std::string& permission) {
     return errorLine("[" + permission + "] Permission is not allowed");
 }
 
+// The rule on one desktop file.
 struct Judgement {
-    explicit Judgement(const std::string& content, const std::string& package = kPackage) {
-        const CapturedLog log;
-        validator.processPinfold(rulesNamed("regular"), packageHeader(package),
-                                 desktopEntry(content), "");
-        lines = log.lines();
-    }
+    explicit Judgement(const std::string& content, const std::string& package = kPackage)
+        : lines(linesOf([&](pkgvet::Findings* findings) {
+              pkgvet::processPinfold(package, desktopEntry(content), rulesNamed("regular"), "",
+                                     &facts, findings);
+          })) {}
 
-    ContentValidator validator{""};
+    pkgvet::DesktopFacts facts;
     Strings lines;
 };
 
@@ -68,16 +70,18 @@ std::string section(const std::string& organization, const std::string& applicat
 TEST(SandboxSection, AGoodOneHasNoFinding) {
     const Judgement judgement(kGoodSection);
     EXPECT_EQ(judgement.lines, Strings());
-    EXPECT_TRUE(judgement.validator.isSandboxed());
-    EXPECT_TRUE(judgement.validator.orgDomainName());
-    EXPECT_TRUE(judgement.validator.correctOrgName());
-    EXPECT_TRUE(judgement.validator.correctOrgNameAppNamePair());
-    EXPECT_TRUE(judgement.validator.correctDbus());
-    EXPECT_TRUE(judgement.validator.correctSystemService());
-    EXPECT_FALSE(
-        judgement.validator.illegalCharacters() || judgement.validator.wrongLeadingOrgName() ||
-        judgement.validator.pinfoldSection() || judgement.validator.multiplePinfoldSection() ||
-        judgement.validator.dbusError() || judgement.validator.dbusWarning());
+    EXPECT_TRUE(judgement.facts.isSandboxed);
+    EXPECT_EQ(judgement.facts.pinfoldGroupName, "X-Application");
+    EXPECT_EQ(judgement.facts.organizationName, "org.example");
+    EXPECT_EQ(judgement.facts.applicationName, "app");
+    EXPECT_TRUE(judgement.facts.orgDomainName);
+    EXPECT_TRUE(judgement.facts.correctOrgName);
+    EXPECT_TRUE(judgement.facts.correctOrgNameAppNamePair);
+    EXPECT_TRUE(judgement.facts.correctDbus);
+    EXPECT_TRUE(judgement.facts.correctSystemService);
+    EXPECT_FALSE(judgement.facts.illegalCharacters || judgement.facts.wrongLeadingOrgName ||
+                 judgement.facts.pinfoldSection || judgement.facts.multiplePinfoldSection ||
+                 judgement.facts.dbusError || judgement.facts.dbusWarning);
 }
 
 TEST(SandboxSection, WithoutOneNothingElseIsJudged) {
@@ -86,25 +90,27 @@ TEST(SandboxSection, WithoutOneNothingElseIsJudged) {
         EXPECT_EQ(judgement.lines,
                   Strings{errorLine(
                       "[pinfold] X-Application section should be specified in desktop file")});
-        EXPECT_FALSE(judgement.validator.isSandboxed());
-        EXPECT_FALSE(judgement.validator.orgDomainName());
-        EXPECT_TRUE(judgement.validator.correctOrgName());
-        EXPECT_TRUE(judgement.validator.correctOrgNameAppNamePair());
+        EXPECT_FALSE(judgement.facts.isSandboxed);
+        EXPECT_EQ(judgement.facts.pinfoldGroupName, "");
+        EXPECT_FALSE(judgement.facts.orgDomainName);
+        EXPECT_TRUE(judgement.facts.correctOrgName);
+        EXPECT_TRUE(judgement.facts.correctOrgNameAppNamePair);
     }
 }
 
 TEST(SandboxSection, TheDeprecatedNameIsAWarning) {
     const Judgement judgement("[X-Pinfold]\n" + names("org.example", "app"));
     EXPECT_EQ(judgement.lines, Strings{kDeprecatedSection});
-    EXPECT_TRUE(judgement.validator.isSandboxed());
-    EXPECT_FALSE(judgement.validator.pinfoldSection());
+    EXPECT_TRUE(judgement.facts.isSandboxed);
+    EXPECT_TRUE(judgement.facts.deprecatedPinfoldSection);
+    EXPECT_FALSE(judgement.facts.pinfoldSection);
 }
 
 TEST(SandboxSection, TheFormerNameIsAnErrorAtTheEnd) {
     const Judgement judgement("[Pinfold]\n" + names("org.example", "app") + "Other=1\n");
     EXPECT_EQ(judgement.lines, (Strings{badKey("Other"), kDisallowedSection}));
-    EXPECT_TRUE(judgement.validator.pinfoldSection());
-    EXPECT_FALSE(judgement.validator.multiplePinfoldSection());
+    EXPECT_TRUE(judgement.facts.pinfoldSection);
+    EXPECT_FALSE(judgement.facts.multiplePinfoldSection);
 }
 
 TEST(SandboxSection, OfSeveralTheLastInTheOrderOfTheSearchIsRead) {
@@ -113,17 +119,24 @@ TEST(SandboxSection, OfSeveralTheLastInTheOrderOfTheSearchIsRead) {
     const std::string former = "[Pinfold]\nC=1\n" + names("org.example", "app");
     struct Case {
         std::string content;
+        const char* section;
         Strings lines;
     };
     const Case cases[] = {
-        {former + application, {kMultipleSections, badKey("C"), kDisallowedSection}},
-        {deprecated + application, {kMultipleSections, kDeprecatedSection, badKey("B")}},
-        {application + former + deprecated, {kMultipleSections, badKey("C"), kDisallowedSection}},
+        {former + application, "Pinfold", {kMultipleSections, badKey("C"), kDisallowedSection}},
+        {deprecated + application,
+         "X-Pinfold",
+         {kMultipleSections, kDeprecatedSection, badKey("B")}},
+        {application + former + deprecated,
+         "Pinfold",
+         {kMultipleSections, badKey("C"), kDisallowedSection}},
     };
     for (const Case& test : cases) {
+        SCOPED_TRACE(test.content);
         const Judgement judgement(test.content);
         EXPECT_EQ(judgement.lines, test.lines);
-        EXPECT_TRUE(judgement.validator.multiplePinfoldSection());
+        EXPECT_EQ(judgement.facts.pinfoldGroupName, test.section);
+        EXPECT_TRUE(judgement.facts.multiplePinfoldSection);
     }
 }
 
@@ -137,7 +150,7 @@ TEST(SandboxSection, OtherKeysAreNotAllowedWhateverTheSectionIsCalled) {
               (Strings{badKey("Z"), badKey("permissions"), badKey("Permissions[de]"),
                        badKey("ExecSystemService"), badKey("ExecSystemServiceUser"),
                        badKey("ExecSystemServiceGroup"), badKey("ExecSystemServiceAutostart")}));
-    EXPECT_TRUE(judgement.validator.correctSystemService());
+    EXPECT_TRUE(judgement.facts.correctSystemService);
 }
 
 TEST(SandboxSection, OrganizationNamesAndTheirFaults) {
@@ -170,14 +183,14 @@ TEST(SandboxSection, OrganizationNamesAndTheirFaults) {
 
 TEST(SandboxSection, TheFactsOnAnOrganizationNameAreKept) {
     const Judgement digit(section("org.1example", "app"));
-    EXPECT_TRUE(digit.validator.wrongLeadingOrgName());
-    EXPECT_TRUE(digit.validator.correctOrgName());
-    EXPECT_TRUE(digit.validator.orgDomainName());
-    EXPECT_FALSE(digit.validator.correctOrgNameAppNamePair());
+    EXPECT_TRUE(digit.facts.wrongLeadingOrgName);
+    EXPECT_TRUE(digit.facts.correctOrgName);
+    EXPECT_TRUE(digit.facts.orgDomainName);
+    EXPECT_FALSE(digit.facts.correctOrgNameAppNamePair);
     const Judgement capital(section("Org", "app"));
-    EXPECT_FALSE(capital.validator.wrongLeadingOrgName());
-    EXPECT_FALSE(capital.validator.correctOrgName());
-    EXPECT_FALSE(capital.validator.orgDomainName());
+    EXPECT_FALSE(capital.facts.wrongLeadingOrgName);
+    EXPECT_FALSE(capital.facts.correctOrgName);
+    EXPECT_FALSE(capital.facts.orgDomainName);
 }
 
 TEST(SandboxSection, ApplicationNamesAndTheirFaults) {
@@ -208,9 +221,9 @@ TEST(SandboxSection, ApplicationNamesAndTheirFaults) {
 TEST(SandboxSection, AHyphenInTheApplicationNameAloneIsAWarning) {
     const Judgement judgement(section("org.example", "my-app"), "org.example.my-app");
     EXPECT_EQ(judgement.lines, Strings{kHyphen});
-    EXPECT_TRUE(judgement.validator.dbusWarning());
-    EXPECT_FALSE(judgement.validator.dbusError());
-    EXPECT_FALSE(judgement.validator.illegalCharacters());
+    EXPECT_TRUE(judgement.facts.dbusWarning);
+    EXPECT_FALSE(judgement.facts.dbusError);
+    EXPECT_FALSE(judgement.facts.illegalCharacters);
 }
 
 TEST(SandboxSection, MissingNamesHaveALineForEachRule) {

@@ -7,9 +7,11 @@
 #include <cstring>
 #include <filesystem>
 
-#include "pkgvet/content/content_validator.h"
+#include "pkgvet/desktop/desktop_facts.h"
+#include "pkgvet/desktop/desktop_rules.h"
 #include "tests/support/captured_log.h"
 #include "tests/support/desktop_file.h"
+#include "tests/support/rule_lines.h"
 #include "tests/support/temporary_directory.h"
 
 namespace {
@@ -41,17 +43,16 @@ std::string remark(int error) {
     return std::string("ExecDBus error: ") + std::strerror(error);
 }
 
-// The rule on a desktop file of package, unpacked to root.
+// The whole rule on the section, for a desktop file of package, unpacked to root.
 struct Judgement {
     Judgement(const std::string& content, const std::string& root, const std::string& profile,
-              const std::string& package = kPackage) {
-        const CapturedLog log;
-        validator.processPinfold(rulesNamed(profile), packageHeader(package), desktopEntry(content),
-                                 root);
-        lines = log.lines();
-    }
+              const std::string& package = kPackage)
+        : lines(linesOf([&](pkgvet::Findings* findings) {
+              pkgvet::processPinfold(package, desktopEntry(content), rulesNamed(profile), root,
+                                     &facts, findings);
+          })) {}
 
-    ContentValidator validator{""};
+    pkgvet::DesktopFacts facts;
     Strings lines;
 };
 
@@ -71,14 +72,14 @@ TEST_F(DBusService, AProgramInItsPlaceIsRight) {
         SCOPED_TRACE(line);
         const Judgement judgement = launch(line);
         EXPECT_EQ(judgement.lines, Strings());
-        EXPECT_TRUE(judgement.validator.correctDbus());
+        EXPECT_TRUE(judgement.facts.correctDbus);
     }
 }
 
 TEST_F(DBusService, SuchALineIsJudgedByItsTextAndTheMissingFileOnlyRemarkedOn) {
     const Judgement judgement = launch("/usr/bin/org.example.app --flag");
     EXPECT_EQ(judgement.lines, Strings{remark(ENOENT)});
-    EXPECT_TRUE(judgement.validator.correctDbus());
+    EXPECT_TRUE(judgement.facts.correctDbus);
 }
 
 // Of two arguments the first stays with the program, so that no such file is there.
@@ -97,7 +98,7 @@ TEST_F(DBusService, AnotherProgramIsWrong) {
         SCOPED_TRACE(line);
         const Judgement judgement = launch(line);
         EXPECT_EQ(judgement.lines, Strings{kWrongDBus});
-        EXPECT_FALSE(judgement.validator.correctDbus());
+        EXPECT_FALSE(judgement.facts.correctDbus);
     }
 }
 
@@ -155,8 +156,8 @@ TEST(DBusServiceName, AHyphenIsAnErrorAsSoonAsThereIsAService) {
     const Judgement judgement(kHyphenSection + "ExecDBus=/usr/bin/org.example.my-app\n", "",
                               "regular", "org.example.my-app");
     EXPECT_EQ(judgement.lines, (Strings{remark(ENOENT), kHyphenBreaks}));
-    EXPECT_TRUE(judgement.validator.dbusError());
-    EXPECT_TRUE(judgement.validator.dbusWarning());
+    EXPECT_TRUE(judgement.facts.dbusError);
+    EXPECT_TRUE(judgement.facts.dbusWarning);
 }
 
 const char* const kUser = "ExecSystemServiceUser=lumbra-mdm\n";
@@ -194,7 +195,7 @@ TEST(SystemService, TheProgramLiesInThePackagesOwnDirectory) {
         SCOPED_TRACE(line);
         const Judgement judgement(kGoodSection + service(line) + kUser + kGroup, "", "mdm");
         EXPECT_EQ(judgement.lines, Strings{kWrongService});
-        EXPECT_FALSE(judgement.validator.correctSystemService());
+        EXPECT_FALSE(judgement.facts.correctSystemService);
     }
 }
 
@@ -220,7 +221,7 @@ TEST(SystemService, InAnotherProfileItsKeysAreNotAllowedAndNothingElseIsJudged) 
     EXPECT_EQ(judgement.lines,
               (Strings{errorLine("[ExecSystemService] X-Pinfold key is not allowed"),
                        errorLine("[ExecSystemServiceUser] X-Pinfold key is not allowed")}));
-    EXPECT_TRUE(judgement.validator.correctSystemService());
+    EXPECT_TRUE(judgement.facts.correctSystemService);
 }
 
 }  // namespace
