@@ -1,4 +1,4 @@
-// Cutting a file into lines.
+// Reading a file line by line.
 #include "pkgvet/qml/line_reader.h"
 
 #include <gmock/gmock.h>
@@ -31,7 +31,7 @@ std::vector<std::string> linesOfText(const std::string& text) {
     return linesOf(directory.write("text", text));
 }
 
-TEST(LineReader, CutsAtLineFeeds) {
+TEST(LineReader, LinesEndAtLineFeeds) {
     EXPECT_THAT(linesOfText(""), IsEmpty());
     EXPECT_THAT(linesOfText("\n"), ElementsAre(""));
     EXPECT_THAT(linesOfText("one"), ElementsAre("one"));
@@ -40,7 +40,7 @@ TEST(LineReader, CutsAtLineFeeds) {
     EXPECT_THAT(linesOfText("one\r\ntwo\rthree\n\n"), ElementsAre("one\r", "two\rthree", ""));
 }
 
-TEST(LineReader, KeepsBytesThatAreNoText) {
+TEST(LineReader, KeepsBytesThatAreNotText) {
     EXPECT_THAT(linesOfText(std::string("a\0b\n\xFF\n", 6)),
                 ElementsAre(std::string("a\0b", 3), "\xFF"));
 }
@@ -76,7 +76,7 @@ TEST(LineReader, LineBeyondTheBoundIsRefused) {
     EXPECT_THROW(reader.next(&line), std::regex_error);
 }
 
-TEST(LineReader, WhatIsNoRegularFileHasNoLines) {
+TEST(LineReader, WhatIsNotARegularFileHasNoLines) {
     const TemporaryDirectory directory;
     ASSERT_EQ(mkfifo((directory / "fifo").c_str(), 0600), 0);
     for (const std::string& path : {std::string(directory.path()), directory / "fifo",

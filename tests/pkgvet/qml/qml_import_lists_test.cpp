@@ -4,11 +4,11 @@
 
 #include <regex>
 
-#include "pkgvet/rules/configuration.h"
+#include "pkgvet/qml/qml_facts.h"
+#include "pkgvet/qml/qml_rules.h"
 #include "tests/support/captured_log.h"
-#include "tests/support/rule_run.h"
+#include "tests/support/rule_lines.h"
 #include "tests/support/rule_tree.h"
-#include "tests/support/validator_record.h"
 
 namespace {
 
@@ -25,20 +25,17 @@ std::string unstable(const std::string& import) {
     return warningLine("[" + import + "] Import is unstable or deprecated");
 }
 
-// A package with one QML file of this text, which lists paths besides.
-RuleRun check(const std::string& text, const RuleTree& tree,
-              const std::vector<std::string>& paths = {}) {
-    PackageBuilder builder("app");
-    builder.ghost(kFile);
-    for (const std::string& path : paths) {
-        builder.ghost(path);
-    }
+// What the rule says of a package with one QML file of this text, which lists paths besides.
+std::vector<std::string> check(const std::string& text, const RuleTree& tree,
+                               std::vector<std::string> paths = {}) {
+    paths.emplace_back(kFile);
     const TemporaryDirectory root;
     root.write(std::string(kFile).substr(1), text);
     const Configuration configuration = load(tree);
-    ContentValidator validator = validatorOfNothing();
-    return runRule(validator,
-                   [&] { validator.checkQmlImports(configuration, metaOf(builder), root.path()); });
+    pkgvet::QmlFacts facts;
+    return linesOf([&](pkgvet::Findings* findings) {
+        pkgvet::checkQmlImports("app", paths, false, configuration, root.path(), &facts, findings);
+    });
 }
 
 RuleTree treeWith(const TierLists& lists, const std::vector<std::string>& disallowed = {}) {
@@ -49,34 +46,37 @@ RuleTree treeWith(const TierLists& lists, const std::vector<std::string>& disall
 }
 
 TEST(QmlImportLists, ImportOnNoListPassesWithoutAWord) {
-    const RuleRun run = check("import Foo 1.0", RuleTree());
-    EXPECT_THAT(run.lines, IsEmpty());
-    EXPECT_EQ(run.failures, 0U);
+    EXPECT_THAT(check("import Foo 1.0", RuleTree()), IsEmpty());
 }
 
 TEST(QmlImportLists, AllowedEntryHasToMatchTheVersionAsWell) {
     const RuleTree tree = treeWith({{R"(Foo 2\.[0-9]+)"}, {}, {}}, {"Foo.*"});
-    EXPECT_THAT(check("import Foo 2.6\nimport Foo 3.0\nimport Foo  2.6", tree).lines,
+    EXPECT_THAT(check("import Foo 2.6\nimport Foo 3.0\nimport Foo  2.6", tree),
                 ElementsAre(notAllowed("Foo  2.6"), notAllowed("Foo 3.0")));
 }
 
 TEST(QmlImportLists, DisallowedPatternIsAnError) {
-    const RuleRun run = check("import Foo 1.0\nimport Bar 1.0", treeWith({}, {"Foo.*"}));
-    EXPECT_THAT(run.lines, ElementsAre(notAllowed("Foo 1.0")));
-    EXPECT_EQ(run.failures, pkgvet::kViolation);
+    EXPECT_THAT(check("import Foo 1.0\nimport Bar 1.0", treeWith({}, {"Foo.*"})),
+                ElementsAre(notAllowed("Foo 1.0")));
 }
 
 TEST(QmlImportLists, UnstableAndDeprecatedImportsAreOneWarning) {
     const RuleTree tree = treeWith({{}, {"Foo 1.0", "Both 1.0"}, {"Bar 1.0", "Both 1.0"}}, {".*"});
-    const RuleRun run = check("import Foo 1.0\nimport Bar 1.0\nimport Both 1.0", tree);
-    EXPECT_THAT(run.lines,
+    EXPECT_THAT(check("import Foo 1.0\nimport Bar 1.0\nimport Both 1.0", tree),
                 ElementsAre(unstable("Bar 1.0"), unstable("Both 1.0"), unstable("Foo 1.0")));
-    EXPECT_EQ(run.failures, 0U);
+}
+
+// An import is judged by the first of the two lists that has it, and never by the patterns then.
+TEST(QmlImportLists, UnstableAndDeprecatedGoBeforeDisallowed) {
+    EXPECT_THAT(check("import Foo 1.0", treeWith({{}, {".*"}, {}}, {".*"})),
+                ElementsAre(unstable("Foo 1.0")));
+    EXPECT_THAT(check("import Foo 1.0", treeWith({{}, {}, {".*"}}, {".*"})),
+                ElementsAre(unstable("Foo 1.0")));
 }
 
 TEST(QmlImportLists, AllowedGoesBeforeAllOthers) {
     const RuleTree tree = treeWith({{"Foo 1.0"}, {"Foo 1.0"}, {"Foo 1.0"}}, {".*"});
-    EXPECT_THAT(check("import Foo 1.0", tree).lines, IsEmpty());
+    EXPECT_THAT(check("import Foo 1.0", tree), IsEmpty());
 }
 
 TEST(QmlImportLists, BadPatternThrowsWhenAnImportGetsToIt) {
@@ -114,39 +114,37 @@ TEST(QmlImportLists, QuotedImportsLeadToFilesOfThePackage) {
     };
     for (const Case& test : cases) {
         SCOPED_TRACE(test.name);
-        EXPECT_EQ(
-            check(std::string("import ") + test.import, treeWith({}, {".*"}), test.paths).lines,
-            test.lines);
+        EXPECT_EQ(check(std::string("import ") + test.import, treeWith({}, {".*"}), test.paths),
+                  test.lines);
     }
 }
 
 TEST(QmlImportLists, QuotedImportThatLeadsNowherePasses) {
-    EXPECT_THAT(check("import \"nowhere\"", RuleTree()).lines, IsEmpty());
+    EXPECT_THAT(check("import \"nowhere\"", RuleTree()), IsEmpty());
 }
 
 TEST(QmlImportLists, AbsolutePathIsAnErrorAndStillGoesToTheLists) {
     const std::string import = "\"/usr/share/app/qml/x\"";
-    const RuleRun run = check("import " + import, RuleTree(), {"/usr/share/app/qml/x"});
-    EXPECT_THAT(run.lines, ElementsAre(notAllowed(import)));
-    EXPECT_EQ(run.failures, pkgvet::kViolation);
-    EXPECT_THAT(check("import " + import, treeWith({}, {".*"})).lines,
+    EXPECT_THAT(check("import " + import, RuleTree(), {"/usr/share/app/qml/x"}),
+                ElementsAre(notAllowed(import)));
+    EXPECT_THAT(check("import " + import, treeWith({}, {".*"})),
                 ElementsAre(notAllowed(import), notAllowed(import)));
-    EXPECT_THAT(check("import " + import, treeWith({{".*"}, {}, {}}, {".*"})).lines,
+    EXPECT_THAT(check("import " + import, treeWith({{".*"}, {}, {}}, {".*"})),
                 ElementsAre(notAllowed(import)));
 }
 
 TEST(QmlImportLists, DirectoryIsThatOfTheRuleSet) {
     RuleTree tree = treeWith({}, {".*"});
     tree.shareDir = "/opt/share-";
-    EXPECT_THAT(check("import \"x\"", tree, {"/opt/share-app/qml/x"}).lines, IsEmpty());
+    EXPECT_THAT(check("import \"x\"", tree, {"/opt/share-app/qml/x"}), IsEmpty());
 }
 
 // An import that leads to a file is a pattern for all others.
 TEST(QmlImportLists, PackagedImportsArePatterns) {
     const RuleTree tree = treeWith({}, {".*"});
-    EXPECT_THAT(check("import \"a.b\"\nimport \"axb\"", tree, {"/usr/share/app/qml/a.b"}).lines,
+    EXPECT_THAT(check("import \"a.b\"\nimport \"axb\"", tree, {"/usr/share/app/qml/a.b"}),
                 IsEmpty());
-    EXPECT_THAT(check("import \"a+b\"\nimport \"aab\"", tree, {"/usr/share/app/qml/a+b"}).lines,
+    EXPECT_THAT(check("import \"a+b\"\nimport \"aab\"", tree, {"/usr/share/app/qml/a+b"}),
                 ElementsAre(notAllowed("\"a+b\"")));
     EXPECT_THROW(check("import \"a(\"", tree, {"/usr/share/app/qml/a("}), std::regex_error);
 }

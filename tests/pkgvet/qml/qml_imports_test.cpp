@@ -5,11 +5,12 @@
 
 #include <filesystem>
 
-#include "pkgvet/rules/configuration.h"
+#include "pkgvet/qml/qml_facts.h"
+#include "pkgvet/qml/qml_rules.h"
 #include "tests/support/captured_log.h"
-#include "tests/support/rule_run.h"
+#include "tests/support/rule_lines.h"
 #include "tests/support/rule_tree.h"
-#include "tests/support/validator_record.h"
+#include "tests/support/temporary_directory.h"
 
 namespace {
 
@@ -25,29 +26,33 @@ RuleTree disallowingTree() {
     return tree;
 }
 
-RuleRun check(ContentValidator& validator, const RpmMeta& meta, const std::string& root) {
-    const Configuration configuration = load(disallowingTree());
-    return runRule(validator, [&] { validator.checkQmlImports(configuration, meta, root); });
-}
+// What the rule says of a package with these paths, and what it leaves behind.
+struct Judgement {
+    Judgement(const std::vector<std::string>& paths, const TemporaryDirectory& root,
+              bool isOstrandQt5Application = false) {
+        const Configuration configuration = load(disallowingTree());
+        lines = linesOf([&](pkgvet::Findings* findings) {
+            pkgvet::checkQmlImports("app", paths, isOstrandQt5Application, configuration,
+                                    root.path(), &facts, findings);
+        });
+    }
 
-const RpmMeta& metaWithOneFile() {
-    static const RpmMeta meta = metaOf(PackageBuilder("app").ghost(kFile));
-    return meta;
-}
+    pkgvet::QmlFacts facts;
+    std::vector<std::string> lines;
+};
 
-RuleRun checkText(ContentValidator& validator, const std::string& text) {
+Judgement checkText(const std::string& text, bool isOstrandQt5Application = false) {
     const TemporaryDirectory root;
     root.write(std::string(kFile).substr(1), text);
-    return check(validator, metaWithOneFile(), root.path());
+    return Judgement({kFile}, root, isOstrandQt5Application);
 }
 
 // The texts of the imports that a file with this content has, in the order of the lines.
 std::vector<std::string> importsIn(const std::string& text) {
-    ContentValidator validator = validatorOfNothing();
     const std::string begin = errorLine("[");
     const std::string end = "] Import is not allowed";
     std::vector<std::string> imports;
-    for (const std::string& line : checkText(validator, text).lines) {
+    for (const std::string& line : checkText(text).lines) {
         EXPECT_TRUE(line.starts_with(begin) && line.ends_with(end)) << line;
         imports.push_back(line.substr(begin.size(), line.size() - begin.size() - end.size()));
     }
@@ -125,7 +130,7 @@ TEST(QmlImports, OnlyTheFirstImportOfALineIsSeen) {
     });
 }
 
-TEST(QmlImports, BytesThatAreNoTextHideNoImport) {
+TEST(QmlImports, BytesThatAreNotTextHideNoImport) {
     expectImports({
         {"import A 1.0 // \xFF", {"A 1.0"}},
         {"import \"a\xFF\"", {"\"a\uFFFD\""}},
@@ -140,27 +145,36 @@ TEST(QmlImports, TextsAreSortedByByteAndJudgedOnce) {
                 ElementsAre("B 1", "a 1", "b 1", "\xC3\xA9 1"));
 }
 
-TEST(QmlImports, ToolkitIsAWarningInAnApplicationOfAnotherType) {
-    ContentValidator validator = validatorOfNothing();
-    const RuleRun run = checkText(validator, "import Lumbra.Ostrand 1.0\nItem {}\n");
-    EXPECT_THAT(run.lines, ElementsAre(ostrandWarning()));
-    EXPECT_EQ(run.failures, 0U);
-    EXPECT_TRUE(validator.ostrandImport());
+TEST(QmlImports, TheSameImportInTwoFilesIsJudgedOnce) {
+    const TemporaryDirectory root;
+    root.write("a.qml", "import B 1\nimport A 1\n");
+    root.write("b.qml", "import B 1\n");
+    EXPECT_THAT(Judgement({"/a.qml", "/b.qml"}, root).lines,
+                ElementsAre(errorLine("[A 1] Import is not allowed"),
+                            errorLine("[B 1] Import is not allowed")));
 }
 
-TEST(QmlImports, ToolkitIsReportedForEachLine) {
-    ContentValidator validator = validatorOfNothing();
-    EXPECT_THAT(
-        checkText(validator, "import Lumbra.Ostrand 1.05\nimport Lumbra.Ostrand 1.0.3 as S").lines,
-        ElementsAre(ostrandWarning(), ostrandWarning()));
+TEST(QmlImports, ToolkitIsAWarningInAnApplicationOfAnotherType) {
+    const Judgement judgement = checkText("import Lumbra.Ostrand 1.0\nItem {}\n");
+    EXPECT_THAT(judgement.lines, ElementsAre(ostrandWarning()));
+    EXPECT_TRUE(judgement.facts.ostrandImport);
+    EXPECT_FALSE(judgement.facts.xmlListModelImport);
+}
+
+TEST(QmlImports, ToolkitIsReportedForEachLineOfEachFile) {
+    EXPECT_THAT(checkText("import Lumbra.Ostrand 1.05\nimport Lumbra.Ostrand 1.0.3 as S").lines,
+                ElementsAre(ostrandWarning(), ostrandWarning()));
+    const TemporaryDirectory root;
+    root.write("a.qml", "import Lumbra.Ostrand 1.0\n");
+    root.write("b.qml", "import Lumbra.Ostrand 1.0\n");
+    EXPECT_THAT(Judgement({"/a.qml", "/b.qml"}, root).lines,
+                ElementsAre(ostrandWarning(), ostrandWarning()));
 }
 
 TEST(QmlImports, ToolkitIsFineInAnApplicationOfItsType) {
-    ContentValidator validator = validatorOfNothing();
-    recordOf(validator).desktopFacts.ostrandQt5Application = true;
-    const RuleRun run = checkText(validator, "import Lumbra.Ostrand 1.0\n");
-    EXPECT_THAT(run.lines, IsEmpty());
-    EXPECT_TRUE(validator.ostrandImport());
+    const Judgement judgement = checkText("import Lumbra.Ostrand 1.0\n", true);
+    EXPECT_THAT(judgement.lines, IsEmpty());
+    EXPECT_TRUE(judgement.facts.ostrandImport);
 }
 
 TEST(QmlImports, ToolkitInAnotherFormIsAnOrdinaryImport) {
@@ -168,10 +182,9 @@ TEST(QmlImports, ToolkitInAnotherFormIsAnOrdinaryImport) {
          {" import Lumbra.Ostrand 1.0", "import  Lumbra.Ostrand 1.0", "import Lumbra.Ostrand  1.0",
           "import Lumbra.Ostrand 2.0", "import Lumbra.Ostrand.Effects 1.0"}) {
         SCOPED_TRACE(line);
-        ContentValidator validator = validatorOfNothing();
-        EXPECT_THAT(checkText(validator, line).lines,
-                    ElementsAre(testing::EndsWith("] Import is not allowed")));
-        EXPECT_FALSE(validator.ostrandImport());
+        const Judgement judgement = checkText(line);
+        EXPECT_THAT(judgement.lines, ElementsAre(testing::EndsWith("] Import is not allowed")));
+        EXPECT_FALSE(judgement.facts.ostrandImport);
     }
 }
 
@@ -181,34 +194,42 @@ TEST(QmlImports, ListModelNeverReachesTheLists) {
         {"import QtQuick.XmlListModelX 2.0", {}},
         {" import QtQuick.XmlListModel 2.0", {"QtQuick.XmlListModel 2.0"}},
     });
-    ContentValidator validator = validatorOfNothing();
-    checkText(validator, "import QtQuick.XmlListModel 2.0");
-    EXPECT_TRUE(recordOf(validator).qmlFacts.xmlListModelImport);
+    EXPECT_TRUE(checkText("import QtQuick.XmlListModel 2.0").facts.xmlListModelImport);
+    EXPECT_FALSE(checkText(" import QtQuick.XmlListModel 2.0").facts.xmlListModelImport);
 }
 
 TEST(QmlImports, PathThatEndsInQmlIsAQmlFile) {
-    const UnpackedPackage package(PackageBuilder("app")
-                                      .file("/a.qml", "import A 1\n")
-                                      .file("/b.QML", "import B 1\n")
-                                      .file("/c.qml.in", "import C 1\n")
-                                      .file("/d/qml", "import D 1\n")
-                                      .file("/e/.qml", "import E 1\n")
-                                      .directory("/f.qml")
-                                      .link("/g.qml", "/dev/zero")
-                                      .ghost("/h.qml"));
-    ContentValidator validator = validatorOfNothing();
-    EXPECT_THAT(check(validator, package.meta(), package.root()).lines,
+    const TemporaryDirectory root;
+    root.write("a.qml", "import A 1\n");
+    root.write("b.QML", "import B 1\n");
+    root.write("c.qml.in", "import C 1\n");
+    root.write("d/qml", "import D 1\n");
+    root.write("e/.qml", "import E 1\n");
+    root.write("i.qml", "import I 1\n");
+    std::filesystem::create_directory(root / "f.qml");
+    std::filesystem::create_symlink("/dev/zero", root / "g.qml");
+    EXPECT_THAT(Judgement({"/a.qml", "/b.QML", "/c.qml.in", "/d/qml", "/e/.qml", "/f.qml", "/g.qml",
+                           "/h.qml"},
+                          root)
+                    .lines,
                 ElementsAre(errorLine("[A 1] Import is not allowed"),
                             errorLine("[E 1] Import is not allowed")));
 }
 
-TEST(QmlImports, ListedFileThatIsNotThereHasNoLines) {
-    ContentValidator validator = validatorOfNothing();
+TEST(QmlImports, PackageWithoutQmlFilesHasNoImports) {
     const TemporaryDirectory root;
-    EXPECT_THAT(check(validator, metaWithOneFile(), root.path()).lines, IsEmpty());
+    root.write("a.js", "import Lumbra.Ostrand 1.0\nimport A 1\n");
+    const Judgement judgement({"/a.js"}, root);
+    EXPECT_THAT(judgement.lines, IsEmpty());
+    EXPECT_FALSE(judgement.facts.ostrandImport);
+}
+
+TEST(QmlImports, ListedFileThatIsNotThereHasNoLines) {
+    const TemporaryDirectory root;
+    EXPECT_THAT(Judgement({kFile}, root).lines, IsEmpty());
     std::filesystem::create_directories(root / "usr/share/app/qml");
     ASSERT_EQ(mkfifo((root.path().string() + kFile).c_str(), 0644), 0);
-    EXPECT_THAT(check(validator, metaWithOneFile(), root.path()).lines, IsEmpty());
+    EXPECT_THAT(Judgement({kFile}, root).lines, IsEmpty());
 }
 
 TEST(QmlImports, LongLinesAreJudged) {
