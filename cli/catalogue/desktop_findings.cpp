@@ -28,7 +28,7 @@ constexpr Entry kEntries[] = {
      .title = "Package has no desktop file, and need not have one",
      .demand = "Under this profile a package may do without "
                "/usr/share/applications/NAME.desktop, where NAME is the name of the package.",
-     .why = "Without the file nothing is known of a sandbox section, so that none is judged.",
+     .why = "The sandbox section stands in this file, so that none is judged without it.",
      .fix = "Nothing, if the package is not to be started by the user. Otherwise install the file "
             "and list it under `%files` in the .spec file.",
      .example = "%files\n"
@@ -37,7 +37,7 @@ constexpr Entry kEntries[] = {
      .message = &kDesktopFileMissingIsTolerated},
     {.id = "desktop-group-not-allowed",
      .title = "Desktop file has a group that is not allowed",
-     .demand = "The desktop file has no groups but `Desktop Entry`, `X-Application`, "
+     .demand = "The only groups of the desktop file are `Desktop Entry`, `X-Application`, "
                "`X-Tessara-Application`, `X-Tessara-SplashScreen`, `X-Task NAME`, "
                "`X-Service NAME`, and `X-Share Method NAME` for each NAME in `X-Share-Methods` of "
                "`Desktop Entry`.",
@@ -115,8 +115,8 @@ constexpr Entry kEntries[] = {
      .title = "Name in the desktop file has no ASCII character",
      .demand = "`Name` in the group `Desktop Entry` holds at least one printable ASCII "
                "character.",
-     .why = "It is the form of the name for users of every language and for tools that know no "
-            "other characters.",
+     .why = "This form of the name is shown to users of every language, and by tools that can "
+            "show no other characters.",
      .fix = "Write a Latin form into `Name`, and the others into its translations.",
      .example = "[Desktop Entry]\n"
                 "Name=Pilot\n"
@@ -156,10 +156,11 @@ constexpr Entry kEntries[] = {
      .message = &kTypeMissing},
     {.id = "desktop-key-not-allowed",
      .title = "Group of the desktop file has a key that is not allowed",
-     .demand = "`X-Tessara-Application` has no keys but `Orientation`, `SmallScreenOrientation`, "
-               "`MediumScreenOrientation`, `LargeScreenOrientation`, "
-               "`ExtraLargeScreenOrientation` and `IconMode`; `X-Tessara-SplashScreen` has none "
-               "but `GradientStartColor` and `GradientEndColor`.",
+     .demand =
+         "The only keys of `X-Tessara-Application` are `Orientation`, `SmallScreenOrientation`, "
+         "`MediumScreenOrientation`, `LargeScreenOrientation`, "
+         "`ExtraLargeScreenOrientation` and `IconMode`; those of `X-Tessara-SplashScreen` "
+         "are `GradientStartColor` and `GradientEndColor`.",
      .why = "The platform acts on what it finds there, so that nothing unknown may stand in it.",
      .fix = "Remove the key from the group that the finding names, or correct its name: upper and "
             "lower case count, and a language in brackets is not allowed.",

@@ -44,7 +44,7 @@ constexpr Entry kEntries[] = {
      .message = &kSectionDeprecated},
     {.id = "sandbox-key-not-allowed",
      .title = "Sandbox section has a key that is not allowed",
-     .demand = "The sandbox section has no keys but `Permissions`, `OrganizationName`, "
+     .demand = "The only keys of the sandbox section are `Permissions`, `OrganizationName`, "
                "`ApplicationName`, `ExecDBus`, `ExportDBusInterfaces` and `Intents`. Under the "
                "profile mdm `ExecSystemService`, `ExecSystemServiceUser`, "
                "`ExecSystemServiceGroup` and `ExecSystemServiceAutostart` are permitted too. That "
@@ -58,8 +58,8 @@ constexpr Entry kEntries[] = {
      .message = &kSandboxKeyNotAllowed},
     {.id = "application-name-reserved",
      .title = "ApplicationName holds a reserved part",
-     .demand = "`ApplicationName` holds `.instance_`, `.task_`, `.tessara_` or `.service_` at no "
-               "place, at its beginning or elsewhere.",
+     .demand = "`ApplicationName` does not contain `.instance_`, `.task_`, `.tessara_` or "
+               "`.service_`, neither at its beginning nor anywhere else.",
      .why = "The platform forms names of its own with these parts, and the two could be taken for "
             "each other.",
      .fix = "Choose another `ApplicationName`. The package's name, which ends in it, must follow, "
@@ -95,10 +95,10 @@ constexpr Entry kEntries[] = {
      .message = &kDBusPathError},
     {.id = "sandbox-section-not-allowed",
      .title = "Sandbox section has a name that is not allowed",
-     .demand = "The sandbox section is called `X-Application`, and no section is called "
-               "`Pinfold`.",
-     .why = "The old name does not begin with `X-`, as names of groups must that no standard "
-            "defines.",
+     .demand = "The sandbox section is called `X-Application`. A section called `Pinfold` is "
+               "not allowed.",
+     .why = "The names of groups that are not defined by a standard must begin with `X-`, and "
+            "the old name does not.",
      .fix = "Rename the section in the desktop file; its keys stay as they are.",
      .example = "[X-Application]\n",
      .relatedIds = {"sandbox-section-deprecated", "sandbox-multiple-sections"},
@@ -215,8 +215,9 @@ constexpr Entry kEntries[] = {
      .message = &kSystemServiceAccountWrong},
     {.id = "application-name-hyphen-with-service",
      .title = "ApplicationName with a service holds a hyphen",
-     .demand = "`ApplicationName` holds no `-` where the sandbox section has `ExecDBus` or "
-               "describes a system service.",
+     .demand =
+         "`ApplicationName` does not contain a `-` where the sandbox section has `ExecDBus` or "
+         "describes a system service.",
      .why = "The name becomes part of a name on the bus, in which a hyphen is not allowed.",
      .fix = "Choose an `ApplicationName` without a hyphen; an underscore is allowed. The package's "
             "name, which ends in it, must follow, and with it program, desktop file and icons.",
@@ -227,7 +228,7 @@ constexpr Entry kEntries[] = {
     {.id = "application-name-hyphen",
      .severity = Severity::Warning,
      .title = "ApplicationName holds a hyphen",
-     .demand = "`ApplicationName` should hold no `-`.",
+     .demand = "`ApplicationName` should not contain a `-`.",
      .why = "The application can then never have a service on the bus or in the system, since the "
             "name becomes part of a name in which a hyphen is not allowed.",
      .fix = "Nothing, if the application needs no service. Otherwise choose a name without a "

@@ -31,7 +31,7 @@ constexpr Entry kEntries[] = {
      .relatedIds = {"intent-invalid"},
      .message = &kIntentNameMissing},
     {.id = "intent-not-standard",
-     .title = "Intent is none of the standard ones",
+     .title = "Intent is not one of the standard ones",
      .demand = "An intent is `Start` or `OpenURI`, or its name begins with `X-`.",
      .why = "Names without `X-` are kept for intents that the platform defines.",
      .fix = "Correct the element of `Intents` in the sandbox section of the desktop file. Put `X-` "
@@ -52,9 +52,9 @@ constexpr Entry kEntries[] = {
      .message = &kIntentFlagUnknown},
     {.id = "task-key-not-allowed",
      .title = "Background task has a key that is not allowed",
-     .demand = "A group `X-Task` or `X-Service` has no keys but `Type`, `Exec`, `Permissions` and "
-               "`Conditions`.",
-     .why = "What runs without a user is described in full, and by nothing else.",
+     .demand = "The only keys of a group `X-Task` or `X-Service` are `Type`, `Exec`, "
+               "`Permissions` and `Conditions`.",
+     .why = "These keys describe in full what runs without a user. The platform knows no others.",
      .fix = "Remove the key from the group in the desktop file, or correct its name: upper and "
             "lower case count.",
      .example = "[X-Task sync]\n"
@@ -65,7 +65,7 @@ constexpr Entry kEntries[] = {
      .relatedIds = {"task-type-unsupported"},
      .message = &kTaskKeyDisallowed},
     {.id = "task-name-invalid",
-     .title = "Background task has no valid name",
+     .title = "Background task does not have a valid name",
      .demand = "Behind `X-Task` or `X-Service` and a blank comes a name of at least two Latin "
                "letters and digits, the first of them a letter.",
      .why = "The platform calls the task by it, and its unit too.",
@@ -75,7 +75,7 @@ constexpr Entry kEntries[] = {
      .relatedIds = {"desktop-group-not-allowed"},
      .message = &kTaskInvalid},
     {.id = "task-type-unsupported",
-     .title = "Background task has no known type",
+     .title = "Background task does not have a known type",
      .demand = "`Type` of a background task is `worker`, `periodic`, `scheduled` or "
                "`session-start`.",
      .why = "It says when the task is started.",
@@ -111,8 +111,8 @@ constexpr Entry kEntries[] = {
      .demand = "`Permissions` of a background task holds none of `Base`, `Audio`, `Camera` and "
                "`Microphone`.",
      .why = "Nobody would notice who is listening or watching.",
-     .fix = "Remove the permission from the group of the task in the desktop file. What needs it, "
-            "do while the user has the application open.",
+     .fix = "Remove the permission from the group of the task in the desktop file. Do what "
+            "needs it while the user has the application open.",
      .example = "[X-Task sync]\n"
                 "Permissions=Internet\n",
      .relatedIds = {"task-permission-not-in-application"},

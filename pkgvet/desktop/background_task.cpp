@@ -17,6 +17,8 @@ namespace pkgvet {
 
 namespace {
 
+// In all three grammars a word has at least two characters. There is no hyphen in the name of a
+// task, although the suffix of its program may have one.
 constexpr std::string_view kGroupName = "^(?:X-Task|X-Service) +([A-Za-z][A-Za-z0-9]+)$";
 constexpr std::string_view kProgramSuffix = "^([A-Za-z][A-Za-z0-9-_]+)$";
 constexpr std::string_view kCondition = "^([a-z][a-z0-9-]+)(?::([a-z][a-z0-9-]+))?$";
@@ -26,6 +28,7 @@ constexpr int kSubtypeGroup = 2;
 constexpr std::array<std::string_view, 4> kTypes = {"worker", "periodic", "scheduled",
                                                     "session-start"};
 
+// No task may have them, not even if the application does.
 constexpr std::array<std::string_view, 4> kForbiddenPermissions = {"Base", "Audio", "Camera",
                                                                    "Microphone"};
 // Every task has it, so that none is to list it.
@@ -52,6 +55,7 @@ void checkGroup(const std::string& group, Findings* findings) {
     }
 }
 
+// A missing type is reported as an empty one.
 void checkType(const std::string& type, Findings* findings) {
     if (!contains(kTypes, type)) {
         findings->violation(kTaskTypeUnsupported, {type});
@@ -121,6 +125,7 @@ WordSet setOf(const std::vector<std::string>& permissions) {
 
 }  // namespace
 
+// Every part is judged, whatever was wrong with those ahead of it.
 void checkBackgroundTask(const BackgroundTask& task, const std::string& packageName,
                          const WordSet& applicationPermissions, Findings* findings) {
     checkGroup(task.group, findings);

@@ -20,6 +20,7 @@ constexpr std::string_view kConditionsKey = "Conditions";
 constexpr std::array<std::string_view, 4> kTaskKeys = {kTypeKey, kExecKey, kPermissionsKey,
                                                        kConditionsKey};
 
+// A key that does not belong here does not keep the group from being judged.
 void judgeKeys(const DesktopEntry& entry, const std::string& group, Findings* findings) {
     for (const std::string& key : entry.keys(group)) {
         if (!contains(kTaskKeys, key)) {

@@ -19,13 +19,14 @@ namespace {
 constexpr const char* kNameKey = "Name";
 constexpr const char* kIconKey = "Icon";
 
-// A thousand times what a real desktop file holds.
+// A thousand times what a real desktop file holds. GKeyFile keeps all of a file in memory.
 constexpr std::size_t kMaxFileSize = std::size_t{64} << 20;
 
 // Without this flag GKeyFile keeps or drops a key such as "IconMode[de]" by the language of whoever
 // runs the check.
 constexpr GKeyFileFlags kLoadFlags = G_KEY_FILE_KEEP_TRANSLATIONS;
 
+// Only a regular file is read: a fifo would block, and a device might never end.
 pkgvet::KeyFileHandle load(const std::string& path) {
     pkgvet::KeyFileHandle file(g_key_file_new());
     const std::optional<std::string> content = pkgvet::readRegularFile(path, kMaxFileSize);

@@ -11,7 +11,7 @@
 struct DesktopEntryPrivate;
 
 // The read-only view of one key file, as GLib reads it. It reports nothing: a file that is missing,
-// malformed or no regular file, a group or key that is not there and an empty value all give the
+// malformed or not a regular file, a group or key that is not there and an empty value all give the
 // same empty answer, and callers turn that into findings. Lists are divided by semicolons.
 //
 // Keys with a language, such as "Name[de]", are keys of their own whatever the user's language is.
@@ -33,7 +33,7 @@ public:
     bool hasKey(std::string_view group, std::string_view key) const;
 
     // The value with escapes resolved and its trailing blanks kept. Empty also for a value that is
-    // no valid UTF-8.
+    // not valid UTF-8.
     std::string string(std::string_view group, std::string_view key) const;
     // The elements of the value in order; a semicolon at the end opens no further one.
     std::vector<std::string> stringList(std::string_view group, std::string_view key) const;

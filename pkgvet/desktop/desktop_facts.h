@@ -29,7 +29,7 @@ struct DesktopFacts {
     // Written by processPinfold.
     bool pinfoldSection = false;
     bool multiplePinfoldSection = false;
-    bool deprecatedPinfoldSection = false;  // read by nobody
+    bool deprecatedPinfoldSection = false;  // nothing reads it
     bool isSandboxed = false;
     bool illegalCharacters = false;
     bool correctOrgNameAppNamePair = true;

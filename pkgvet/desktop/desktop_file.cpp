@@ -23,7 +23,7 @@ namespace {
 const std::string kApplicationGroup = "X-Tessara-Application";
 const std::string kSplashScreenGroup = "X-Tessara-SplashScreen";
 
-// The blank belongs to each of them.
+// The blank belongs to each of them: "X-Task" alone is a group like any other.
 constexpr std::string_view kShareMethodPrefix = "X-Share Method ";
 constexpr std::array<std::string_view, 2> kBackgroundTaskPrefixes = {"X-Task ", "X-Service "};
 
@@ -40,6 +40,7 @@ constexpr std::string_view kRecommendedType = "ostrand-qt5";
 constexpr std::array<std::string_view, 4> kKnownTypes = {"no-invoker", "generic", "qtquick2",
                                                          "qt5"};
 
+// With the blank that divides a launcher from the name of the application.
 constexpr std::array<std::string_view, 2> kQmlLaunchers = {"lumbra-qml ", "tessara-qml "};
 
 std::vector<FieldRow> applicationFields() {
@@ -88,6 +89,7 @@ void judgeGroups(const DesktopEntry& entry, DesktopFacts* facts, Findings* findi
     }
 }
 
+// An empty name is reported as missing, and not for its characters too.
 void readName(const std::string& name, DesktopFacts* facts) {
     facts->desktopName = !name.empty();
     if (facts->desktopName) {
@@ -96,7 +98,8 @@ void readName(const std::string& name, DesktopFacts* facts) {
     }
 }
 
-// A program in one of its forms, alone or with arguments behind a blank.
+// A program in one of its forms, alone or with arguments behind a blank. The arguments are not
+// judged.
 bool isAcceptedExec(const std::string& exec, const std::string& packageName) {
     const std::array<std::string, 4> candidates = {
         packageName, std::string(kProgramDirectory) + packageName,
@@ -118,6 +121,7 @@ void readExec(const std::string& exec, const std::string& packageName, DesktopFa
     }
 }
 
+// For a QML-only application every other type is an error, also one that is tolerated elsewhere.
 void judgeApplicationType(const std::string& type, DesktopFacts* facts, Findings* findings) {
     facts->ostrandQt5Application = type == kRecommendedType;
     facts->knownApplicationType = contains(kKnownTypes, type);

@@ -28,6 +28,8 @@ constexpr std::array<std::string_view, 3> kSections = {kApplicationSection, kDep
 constexpr std::string_view kOrganizationNameKey = "OrganizationName";
 constexpr std::string_view kApplicationNameKey = "ApplicationName";
 constexpr std::string_view kIntentsKey = "Intents";
+// The same for every profile. Of the exported interfaces only the key is known here: its value is
+// not judged.
 constexpr std::array<std::string_view, 6> kKeys = {kPermissionsKey,        kOrganizationNameKey,
                                                    kApplicationNameKey,    kExecDBusKey,
                                                    "ExportDBusInterfaces", kIntentsKey};
@@ -74,7 +76,8 @@ bool isFound(std::string_view pattern, const std::string& text) {
     return Regex::matchSimple(pattern, text, kTextPattern.compile, kTextPattern.match);
 }
 
-// Whether there is a section to judge.
+// Whether there is a section to judge. Several are an error, but one of them is judged all the
+// same.
 bool chooseSection(const DesktopEntry& entry, DesktopFacts* facts, Findings* findings) {
     facts->pinfoldSection = entry.hasGroup(kDisallowedSection);
     std::vector<std::string_view> present;

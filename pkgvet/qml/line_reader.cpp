@@ -1,4 +1,4 @@
-// Cuts a file into lines.
+// Reads a file line by line.
 #include "pkgvet/qml/line_reader.h"
 
 #include <algorithm>
@@ -9,6 +9,7 @@ namespace pkgvet {
 
 namespace {
 
+// Large enough that the cost of each call to read does not show.
 constexpr std::size_t kPieceSize = std::size_t{64} << 10;
 
 }  // namespace

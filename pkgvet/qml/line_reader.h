@@ -11,9 +11,9 @@ namespace pkgvet {
 // Longer lines are refused. Nobody writes one, and judging it takes several times its size.
 inline constexpr std::size_t kMaxLineSize = std::size_t{256} << 20;
 
-// Reads a file line by line, as std::getline does: cut at line feeds, and what stands behind the
-// last one is a line unless it is empty. What is no regular file, or cannot be opened, has no
-// lines.
+// Reads a file line by line, as std::getline does: a line ends at a line feed, and what stands
+// behind the last line feed is a line unless it is empty. What is not a regular file, or cannot be
+// opened, has no lines.
 class LineReader {
 public:
     // path is a path on disk.

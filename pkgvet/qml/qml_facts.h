@@ -6,7 +6,7 @@ namespace pkgvet {
 // Written by checkQmlImports.
 struct QmlFacts {
     bool ostrandImport = false;       // read by the rule on the symbols of the main binary
-    bool xmlListModelImport = false;  // read by nobody
+    bool xmlListModelImport = false;  // nothing reads it
 };
 
 }  // namespace pkgvet

@@ -57,7 +57,7 @@ std::string_view firstWord(std::string_view text) {
     return text.substr(0, text.find_first_of(kWhiteSpace));
 }
 
-// Chosen by the name in the package alone; a directory of such a name has no lines.
+// The name in the package alone makes a QML file. A directory of such a name has no lines.
 std::vector<std::string> qmlFilesOf(const std::vector<std::string>& paths,
                                     const std::string& root) {
     const Regex qmlPattern = textPattern(kQmlPattern);
@@ -103,9 +103,8 @@ Imports readImports(const std::vector<std::string>& qmlFiles, bool isOstrandQt5A
 // The quoted imports that lead to a file of the package. They are resolved in base, the package's
 // QML directory, whichever file holds them. One step up is undone, a second one stays in the text
 // and leads nowhere. An absolute path is reported here, and once more where the lists forbid it.
-std::vector<std::string> packagedImports(const Imports& imports, const std::string& base,
-                                         const std::vector<std::string>& paths,
-                                         Findings* findings) {
+std::vector<std::string> packagedAmong(const Imports& imports, const std::string& base,
+                                       const std::vector<std::string>& paths, Findings* findings) {
     const Regex quotedPattern = textPattern(kQuotedPattern);
     const std::unordered_set<std::string> known(paths.begin(), paths.end());
     std::vector<std::string> packaged;
@@ -143,7 +142,7 @@ std::vector<std::string> suspectsAmong(const Imports& imports,
     return suspects;
 }
 
-// An import on no list at all passes without a word, unlike a library.
+// Unlike a library, an import that is on none of the lists passes without a line.
 void judge(const std::vector<std::string>& suspects, const Configuration& configuration,
            Findings* findings) {
     PatternList unstable(configuration.unstableQmlimports());
@@ -169,7 +168,7 @@ void checkQmlImports(const std::string& packageName, const std::vector<std::stri
     }
     const Imports imports = readImports(qmlFiles, isOstrandQt5Application, facts, findings);
     const std::string base = configuration.shareDir() + packageName + kQmlDirectory;
-    const std::vector<std::string> packaged = packagedImports(imports, base, paths, findings);
+    const std::vector<std::string> packaged = packagedAmong(imports, base, paths, findings);
     judge(suspectsAmong(imports, packaged, configuration), configuration, findings);
 }
 

@@ -69,7 +69,7 @@ TEST(DesktopPackage, AGoodDesktopFileIsAccepted) {
     EXPECT_TRUE(judgement.accepted);
 }
 
-// The first line of several: what other rules say of such a package is no matter here.
+// Other rules have something to say of such a package as well, which does not matter here.
 TEST(DesktopPackage, WithoutADesktopFileItsRulesDoNotRun) {
     const Judgement judgement = judge(package().file("/usr/share/org.example.app/readme", "text"));
     ASSERT_FALSE(judgement.lines.empty());
