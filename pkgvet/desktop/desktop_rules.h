@@ -15,9 +15,9 @@ namespace pkgvet {
 class Findings;
 struct DesktopFacts;
 
-// The four rules, in the order in which they run. They are called as the members of
-// ContentValidator are. All of them go on to their end whatever they find, and hand on what they
-// find out through facts, which belong to one package.
+// The four rules, in the order in which they run. Each has the name of the member of
+// ContentValidator that runs it. All of them go on to their end whatever they find, and pass on
+// what they find out to later rules in facts, which belong to one package.
 
 // Whether desktopPath is among the paths of the package. If it is not, no other rule here runs.
 void checkDesktop(const std::vector<std::string>& paths, const std::string& desktopPath,

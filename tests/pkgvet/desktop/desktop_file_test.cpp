@@ -32,11 +32,11 @@ std::string noIcon(const std::string& package) {
     return "[desktop] Missing valid Icon declaration inside, must be Icon=" + package;
 }
 
-// The rule on one desktop file of the package "foo".
+// The rule on one desktop file.
 struct Judgement {
-    explicit Judgement(const std::string& content)
+    explicit Judgement(const std::string& content, const std::string& package = "foo")
         : lines(linesOf([&](Findings* findings) {
-              pkgvet::processDesktopFile("foo", desktopEntry(content), &facts, findings);
+              pkgvet::processDesktopFile(package, desktopEntry(content), &facts, findings);
           })) {}
 
     DesktopFacts facts;
@@ -250,6 +250,19 @@ TEST(DesktopFile, AcceptedLauncherLinesMakeAQmlOnlyApplication) {
         EXPECT_TRUE(judgement.facts.desktopExec);
         EXPECT_TRUE(judgement.facts.qmlOnly);
     }
+}
+
+// The line is accepted as that of the package's own program, and begins like that of a launcher.
+TEST(DesktopFile, APackageThatIsCalledLikeALauncherIsQmlOnlyOnceItHasArguments) {
+    const std::string start =
+        "[Desktop Entry]\nType=Application\nName=Foo\nIcon=lumbra-qml\n"
+        "X-Dorrit-Application-Type=ostrand-qt5\nExec=lumbra-qml";
+    const Judgement alone(start + "\n", "lumbra-qml");
+    EXPECT_EQ(alone.lines, Strings());
+    EXPECT_FALSE(alone.facts.qmlOnly);
+    const Judgement withArgument(start + " x\n", "lumbra-qml");
+    EXPECT_EQ(withArgument.lines, Strings{infoLine(kIsQmlOnly)});
+    EXPECT_TRUE(withArgument.facts.qmlOnly);
 }
 
 TEST(DesktopFile, OtherProgramLinesAreNotAccepted) {
