@@ -6,6 +6,7 @@
 #include <string>
 #include <string_view>
 #include <unordered_set>
+#include <utility>
 #include <vector>
 
 #include "pkgvet/pattern/pattern_list.h"
@@ -70,30 +71,47 @@ std::vector<std::string> qmlFilesOf(const std::vector<std::string>& paths,
     return qmlFiles;
 }
 
-// Text is not understood: an import in a comment of several lines counts. Neither the import of the
-// toolkit nor that of the XML list model reaches the lists.
+// The patterns on lines, compiled once for all files.
+struct LinePatterns {
+    Regex ostrand = textPattern(kOstrandPattern);
+    Regex xmlListModel = textPattern(kXmlListModelPattern);
+    Regex anyImport = textPattern(kImportPattern);
+};
+
+// The text of the import in line, if it has one that goes to the lists. Neither the import of the
+// toolkit nor that of the XML list model does.
+std::optional<std::string> importIn(const std::string& line, const LinePatterns& patterns,
+                                    bool isOstrandQt5Application, QmlFacts* facts,
+                                    Findings* findings) {
+    if (line.find(kImportWord) == std::string::npos) {
+        return std::nullopt;
+    }
+    if (patterns.ostrand.match(line)) {
+        facts->ostrandImport = true;
+        if (!isOstrandQt5Application) {
+            findings->warning(kShouldBeOstrandQt5);
+        }
+        return std::nullopt;
+    }
+    if (patterns.xmlListModel.match(line)) {
+        facts->xmlListModelImport = true;
+        return std::nullopt;
+    }
+    const std::optional<MatchInfo> match = patterns.anyImport.match(line);
+    return match ? match->fetch(kImportText) : std::nullopt;
+}
+
+// Text is not understood: an import in a comment of several lines counts.
 Imports readImports(const std::vector<std::string>& qmlFiles, bool isOstrandQt5Application,
                     QmlFacts* facts, Findings* findings) {
-    const Regex ostrandPattern = textPattern(kOstrandPattern);
-    const Regex xmlListModelPattern = textPattern(kXmlListModelPattern);
-    const Regex importPattern = textPattern(kImportPattern);
+    const LinePatterns patterns;
     Imports imports;
     std::string line;
     for (const std::string& file : qmlFiles) {
         LineReader reader(file);
         while (reader.next(&line)) {
-            if (line.find(kImportWord) == std::string::npos) {
-                continue;
-            }
-            if (ostrandPattern.match(line)) {
-                facts->ostrandImport = true;
-                if (!isOstrandQt5Application) {
-                    findings->warning(kShouldBeOstrandQt5);
-                }
-            } else if (xmlListModelPattern.match(line)) {
-                facts->xmlListModelImport = true;
-            } else if (const std::optional<MatchInfo> match = importPattern.match(line)) {
-                imports.insert(match->fetch(kImportText).value());
+            if (auto text = importIn(line, patterns, isOstrandQt5Application, facts, findings)) {
+                imports.insert(*std::move(text));
             }
         }
     }
