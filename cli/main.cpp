@@ -11,17 +11,18 @@
 #include "cli/command/options.h"
 #include "cli/command/rules.h"
 #include "cli/worker/worker.h"
+#include "pkgvet/base/descriptor.h"
 
 namespace {
 
 // A descriptor opened later must not take the place of a standard one that is closed: what is meant
 // for standard output would end up in it.
 void openStandardDescriptors() {
-    int descriptor = -1;
+    pkgvet::Descriptor descriptor;
     do {
-        descriptor = open("/dev/null", O_RDONLY | O_CLOEXEC);
-    } while (descriptor >= 0 && descriptor <= STDERR_FILENO);
-    close(descriptor);
+        descriptor.release();
+        descriptor = pkgvet::Descriptor(open("/dev/null", O_RDONLY | O_CLOEXEC));
+    } while (descriptor.isOpen() && descriptor.get() <= STDERR_FILENO);
 }
 
 int run(const pkgvet::cli::Options& options) {

@@ -8,7 +8,7 @@
 #include <array>
 #include <memory>
 
-#include "cli/base/descriptor.h"
+#include "pkgvet/base/descriptor.h"
 
 namespace pkgvet::cli {
 

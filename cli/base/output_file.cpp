@@ -44,12 +44,12 @@ bool isSpecial(const std::string& path) {
 
 OutputFile::OutputFile(const std::string& path) : path_(path), target_(path) {
     if (isSpecial(path)) {
-        descriptor_ = open(path.c_str(), O_WRONLY | O_CLOEXEC);
+        descriptor_ = Descriptor(open(path.c_str(), O_WRONLY | O_CLOEXEC));
     } else {
         target_ = behindLinks(path);
         openBeside();
     }
-    if (descriptor_ < 0) {
+    if (!descriptor_.isOpen()) {
         fail(path_, errno);
     }
 }
@@ -58,7 +58,7 @@ OutputFile::OutputFile(OutputFile&& other) noexcept
     : path_(std::move(other.path_)),
       target_(std::move(other.target_)),
       temporary_(std::exchange(other.temporary_, {})),
-      descriptor_(std::exchange(other.descriptor_, -1)) {}
+      descriptor_(std::move(other.descriptor_)) {}
 
 OutputFile::~OutputFile() {
     discard();
@@ -66,7 +66,7 @@ OutputFile::~OutputFile() {
 
 void OutputFile::write(std::string_view content) {
     while (!content.empty()) {
-        const ssize_t size = ::write(descriptor_, content.data(), content.size());
+        const ssize_t size = ::write(descriptor_.get(), content.data(), content.size());
         if (size < 0 && errno == EINTR) {
             continue;
         }
@@ -79,7 +79,7 @@ void OutputFile::write(std::string_view content) {
 
 void OutputFile::commit() {
     // Some file systems tell only now that there was no room.
-    if (close(std::exchange(descriptor_, -1)) != 0) {
+    if (close(descriptor_.release()) != 0) {
         fail(path_, errno);
     }
     if (temporary_.empty()) {
@@ -98,8 +98,9 @@ void OutputFile::openBeside() {
         std::to_string(getpid()) + "-";
     for (int attempt = 0; attempt < kMostAttempts; ++attempt) {
         const std::string name = prefix + std::to_string(attempt);
-        descriptor_ = open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kMode);
-        if (descriptor_ >= 0) {
+        descriptor_ =
+            Descriptor(open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kMode));
+        if (descriptor_.isOpen()) {
             temporary_ = name;
             return;
         }
@@ -110,9 +111,7 @@ void OutputFile::openBeside() {
 }
 
 void OutputFile::discard() {
-    if (descriptor_ >= 0) {
-        close(descriptor_);
-    }
+    descriptor_.reset();
     if (!temporary_.empty()) {
         unlink(temporary_.c_str());
     }

@@ -4,6 +4,8 @@
 #include <string>
 #include <string_view>
 
+#include "pkgvet/base/descriptor.h"
+
 namespace pkgvet::cli {
 
 // Gathers content beside a path and renames it into place, so that a reader of the path sees the
@@ -30,7 +32,7 @@ private:
     std::string path_;       // as the user named it
     std::string target_;     // behind links
     std::string temporary_;  // empty where the target itself is written
-    int descriptor_ = -1;
+    Descriptor descriptor_;
 };
 
 }  // namespace pkgvet::cli

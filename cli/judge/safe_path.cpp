@@ -13,6 +13,8 @@
 #include <string_view>
 #include <system_error>
 
+#include "pkgvet/base/descriptor.h"
+
 namespace fs = std::filesystem;
 
 namespace pkgvet::cli {
@@ -29,11 +31,11 @@ bool isSafe(char c) {
 }
 
 bool clone(const std::string& from, const std::string& to) {
-    const int source = open(from.c_str(), O_RDONLY | O_CLOEXEC);
-    const int target = open(to.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR);
-    const bool cloned = source >= 0 && target >= 0 && ioctl(target, FICLONE, source) == 0;
-    close(source);
-    close(target);
+    const Descriptor source(open(from.c_str(), O_RDONLY | O_CLOEXEC));
+    const Descriptor target(
+        open(to.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, S_IRUSR | S_IWUSR));
+    const bool cloned =
+        source.isOpen() && target.isOpen() && ioctl(target.get(), FICLONE, source.get()) == 0;
     if (!cloned) {
         unlink(to.c_str());
     }

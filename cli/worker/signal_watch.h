@@ -3,7 +3,7 @@
 
 #include <signal.h>
 
-#include "cli/base/descriptor.h"
+#include "pkgvet/base/descriptor.h"
 
 namespace pkgvet::cli {
 

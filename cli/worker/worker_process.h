@@ -6,7 +6,7 @@
 #include <string>
 #include <vector>
 
-#include "cli/base/descriptor.h"
+#include "pkgvet/base/descriptor.h"
 
 namespace pkgvet::cli {
 

@@ -9,14 +9,13 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <utility>
 
 namespace pkgvet {
 
 namespace {
 
 constexpr const char* kReadMode = "rb";
-
-constexpr int kNone = -1;
 
 // What path leads to may change between the look at it and the open, hence the second look and an
 // open that waits for nobody.
@@ -30,29 +29,26 @@ bool isMadeUp(int descriptor) {
            (system.f_type == PROC_SUPER_MAGIC || system.f_type == SYSFS_MAGIC);
 }
 
-// The descriptor of a regular file with the size that it states, or kNone.
-int openRegularFile(const std::string& path, std::uint64_t* size) {
-    if (!isRegularFile(path)) {
-        return kNone;
-    }
-    const int descriptor = open(path.c_str(), kOpenFlags);
-    if (descriptor < 0) {
-        return kNone;
-    }
-    struct stat status {};
-    if (fstat(descriptor, &status) != 0 || !S_ISREG(status.st_mode)) {
-        close(descriptor);
-        return kNone;
-    }
-    *size = isMadeUp(descriptor) ? 0 : static_cast<std::uint64_t>(status.st_size);
-    return descriptor;
-}
-
 }  // namespace
 
 bool isRegularFile(const std::string& path) {
     struct stat status {};
     return stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode);
+}
+
+OpenFile openRegularFile(const std::string& path) {
+    OpenFile file;
+    if (!isRegularFile(path)) {
+        return file;
+    }
+    Descriptor descriptor(open(path.c_str(), kOpenFlags));
+    struct stat status {};
+    if (!descriptor.isOpen() || fstat(descriptor.get(), &status) != 0 || !S_ISREG(status.st_mode)) {
+        return file;
+    }
+    file.size = isMadeUp(descriptor.get()) ? 0 : static_cast<std::uint64_t>(status.st_size);
+    file.descriptor = std::move(descriptor);
+    return file;
 }
 
 std::optional<std::string> readRegularFile(const std::string& path, std::size_t maxBytes) {
@@ -68,26 +64,22 @@ std::optional<std::string> readRegularFile(const std::string& path, std::size_t 
 }
 
 StreamHandle openRegularStream(const std::string& path) {
-    std::uint64_t size = 0;
-    const int descriptor = openRegularFile(path, &size);
-    if (descriptor == kNone) {
+    OpenFile file = openRegularFile(path);
+    if (!file.descriptor.isOpen()) {
         return nullptr;
     }
-    StreamHandle stream(fdopen(descriptor, kReadMode));
-    if (!stream) {
-        close(descriptor);
+    StreamHandle stream(fdopen(file.descriptor.get(), kReadMode));
+    if (stream) {
+        file.descriptor.release();
     }
     return stream;
 }
 
 RegularFileReader::RegularFileReader(const std::string& path)
-    : descriptor_(openRegularFile(path, &remaining_)) {}
+    : RegularFileReader(openRegularFile(path)) {}
 
-RegularFileReader::~RegularFileReader() {
-    if (descriptor_ != kNone) {
-        close(descriptor_);
-    }
-}
+RegularFileReader::RegularFileReader(OpenFile file)
+    : descriptor_(std::move(file.descriptor)), remaining_(file.size) {}
 
 bool RegularFileReader::read(std::string* content) {
     const auto wanted =
@@ -95,7 +87,7 @@ bool RegularFileReader::read(std::string* content) {
     std::size_t filled = 0;
     ssize_t count = 1;
     while (filled < wanted && count != 0) {
-        count = ::read(descriptor_, content->data() + filled, wanted - filled);
+        count = ::read(descriptor_.get(), content->data() + filled, wanted - filled);
         if (count < 0 && errno != EINTR) {
             break;
         }

@@ -1,23 +1,38 @@
-// Reading files of a package, of which any may be something else than a file.
+// Reading files of a package, of which any may be something other than a file.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
+#include <cstdio>
 #include <optional>
 #include <string>
 
-#include "pkgvet/base/handles.h"
+#include "pkgvet/base/c_handle.h"
+#include "pkgvet/base/descriptor.h"
 
 namespace pkgvet {
+
+using StreamHandle = CHandle<std::FILE, std::fclose>;
 
 // Whether path, on disk, leads to a regular file, links followed. Nothing is opened for the
 // answer: opening a fifo may block for ever and opening a device may set it going. True for the
 // files that the kernel makes up as well, of which some block a reader; what follows does not.
 bool isRegularFile(const std::string& path);
 
+// A file that is open for reading, and the size that it stated when it was opened.
+struct OpenFile {
+    Descriptor descriptor;  // not open when there is no such file or it cannot be read
+    std::uint64_t size = 0;
+};
+
+// Opens the regular file that path leads to, and nothing else; waits for nobody. All reading of
+// files of a package begins here. A file that the kernel makes up has size 0, whatever size it
+// states.
+OpenFile openRegularFile(const std::string& path);
+
 // The whole content of the regular file that path leads to. Nothing when there is no such file,
 // when it cannot be read or when it holds more than maxBytes. No more is read than the size that
-// the file states. A file that the kernel makes up reads as empty, whatever size it states.
+// the file states.
 std::optional<std::string> readRegularFile(const std::string& path, std::size_t maxBytes);
 
 // A stream on the regular file that path leads to, for libraries that want one; null when there is
@@ -30,13 +45,8 @@ class RegularFileReader {
 public:
     // A file that cannot be opened has nothing to read.
     explicit RegularFileReader(const std::string& path);
-    RegularFileReader(const RegularFileReader&) = delete;
-    RegularFileReader(RegularFileReader&&) = delete;
-    RegularFileReader& operator=(const RegularFileReader&) = delete;
-    RegularFileReader& operator=(RegularFileReader&&) = delete;
-    ~RegularFileReader();
 
-    bool isOpen() const { return descriptor_ >= 0; }
+    bool isOpen() const { return descriptor_.isOpen(); }
     // What is still to be read, if the file holds what it states.
     std::uint64_t remaining() const { return remaining_; }
 
@@ -45,8 +55,10 @@ public:
     bool read(std::string* content);
 
 private:
-    std::uint64_t remaining_ = 0;  // stands first, as opening the file sets it
-    int descriptor_;
+    explicit RegularFileReader(OpenFile file);
+
+    Descriptor descriptor_;
+    std::uint64_t remaining_;
 };
 
 }  // namespace pkgvet

@@ -6,7 +6,7 @@
 #include <cstddef>
 #include <optional>
 
-#include "pkgvet/base/handles.h"
+#include "pkgvet/base/glib_handles.h"
 #include "pkgvet/base/regular_file.h"
 #include "pkgvet/desktop/vocabulary.h"
 

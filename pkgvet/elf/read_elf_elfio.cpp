@@ -2,8 +2,8 @@
 #include <elfio/elfio.hpp>
 #include <string>
 
+#include "pkgvet/base/file_ranges.h"
 #include "pkgvet/elf/elf_budget.h"
-#include "pkgvet/elf/file_ranges.h"
 #include "pkgvet/elf/read_elf.h"
 
 namespace pkgvet {

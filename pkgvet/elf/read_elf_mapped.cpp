@@ -9,10 +9,10 @@
 #include <utility>
 #include <vector>
 
+#include "pkgvet/base/file_ranges.h"
 #include "pkgvet/elf/byte_view.h"
 #include "pkgvet/elf/elf_budget.h"
 #include "pkgvet/elf/elf_layout.h"
-#include "pkgvet/elf/file_ranges.h"
 #include "pkgvet/elf/read_elf.h"
 
 namespace pkgvet {

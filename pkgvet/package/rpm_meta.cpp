@@ -8,14 +8,16 @@
 #include <rpm/rpmlib.h>
 #include <rpm/rpmtd.h>
 #include <rpm/rpmts.h>
+#include <rpm/rpmurl.h>
+#include <sys/stat.h>
 
 #include <algorithm>
 #include <array>
 #include <string_view>
+#include <type_traits>
 #include <utility>
 
-#include "pkgvet/base/handles.h"
-#include "pkgvet/base/regular_file.h"
+#include "pkgvet/base/c_handle.h"
 
 struct RpmMetaPrivate {
     std::string name;
@@ -34,6 +36,18 @@ struct RpmMetaPrivate {
 };
 
 namespace {
+
+// rpmtdFree leaves the data behind the container alone.
+void releaseTagData(rpmtd container) {
+    rpmtdFreeData(container);
+    rpmtdFree(container);
+}
+
+using RpmFileHandle = pkgvet::CHandle<std::remove_pointer_t<FD_t>, Fclose>;
+using HeaderHandle = pkgvet::CHandle<std::remove_pointer_t<Header>, headerFree>;
+using TagDataHandle = pkgvet::CHandle<std::remove_pointer_t<rpmtd>, releaseTagData>;
+using FileIteratorHandle = pkgvet::CHandle<std::remove_pointer_t<rpmfi>, rpmfiFree>;
+using DependencySetHandle = pkgvet::CHandle<std::remove_pointer_t<rpmds>, rpmdsFree>;
 
 constexpr const char* kOpenMode = "r.ufdio";
 
@@ -68,36 +82,47 @@ constexpr std::array<std::string_view, 3> kUnjudgedRequirements = {"rpmlib", "/"
 
 constexpr std::string_view kWhiteSpace = " \t\n\v\f\r";
 
+// Whether reading path may block or never end, as with a fifo, a socket or a device. What librpm
+// takes for a path may be a URL as well, or "-" for standard input, which the caller asks for and
+// which may be a pipe. A missing file and a directory are left to librpm, which says what is wrong.
+bool mayNeverEnd(const char* path) {
+    const char* file = nullptr;
+    if (path == nullptr || urlPath(path, &file) == URL_IS_DASH) {
+        return false;
+    }
+    struct stat status {};
+    return stat(file, &status) == 0 && !S_ISREG(status.st_mode) && !S_ISDIR(status.st_mode);
+}
+
 // The null handle stands for a package that could not be read. A header comes out with some codes
 // other than success as well, and is released then.
-pkgvet::HeaderHandle readHeader(const char* path, rpmts ts) {
-    // Opening a fifo would wait for a writer.
-    if (path == nullptr || !pkgvet::isRegularFile(path)) {
+HeaderHandle readHeader(const char* path, rpmts ts) {
+    if (mayNeverEnd(path)) {
         return nullptr;
     }
-    pkgvet::RpmFileHandle file(Fopen(path, kOpenMode));
+    RpmFileHandle file(Fopen(path, kOpenMode));
     const rpmVSFlags callersFlags = rpmtsVSFlags(ts);
     rpmtsSetVSFlags(ts, kVerificationFlags);
     Header header = nullptr;
     const rpmRC result = rpmReadPackageFile(ts, file.get(), path, &header);
     file.reset();
     rpmtsSetVSFlags(ts, callersFlags);
-    pkgvet::HeaderHandle owner(header);
+    HeaderHandle owner(header);
     if (result != RPMRC_OK) {
         owner.reset();
     }
     return owner;
 }
 
-pkgvet::TagDataHandle fetchTag(Header header, rpmTagVal tag) {
-    pkgvet::TagDataHandle container(rpmtdNew());
+TagDataHandle fetchTag(Header header, rpmTagVal tag) {
+    TagDataHandle container(rpmtdNew());
     headerGet(header, tag, container.get(), HEADERGET_EXT);
     return container;
 }
 
 void readTextFields(Header header, RpmMetaPrivate* record) {
     for (const TextField& text : kTextFields) {
-        const pkgvet::TagDataHandle container = fetchTag(header, text.tag);
+        const TagDataHandle container = fetchTag(header, text.tag);
         if (rpmtdSize(container.get()) != 0) {
             record->*text.field = std::string(rpmtdGetString(container.get()));
         }
@@ -111,8 +136,7 @@ bool hasScripts(Header header) {
 }
 
 void readFiles(Header header, RpmMetaPrivate* record) {
-    const pkgvet::FileIteratorHandle files(
-        rpmfiNew(nullptr, header, RPMTAG_BASENAMES, RPMFI_KEEPHEADER));
+    const FileIteratorHandle files(rpmfiNew(nullptr, header, RPMTAG_BASENAMES, RPMFI_KEEPHEADER));
     if (!files) {
         return;
     }
@@ -137,7 +161,7 @@ std::string bareName(const std::string& dependency) {
 
 std::vector<std::string> readDependencies(Header header, rpmTagVal tag) {
     std::vector<std::string> names;
-    const pkgvet::DependencySetHandle dependencies(rpmdsNew(header, tag, 0));
+    const DependencySetHandle dependencies(rpmdsNew(header, tag, 0));
     if (dependencies) {
         while (rpmdsNext(dependencies.get()) >= 0) {
             names.push_back(bareName(rpmdsDNEVR(dependencies.get())));
@@ -163,7 +187,7 @@ void readDependencyLists(Header header, RpmMetaPrivate* record) {
 }  // namespace
 
 RpmMeta::RpmMeta(const char* path, rpmts ts) : d_ptr(std::make_unique<RpmMetaPrivate>()) {
-    const pkgvet::HeaderHandle header = readHeader(path, ts);
+    const HeaderHandle header = readHeader(path, ts);
     if (!header) {
         return;
     }

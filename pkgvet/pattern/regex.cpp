@@ -4,7 +4,7 @@
 #include <regex>
 #include <utility>
 
-#include "pkgvet/base/handles.h"
+#include "pkgvet/base/glib_handles.h"
 #include "pkgvet/base/utf8.h"
 
 struct MatchInfoPrivate {

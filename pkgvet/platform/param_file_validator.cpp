@@ -13,7 +13,7 @@
 #include <utility>
 #include <vector>
 
-#include "pkgvet/base/handles.h"
+#include "pkgvet/base/c_handle.h"
 #include "pkgvet/base/regular_file.h"
 
 namespace ManagedConfiguration::Validator {
@@ -26,7 +26,11 @@ namespace {
 
 namespace fs = std::filesystem;
 
-using pkgvet::XmlDocumentHandle;
+using XmlDocumentHandle = pkgvet::CHandle<xmlDoc, xmlFreeDoc>;
+using XmlParserHandle = pkgvet::CHandle<xmlParserCtxt, xmlFreeParserCtxt>;
+using XmlSchemaHandle = pkgvet::CHandle<xmlSchema, xmlSchemaFree>;
+using XmlSchemaParserHandle = pkgvet::CHandle<xmlSchemaParserCtxt, xmlSchemaFreeParserCtxt>;
+using XmlSchemaValidatorHandle = pkgvet::CHandle<xmlSchemaValidCtxt, xmlSchemaFreeValidCtxt>;
 
 constexpr const char* kStandardSchemasDirectory = "/usr/share/managed-configuration/schemas";
 constexpr const char* kSchemaSuffix = ".xsd";
@@ -40,7 +44,8 @@ constexpr std::size_t kMaxSchemaSize = std::size_t{4} << 20;
 // Without a permission to be huge, libxml2 bounds the depth of nesting itself.
 constexpr int kParserOptions = XML_PARSE_NONET | XML_PARSE_NOERROR | XML_PARSE_NOWARNING;
 
-void saySilently(void* /*context*/, xmlErrorPtr /*error*/) {}
+// Takes the place of libxml2's own report on standard error: the caller says what is wrong.
+void ignoreError(void* /*context*/, xmlErrorPtr /*error*/) {}
 
 // Keeps schemas from including others over a network. The loader is one for the whole process, so
 // it is put back.
@@ -96,7 +101,7 @@ void stopAtAttribute(void* context, const xmlChar* /*element*/, const xmlChar* /
 
 XmlDocumentHandle readDocument(const std::string& file, std::size_t maxSize) {
     const std::optional<std::string> content = pkgvet::readRegularFile(file, maxSize);
-    const pkgvet::XmlParserHandle parser(xmlNewParserCtxt());
+    const XmlParserHandle parser(xmlNewParserCtxt());
     if (!content || !parser) {
         return nullptr;
     }
@@ -125,20 +130,20 @@ bool declares(xmlDoc* schema, const xmlNode* root) {
 
 bool conforms(xmlDoc* document, xmlDoc* schemaDocument) {
     const NoNetwork noNetwork;
-    const pkgvet::XmlSchemaParserHandle parser(xmlSchemaNewDocParserCtxt(schemaDocument));
+    const XmlSchemaParserHandle parser(xmlSchemaNewDocParserCtxt(schemaDocument));
     if (!parser) {
         return false;
     }
-    xmlSchemaSetParserStructuredErrors(parser.get(), saySilently, nullptr);
-    const pkgvet::XmlSchemaHandle schema(xmlSchemaParse(parser.get()));
+    xmlSchemaSetParserStructuredErrors(parser.get(), ignoreError, nullptr);
+    const XmlSchemaHandle schema(xmlSchemaParse(parser.get()));
     if (!schema) {
         return false;
     }
-    const pkgvet::XmlSchemaValidatorHandle validator(xmlSchemaNewValidCtxt(schema.get()));
+    const XmlSchemaValidatorHandle validator(xmlSchemaNewValidCtxt(schema.get()));
     if (!validator) {
         return false;
     }
-    xmlSchemaSetValidStructuredErrors(validator.get(), saySilently, nullptr);
+    xmlSchemaSetValidStructuredErrors(validator.get(), ignoreError, nullptr);
     return xmlSchemaValidateDoc(validator.get(), document) == 0;
 }
 

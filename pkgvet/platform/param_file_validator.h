@@ -34,8 +34,8 @@ public:
     static std::shared_ptr<ParamFileValidator> instance(
         const std::filesystem::path& schemasDirectory);
 
-    // Whether file, on disk, conforms to the schemas. False for what is no regular file or cannot
-    // be read, and where a schema that declares its root element is itself broken.
+    // Whether file, on disk, conforms to the schemas. False for what is not a regular file or
+    // cannot be read, and where a schema that declares its root element is itself broken.
     bool isValid(const std::filesystem::path& file);
 
 private:

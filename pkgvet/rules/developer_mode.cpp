@@ -3,7 +3,7 @@
 
 #include <glib.h>
 
-#include "pkgvet/base/handles.h"
+#include "pkgvet/base/glib_handles.h"
 
 namespace pkgvet {
 

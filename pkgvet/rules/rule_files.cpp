@@ -53,7 +53,8 @@ constexpr const char* kPermissionsKey = "permissions";
 constexpr const char* kTierListKey = "list";
 constexpr const char* kTierNameKey = "name";
 
-// The strings of the array that object has under key. json-glib itself complains of an absent one.
+// The strings of the array that object has under key. json-glib itself complains of an absent one,
+// and of a file whose root is not an object.
 std::vector<std::string> stringsOf(JsonObject* object, const char* key) {
     std::vector<std::string> strings;
     JsonArray* array = json_object_get_array_member(object, key);
@@ -88,39 +89,51 @@ void addTier(std::string_view key, const std::string& name, const std::vector<st
     }
 }
 
+// A list file at path. One that nests too deeply to be parsed may be a valid file, and an empty
+// list would be an answer to something else, so that it is refused.
+JsonFile loadListFile(const std::string& path) {
+    JsonFile file = loadJsonFile(path);
+    if (file.outcome == JsonOutcome::TooDeep) {
+        throw std::invalid_argument(path + ": is nested too deeply to be read");
+    }
+    return file;
+}
+
 }  // namespace
 
 void loadPathsFile(const std::string& path, ConfigurationPrivate* record) {
-    const JsonFile file = loadJsonFile(path);
-    if (file.root != nullptr) {
-        append(stringsOf(file.root, kPathsKey), &record->pathsList);
+    const JsonFile file = loadListFile(path);
+    if (file.outcome == JsonOutcome::Loaded) {
+        append(stringsOf(json_node_get_object(file.node), kPathsKey), &record->pathsList);
     }
 }
 
 void loadPermissionsFile(const std::string& path, ConfigurationPrivate* record) {
-    const JsonFile file = loadJsonFile(path);
-    if (file.root != nullptr) {
-        const std::vector<std::string> permissions = stringsOf(file.root, kPermissionsKey);
+    const JsonFile file = loadListFile(path);
+    if (file.outcome == JsonOutcome::Loaded) {
+        const std::vector<std::string> permissions =
+            stringsOf(json_node_get_object(file.node), kPermissionsKey);
         record->allowedPermissions.insert(permissions.begin(), permissions.end());
     }
 }
 
 void loadDisallowedComponentsFile(const std::string& path, ConfigurationPrivate* record) {
-    const JsonFile file = loadJsonFile(path);
-    if (file.root == nullptr) {
+    const JsonFile file = loadListFile(path);
+    if (file.outcome != JsonOutcome::Loaded) {
         return;
     }
+    JsonObject* root = json_node_get_object(file.node);
     for (const ComponentList& component : kComponentLists) {
-        append(stringsOf(file.root, component.key), &(record->*component.list));
+        append(stringsOf(root, component.key), &(record->*component.list));
     }
 }
 
 void loadTierFile(const std::string& path, const std::string& key, ConfigurationPrivate* record) {
-    const JsonFile file = loadJsonFile(path);
-    if (file.root == nullptr) {
+    const JsonFile file = loadListFile(path);
+    if (file.outcome != JsonOutcome::Loaded) {
         return;
     }
-    JsonArray* tiers = json_object_get_array_member(file.root, key.c_str());
+    JsonArray* tiers = json_object_get_array_member(json_node_get_object(file.node), key.c_str());
     const guint length = tiers == nullptr ? 0 : json_array_get_length(tiers);
     for (guint i = 0; i < length; ++i) {
         JsonObject* tier = objectAt(tiers, i);

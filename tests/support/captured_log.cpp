@@ -25,15 +25,13 @@ std::vector<std::string> CapturedLog::lines() const {
 
 CapturedDescriptor::CapturedDescriptor()
     : former_(dup(STDERR_FILENO)), file_(memfd_create("captured", 0)) {
-    if (former_ < 0 || file_ < 0 || dup2(file_, STDERR_FILENO) < 0) {
+    if (!former_.isOpen() || !file_.isOpen() || dup2(file_.get(), STDERR_FILENO) < 0) {
         throw std::runtime_error("cannot capture standard error");
     }
 }
 
 CapturedDescriptor::~CapturedDescriptor() {
-    dup2(former_, STDERR_FILENO);
-    close(former_);
-    close(file_);
+    dup2(former_.get(), STDERR_FILENO);
 }
 
 std::string CapturedDescriptor::text() const {
@@ -41,7 +39,8 @@ std::string CapturedDescriptor::text() const {
     std::string text;
     std::array<char, 4096> buffer{};
     off_t offset = 0;
-    for (ssize_t count = 0; (count = pread(file_, buffer.data(), buffer.size(), offset)) > 0;) {
+    for (ssize_t count = 0;
+         (count = pread(file_.get(), buffer.data(), buffer.size(), offset)) > 0;) {
         text.append(buffer.data(), static_cast<std::size_t>(count));
         offset += count;
     }

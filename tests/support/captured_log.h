@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+#include "pkgvet/base/descriptor.h"
+
 // Captures std::cerr, and with it the lines of Logger.
 class CapturedLog {
 public:
@@ -39,8 +41,8 @@ public:
     std::string text() const;
 
 private:
-    int former_;
-    int file_;
+    pkgvet::Descriptor former_;
+    pkgvet::Descriptor file_;
 };
 
 // The lines that Logger writes at each level, for comparison with what was captured.

@@ -10,6 +10,8 @@
 #include <stdexcept>
 #include <utility>
 
+#include "pkgvet/base/descriptor.h"
+
 namespace fs = std::filesystem;
 
 namespace {
@@ -146,23 +148,24 @@ int runProgram(const std::vector<std::string>& command, std::string* output) {
     if (pipe2(ends.data(), O_CLOEXEC) != 0) {
         throw std::runtime_error("cannot make a pipe");
     }
+    const pkgvet::Descriptor reading(ends[0]);
+    pkgvet::Descriptor writing(ends[1]);
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
     posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
-    posix_spawn_file_actions_adddup2(&actions, ends[1], STDOUT_FILENO);
-    posix_spawn_file_actions_adddup2(&actions, ends[1], STDERR_FILENO);
+    posix_spawn_file_actions_adddup2(&actions, writing.get(), STDOUT_FILENO);
+    posix_spawn_file_actions_adddup2(&actions, writing.get(), STDERR_FILENO);
     pid_t child = 0;
     const int failure =
         posix_spawnp(&child, arguments[0], &actions, nullptr, arguments.data(), environ);
     posix_spawn_file_actions_destroy(&actions);
-    close(ends[1]);
+    writing.reset();
     std::array<char, 4096> buffer{};
-    for (ssize_t size = 0; (size = read(ends[0], buffer.data(), buffer.size())) > 0;) {
+    for (ssize_t size = 0; (size = read(reading.get(), buffer.data(), buffer.size())) > 0;) {
         if (output != nullptr) {
             output->append(buffer.data(), static_cast<std::size_t>(size));
         }
     }
-    close(ends[0]);
     if (failure != 0) {
         throw std::runtime_error("cannot run " + command[0]);
     }

@@ -1,16 +1,20 @@
 // Packages that cannot be read, and headers that were tampered with.
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <rpm/rpmlib.h>
 #include <rpm/rpmts.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
+#include <array>
 #include <cstdint>
 #include <filesystem>
 #include <stdexcept>
 #include <string>
 
-#include "pkgvet/base/handles.h"
+#include "pkgvet/base/c_handle.h"
+#include "pkgvet/base/descriptor.h"
 #include "pkgvet/package/rpm_meta.h"
 #include "tests/support/captured_log.h"
 #include "tests/support/child_process.h"
@@ -19,7 +23,10 @@
 namespace {
 
 using testing::ElementsAre;
+using testing::HasSubstr;
 using testing::IsEmpty;
+
+using TransactionSetHandle = pkgvet::CHandle<rpmts_s, rpmtsFree>;
 
 constexpr std::size_t kLeadSize = 96;
 constexpr std::size_t kIntroSize = 16;
@@ -68,7 +75,7 @@ std::string samplePackage(const TemporaryDirectory& directory) {
 
 // Reads with a transaction set, whose flags leave the digest of a changed header unverified.
 RpmMeta read(const std::string& path) {
-    const pkgvet::TransactionSetHandle transactions(rpmtsCreate());
+    const TransactionSetHandle transactions(rpmtsCreate());
     return RpmMeta(path.c_str(), transactions.get());
 }
 
@@ -103,6 +110,66 @@ TEST(RpmMetaFailures, WhatIsNoPackageLeavesAnEmptyRecord) {
         expectEmpty(read(path));
     }
     expectEmpty(RpmMeta(nullptr));
+}
+
+// What librpm writes while the package at path is read.
+std::string messageAbout(const std::string& path) {
+    const CapturedDescriptor standardError;
+    expectEmpty(read(path));
+    return standardError.text();
+}
+
+TEST(RpmMetaFailures, WhatIsMissingOrADirectoryIsLeftToLibrpmToName) {
+    const TemporaryDirectory directory;
+    std::filesystem::create_symlink("missing", directory / "dangling");
+    for (const std::string& path :
+         {directory / "missing", directory / "dangling", "file://" + (directory / "missing")}) {
+        SCOPED_TRACE(path);
+        EXPECT_THAT(messageAbout(path), HasSubstr("No such file or directory"));
+    }
+    EXPECT_THAT(messageAbout(directory.path()), HasSubstr("Is a directory"));
+}
+
+// None of these reaches librpm, whose open or read would not return.
+TEST(RpmMetaFailures, WhatMayNeverEndIsNotOpened) {
+    const TemporaryDirectory directory;
+    const std::string fifo = directory / "fifo";
+    ASSERT_EQ(mkfifo(fifo.c_str(), 0600), 0);
+    std::filesystem::create_symlink("fifo", directory / "link");
+    for (const std::string& path : {fifo, directory / "link", "file://" + fifo,
+                                    "file://localhost" + fifo, std::string("/dev/zero")}) {
+        SCOPED_TRACE(path);
+        EXPECT_EQ(messageAbout(path), "");
+    }
+}
+
+TEST(RpmMetaFailures, UrlOfAFileIsAPath) {
+    const TemporaryDirectory directory;
+    const std::string path = samplePackage(directory);
+    EXPECT_EQ(read("file://" + path).name(), "org.example.app");
+    EXPECT_EQ(read("file://localhost" + path).name(), "org.example.app");
+}
+
+// In a child, since standard input is that of the whole process.
+TEST(RpmMetaFailures, DashIsStandardInput) {
+    const TemporaryDirectory directory;
+    const std::string path = samplePackage(directory);
+    EXPECT_TRUE(holdsInChild([&] {
+        const pkgvet::Descriptor file(open(path.c_str(), O_RDONLY));
+        return dup2(file.get(), STDIN_FILENO) == STDIN_FILENO &&
+               read("-").name() == "org.example.app" && fcntl(STDIN_FILENO, F_GETFD) != -1;
+    }));
+}
+
+// The package is smaller than what a pipe holds, so that nobody has to write at the same time.
+TEST(RpmMetaFailures, StandardInputMayBeAPipe) {
+    const TemporaryDirectory directory;
+    const std::string bytes = readFile(samplePackage(directory));
+    EXPECT_TRUE(holdsInChild([&] {
+        std::array<int, 2> ends{};
+        return pipe(ends.data()) == 0 && write(ends[1], bytes.data(), bytes.size()) > 0 &&
+               dup2(ends[0], STDIN_FILENO) == STDIN_FILENO && read("-").name() == "org.example.app";
+    }));
 }
 
 TEST(RpmMetaFailures, LinkToAPackageIsFollowed) {

@@ -8,7 +8,7 @@
 #include <memory>
 #include <utility>
 
-#include "pkgvet/base/handles.h"
+#include "pkgvet/base/c_handle.h"
 #include "tests/support/validator_record.h"
 
 namespace {
@@ -18,6 +18,7 @@ using testing::ElementsAre;
 using testing::IsEmpty;
 using testing::Not;
 
+using TransactionSetHandle = pkgvet::CHandle<rpmts_s, rpmtsFree>;
 using Strings = std::vector<std::string>;
 
 bool hasScripts(const std::string& lines) {
@@ -140,7 +141,8 @@ TEST(RpmMeta, TransactionSetGivesTheSameAndKeepsItsFlags) {
     const TemporaryDirectory directory;
     const std::string path =
         PackageBuilder("org.example.app").tag("Requires: foo").build(directory);
-    const pkgvet::TransactionSetHandle transactions(rpmtsCreate());
+    const TransactionSetHandle transactions(rpmtsCreate());
+    const CapturedDescriptor standardError;  // librpm's words about what is missing
     for (const rpmVSFlags flags : {RPMVSF_DEFAULT, RPMVSF_NOMD5, RPMVSF_NOHDRCHK}) {
         rpmtsSetVSFlags(transactions.get(), flags);
         const RpmMeta meta(path.c_str(), transactions.get());

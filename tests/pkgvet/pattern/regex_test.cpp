@@ -8,7 +8,7 @@
 #include <stdexcept>
 #include <utility>
 
-#include "pkgvet/base/handles.h"
+#include "pkgvet/base/glib_handles.h"
 #include "pkgvet/pattern/rule_pattern.h"
 #include "tests/support/captured_log.h"
 

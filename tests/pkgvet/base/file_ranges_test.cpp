@@ -1,11 +1,10 @@
 // Ranges of a regular file, and of no other.
-#include "pkgvet/elf/file_ranges.h"
+#include "pkgvet/base/file_ranges.h"
 
 #include <gtest/gtest.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
 #include <sys/un.h>
-#include <unistd.h>
 
 #include <filesystem>
 #include <limits>
@@ -68,9 +67,9 @@ void makeSocket(const std::string& path) {
     sockaddr_un address{};
     address.sun_family = AF_UNIX;
     path.copy(address.sun_path, sizeof(address.sun_path) - 1);
-    const int descriptor = socket(AF_UNIX, SOCK_STREAM, 0);
-    ASSERT_EQ(bind(descriptor, reinterpret_cast<const sockaddr*>(&address), sizeof(address)), 0);
-    close(descriptor);
+    const pkgvet::Descriptor descriptor(socket(AF_UNIX, SOCK_STREAM, 0));
+    ASSERT_EQ(bind(descriptor.get(), reinterpret_cast<const sockaddr*>(&address), sizeof(address)),
+              0);
 }
 
 // A fifo without a writer, and a device, would hold a plain open or a plain read for ever.
@@ -91,6 +90,17 @@ TEST(FileRanges, NothingElseOpens) {
         EXPECT_FALSE(file.isOpen());
         EXPECT_EQ(file.size(), 0U);
         EXPECT_FALSE(file.read(0, 0));
+    }
+}
+
+// Some state the size of the whole address space, and one of them is an ELF file of the kernel's
+// memory.
+TEST(FileRanges, AFileThatTheKernelMakesUpHoldsNothing) {
+    for (const char* path : {"/proc/self/status", "/sys/kernel/notes", "/proc/kcore"}) {
+        SCOPED_TRACE(path);
+        const FileRanges file(path);
+        EXPECT_EQ(file.size(), 0U);
+        EXPECT_FALSE(file.read(0, 1));
     }
 }
 

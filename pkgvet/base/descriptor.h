@@ -5,7 +5,7 @@
 
 #include <utility>
 
-namespace pkgvet::cli {
+namespace pkgvet {
 
 // Closes what it holds. -1 stands for none.
 class Descriptor {
@@ -22,9 +22,11 @@ public:
 
     int get() const { return value_; }
     bool isOpen() const { return value_ >= 0; }
+    // Gives the descriptor up to the caller, who closes it.
+    int release() { return std::exchange(value_, -1); }
     void reset() {
         if (isOpen()) {
-            close(std::exchange(value_, -1));
+            close(release());
         }
     }
 
@@ -32,4 +34,4 @@ private:
     int value_;
 };
 
-}  // namespace pkgvet::cli
+}  // namespace pkgvet

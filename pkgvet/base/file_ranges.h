@@ -5,6 +5,8 @@
 #include <optional>
 #include <string>
 
+#include "pkgvet/base/regular_file.h"
+
 namespace pkgvet {
 
 // A regular file that is open for reading, links followed. Anything else behind the path (a
@@ -14,31 +16,23 @@ namespace pkgvet {
 // the process on the next access.
 class FileRanges {
 public:
-    explicit FileRanges(const std::string& path);
-    FileRanges(const FileRanges&) = delete;
-    FileRanges(FileRanges&&) = delete;
-    FileRanges& operator=(const FileRanges&) = delete;
-    FileRanges& operator=(FileRanges&&) = delete;
-    ~FileRanges();
+    explicit FileRanges(const std::string& path) : file_(openRegularFile(path)) {}
 
-    bool isOpen() const { return descriptor_ >= 0; }
-    int descriptor() const { return descriptor_; }
-    // As it was on opening.
-    std::uint64_t size() const { return size_; }
+    bool isOpen() const { return file_.descriptor.isOpen(); }
+    int descriptor() const { return file_.descriptor.get(); }
+    // As it was on opening; 0 for a file that the kernel makes up.
+    std::uint64_t size() const { return file_.size; }
 
     // Whether size bytes at offset lie inside the file as it was on opening.
     bool holds(std::uint64_t offset, std::uint64_t size) const {
-        return offset <= size_ && size <= size_ - offset;
+        return offset <= file_.size && size <= file_.size - offset;
     }
     // These bytes; nothing when the file does not hold them, no longer holds them or cannot be
     // read.
     std::optional<std::string> read(std::uint64_t offset, std::uint64_t size) const;
 
 private:
-    void close();
-
-    int descriptor_ = -1;
-    std::uint64_t size_ = 0;
+    OpenFile file_;
 };
 
 }  // namespace pkgvet
