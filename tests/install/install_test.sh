@@ -49,3 +49,8 @@ for program in by-package by-pkg-config; do
         "$prefix/share/pkgvet/rules/pkgvet.json" "$good")
     [ "$answer" = "org.example.pilot accepted" ] || fail "$program says: $answer"
 done
+
+"$source/tests/install/symbols_test.sh" "$libdir/libpkgvet.so" "$prefix/include" ||
+    fail "the library does not export what its headers declare"
+answer=$(LD_LIBRARY_PATH="$libdir" "$work/consumer/boundary" "$work/scratch" 2>/dev/null)
+[ "$answer" = "1111" ] || fail "boundary says: $answer"
