@@ -7,7 +7,6 @@
 #include <string_view>
 #include <utility>
 
-#include "pkgvet/base/json_file.h"
 #include "pkgvet/rules/configuration_private.h"
 #include "pkgvet/rules/developer_mode.h"
 #include "pkgvet/rules/rule_files.h"
@@ -166,7 +165,7 @@ void refuseCycle(std::string parent, JsonArray* profiles, const std::string& fil
 Configuration::Configuration(const std::string& path, Profiles profile)
     : d_ptr(std::make_unique<ConfigurationPrivate>()) {
     d_ptr->validationEnabled = pkgvet::readValidationEnabled(pkgvet::kDeveloperModeFile);
-    const pkgvet::JsonFile file = pkgvet::loadJsonFile(path);
+    const pkgvet::JsonFile file = pkgvet::loadRuleFile(path);
     if (file.root == nullptr) {
         return;
     }

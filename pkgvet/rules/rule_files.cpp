@@ -5,8 +5,6 @@
 #include <stdexcept>
 #include <string_view>
 
-#include "pkgvet/base/json_file.h"
-
 namespace pkgvet {
 
 namespace {
@@ -89,9 +87,11 @@ void addTier(std::string_view key, const std::string& name, const std::vector<st
     }
 }
 
-// A list file at path. One that nests too deeply to be parsed may be a valid file, and an empty
-// list would be an answer to something else, so that it is refused.
-JsonFile loadListFile(const std::string& path) {
+}  // namespace
+
+// One that nests too deeply to be parsed may be a valid file all the same, and going on without it
+// would judge packages by rules that nobody wrote.
+JsonFile loadRuleFile(const std::string& path) {
     JsonFile file = loadJsonFile(path);
     if (file.outcome == JsonOutcome::TooDeep) {
         throw std::invalid_argument(path + ": is nested too deeply to be read");
@@ -99,17 +99,15 @@ JsonFile loadListFile(const std::string& path) {
     return file;
 }
 
-}  // namespace
-
 void loadPathsFile(const std::string& path, ConfigurationPrivate* record) {
-    const JsonFile file = loadListFile(path);
+    const JsonFile file = loadRuleFile(path);
     if (file.outcome == JsonOutcome::Loaded) {
         append(stringsOf(json_node_get_object(file.node), kPathsKey), &record->pathsList);
     }
 }
 
 void loadPermissionsFile(const std::string& path, ConfigurationPrivate* record) {
-    const JsonFile file = loadListFile(path);
+    const JsonFile file = loadRuleFile(path);
     if (file.outcome == JsonOutcome::Loaded) {
         const std::vector<std::string> permissions =
             stringsOf(json_node_get_object(file.node), kPermissionsKey);
@@ -118,7 +116,7 @@ void loadPermissionsFile(const std::string& path, ConfigurationPrivate* record) 
 }
 
 void loadDisallowedComponentsFile(const std::string& path, ConfigurationPrivate* record) {
-    const JsonFile file = loadListFile(path);
+    const JsonFile file = loadRuleFile(path);
     if (file.outcome != JsonOutcome::Loaded) {
         return;
     }
@@ -129,7 +127,7 @@ void loadDisallowedComponentsFile(const std::string& path, ConfigurationPrivate*
 }
 
 void loadTierFile(const std::string& path, const std::string& key, ConfigurationPrivate* record) {
-    const JsonFile file = loadListFile(path);
+    const JsonFile file = loadRuleFile(path);
     if (file.outcome != JsonOutcome::Loaded) {
         return;
     }

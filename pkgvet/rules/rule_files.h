@@ -6,9 +6,13 @@
 #include <string>
 #include <vector>
 
+#include "pkgvet/base/json_file.h"
 #include "pkgvet/rules/configuration_private.h"
 
 namespace pkgvet {
+
+// A file of a rule tree. std::invalid_argument for one that nests too deeply to be read.
+JsonFile loadRuleFile(const std::string& path);
 
 // The list files of a profile. A file that cannot be read adds nothing; otherwise its strings are
 // appended to the record. std::logic_error for an element that is no string.

@@ -119,7 +119,7 @@ TEST_F(RuleCheck, WhatTheLibraryDoesNotReadIsAFault) {
     std::filesystem::remove(list("paths.json"));
     ASSERT_EQ(mkfifo(list("paths.json").c_str(), 0600), 0);
     writeFile(list("libraries.json"),
-              R"({"libraries": )" + std::string(6000, '[') + std::string(6000, ']') + "}");
+              R"({"libraries": )" + std::string(30000, '[') + std::string(30000, ']') + "}");
     EXPECT_THAT(faults(),
                 testing::ElementsAre("paths.json||is no regular file",
                                      "libraries.json||is too large or too deep to be read"));

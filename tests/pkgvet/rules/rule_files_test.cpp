@@ -137,7 +137,7 @@ TEST(RuleFiles, FileThatCannotBeReadAddsNothingInSilence) {
         ConfigurationPrivate record;
         load("/nonexistent/list.json", &record);
         EXPECT_TRUE(isEmpty(record));
-        for (const char* content : {"", " ", "[]", "{", "null", "no JSON"}) {
+        for (const char* content : {"{", "{]", "no JSON"}) {
             EXPECT_TRUE(isEmpty(loaded(load, content))) << content;
         }
     }
@@ -233,6 +233,42 @@ TEST(RuleFiles, TierThatIsNoObjectIsRefusedWithFileAndKey) {
         EXPECT_EQ(thrownText([&] { pkgvet::loadTierFile(path, "requires", &record); }),
                   path + ": \"requires[1]\" is no object");
     }
+}
+
+// json-glib says what is wrong, as it does of a key that is absent.
+TEST(RuleFiles, RootThatIsNotAnObjectAddsNothing) {
+    const TemporaryDirectory directory;
+    for (const char* content : {"[]", "\"x\"", "null", ""}) {
+        const std::string path = directory.write("list.json", content);
+        for (const auto& [key, load] : kAllLoaders) {
+            SCOPED_TRACE(std::string(content) + " for " + key);
+            const CapturedDescriptor standardError;
+            ConfigurationPrivate record;
+            load(path, &record);
+            EXPECT_TRUE(isEmpty(record));
+            EXPECT_THAT(standardError.text(), HasSubstr("json_node_get_object: assertion"));
+        }
+    }
+}
+
+TEST(RuleFiles, FileThatNestsTooDeeplyIsRefused) {
+    const TemporaryDirectory directory;
+    const std::string path = directory.write("list.json", std::string(30000, '['));
+    for (const auto& [key, load] : kAllLoaders) {
+        SCOPED_TRACE(key);
+        ConfigurationPrivate record;
+        EXPECT_EQ(thrownText([&, &load = load] { load(path, &record); }),
+                  path + ": is nested too deeply to be read");
+    }
+}
+
+TEST(RuleFiles, CommentAtTheHeadHidesNothing) {
+    std::string tiers =
+        R"(/* what "it's" for */ {"libraries": [{"name": "allowed", "list": ["a"]})";
+    for (int i = 0; i < 25000; ++i) {
+        tiers += R"(, {"name": "allowed", "list": []})";
+    }
+    EXPECT_THAT(loaded(tierFile("libraries"), tiers + "]}").allowedLibraries, ElementsAre("a"));
 }
 
 TEST(RuleFiles, MandatoryStringIsGivenOrRefused) {
