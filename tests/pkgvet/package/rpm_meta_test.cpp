@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "pkgvet/base/c_handle.h"
+#include "tests/support/captured_log.h"
 #include "tests/support/validator_record.h"
 
 namespace {
