@@ -16,22 +16,7 @@ constexpr const char* kWatchMember = "watch";
 constexpr std::string_view kFilePrefix = "file:";
 constexpr std::string_view kElfPrefix = "elf:";
 
-// The array to compare, or null: what json-glib would answer for a wrong shape, without the
-// critical message that it would write.
-JsonArray* watchArray(JsonObject* root) {
-    JsonNode* watch = json_object_get_member(root, kWatchMember);
-    const bool isArray = watch != nullptr && JSON_NODE_HOLDS_ARRAY(watch);
-    return isArray ? json_node_get_array(watch) : nullptr;
-}
-
-// Null for what is no string.
-const char* textOf(JsonNode* element) {
-    const bool isText =
-        JSON_NODE_HOLDS_VALUE(element) && json_node_get_value_type(element) == G_TYPE_STRING;
-    return isText ? json_node_get_string(element) : nullptr;
-}
-
-// One prefix goes, not what stands behind it: "file:elf:/x" is "elf:/x".
+// Only the first prefix is removed: "file:elf:/x" becomes "elf:/x".
 std::string_view withoutPrefix(std::string_view entry) {
     for (const std::string_view prefix : {kFilePrefix, kElfPrefix}) {
         if (entry.starts_with(prefix)) {
@@ -43,20 +28,22 @@ std::string_view withoutPrefix(std::string_view entry) {
 
 }  // namespace
 
+// No shape is checked beforehand: json-glib answers a question to the wrong type with null, takes
+// null for a question again, and writes a critical message each time. In the end the array has no
+// elements. An element that is not a string is null as well, which std::string refuses.
 SealwatchdResult checkSealwatchdFile(const std::string& file,
                                      const std::vector<std::string>& paths) {
     const JsonFile json = loadJsonFile(file);
-    if (json.root == nullptr) {
+    if (!json.isLoaded) {
         return SealwatchdResult::InvalidJson;
     }
-    JsonArray* watch = watchArray(json.root);
-    if (watch == nullptr) {
-        return SealwatchdResult::Valid;
-    }
+    JsonArray* watch =
+        json_object_get_array_member(json_node_get_object(json.rootNode()), kWatchMember);
     const std::unordered_set<std::string_view> installed(paths.begin(), paths.end());
-    for (guint i = 0; i < json_array_get_length(watch); ++i) {
-        const char* entry = textOf(json_array_get_element(watch, i));
-        if (entry == nullptr || installed.count(withoutPrefix(entry)) == 0) {
+    const guint size = json_array_get_length(watch);
+    for (guint i = 0; i < size; ++i) {
+        const std::string entry = json_array_get_string_element(watch, i);
+        if (installed.count(withoutPrefix(entry)) == 0) {
             return SealwatchdResult::Mismatch;
         }
     }

@@ -8,14 +8,16 @@ namespace pkgvet {
 
 enum class SealwatchdResult {
     Valid,        // every file that is to be watched is one of the package
-    InvalidJson,  // or no such file, or one that cannot be read
+    InvalidJson,  // also a file that is missing or cannot be read
     Mismatch,
 };
 
 // Judges the configuration file at file, a path on disk, of a package that installs paths.
 //
-// It asks no more of the file's shape than json-glib does: a file without a "watch" array watches
-// nothing and is valid. An element that is no string names no file and so is a mismatch.
+// The file's shape is what json-glib makes of it: a file without a "watch" array, even an empty
+// one, watches nothing and is valid, though json-glib complains on standard error. Throws
+// std::logic_error ("basic_string: construction from null is not valid") for an element that is
+// not a string, unless an entry ahead of it is a mismatch.
 SealwatchdResult checkSealwatchdFile(const std::string& file,
                                      const std::vector<std::string>& paths);
 
