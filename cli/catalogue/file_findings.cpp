@@ -21,7 +21,7 @@ constexpr Entry kEntries[] = {
                 "        %{buildroot}%{_datadir}/icons/hicolor/${size}x${size}/apps/%{name}.png\n"
                 "done\n",
      .relatedIds = {"desktop-icon-invalid"},
-     .composition = {kOpen, kSubject, words(kIconNotFound)}},
+     .message = &kIconNotFound},
     {.id = "hardcoded-path",
      .title = "File holds the path of the default user's home",
      .demand = "No file of the package, text or program, holds /home/defaultuser. Blanks and line "
@@ -36,7 +36,7 @@ constexpr Entry kEntries[] = {
                 "# In the .spec file, where the directory of the build is meant:\n"
                 "%global optflags %{optflags} -ffile-prefix-map=%{_builddir}=.\n",
      .relatedIds = {"rpath-not-allowed"},
-     .composition = {kOpen, kSubject, words(kHardcodedPath)}},
+     .message = &kHardcodedPath},
     {.id = "empty-directory",
      .severity = Severity::Warning,
      .title = "Directory is empty",
@@ -47,7 +47,7 @@ constexpr Entry kEntries[] = {
             "application runs, in a place that it may write to.",
      .example = "// In the program:\n"
                 "QDir().mkpath(QStandardPaths::writableLocation(QStandardPaths::CacheLocation));\n",
-     .composition = {kOpen, kSubject, words(kEmptyDirectory)}},
+     .message = &kEmptyDirectory},
     {.id = "managed-configuration-invalid",
      .title = "Managed configuration is not valid",
      .demand = "/usr/share/NAME/managed-configuration/configuration.xml, where NAME is the name "
@@ -57,7 +57,7 @@ constexpr Entry kEntries[] = {
      .fix = "Correct the file, or remove it from the .spec file. `xmllint --noout` tells where it "
             "is not well-formed, and `xmllint --schema` where it does not conform.",
      .example = "xmllint --noout managed-configuration/configuration.xml\n",
-     .composition = {kOpen, kSubject, words(kParameterFileInvalid)}},
+     .message = &kParameterFileInvalid},
     {.id = "file-attributes-unreadable",
      .title = "File is listed but not there",
      .demand = "Each path that the package lists is in its payload.",
@@ -66,7 +66,7 @@ constexpr Entry kEntries[] = {
             "what the application creates at run time need not belong to the package.",
      .example = "# Remove from the .spec file:\n"
                 "%ghost %{_datadir}/%{name}/cache.db\n",
-     .composition = {kOpen, kSubject, words(kAttributesNotRead)}},
+     .message = &kAttributesNotRead},
     {.id = "setuid-file",
      .grave = true,
      .title = "File has its setuid, setgid or sticky bit set",
@@ -79,7 +79,7 @@ constexpr Entry kEntries[] = {
      .example = "# In place of %attr(4755,root,root):\n"
                 "%attr(0755,root,root) %{_bindir}/%{name}\n",
      .relatedIds = {"file-executable", "writable-by-others"},
-     .composition = {kOpen, kSubject, words(kSpecialBitSet)}},
+     .message = &kSpecialBitSet},
     {.id = "file-executable",
      .title = "File must not be executable",
      .demand = "With NAME the name of the package, a file that its owner may execute is "
@@ -90,7 +90,7 @@ constexpr Entry kEntries[] = {
             "`%{_libexecdir}/%{name}/`.",
      .example = "install -D -m 0644 route.txt %{buildroot}%{_datadir}/%{name}/route.txt\n",
      .relatedIds = {"executable-wrong-location", "executable-wrong-format"},
-     .composition = {kOpen, kSubject, words(kMustNotBeExecutable)}},
+     .message = &kMustNotBeExecutable},
     {.id = "writable-by-others",
      .title = "File or directory can be written by others than its owner",
      .demand = "Neither group nor others may write to what the package installs. Under the profile "
@@ -101,7 +101,7 @@ constexpr Entry kEntries[] = {
      .example = "%install\n"
                 "chmod -R go-w %{buildroot}\n",
      .relatedIds = {"owner-not-root", "group-not-root"},
-     .composition = {kOpen, kSubject, words(kWritable), kData}},
+     .message = &kWritable},
     {.id = "owner-not-root",
      .title = "File does not belong to root",
      .demand = "All that the package installs belongs to the user root.",
@@ -111,7 +111,7 @@ constexpr Entry kEntries[] = {
      .example = "%files\n"
                 "%defattr(-,root,root,-)\n",
      .relatedIds = {"group-not-root"},
-     .composition = {kOpen, kSubject, words(kUserShouldBeRoot)}},
+     .message = &kUserShouldBeRoot},
     {.id = "group-not-root",
      .title = "File does not belong to the group root",
      .demand = "All that the package installs belongs to the group root.",
@@ -120,7 +120,7 @@ constexpr Entry kEntries[] = {
      .example = "%files\n"
                 "%defattr(-,root,root,-)\n",
      .relatedIds = {"owner-not-root"},
-     .composition = {kOpen, kSubject, words(kGroupShouldBeRoot)}},
+     .message = &kGroupShouldBeRoot},
     {.id = "symlink-dangling",
      .severity = Severity::Info,
      .title = "Symbolic link leads to nothing that is there while the package is judged",
@@ -130,7 +130,7 @@ constexpr Entry kEntries[] = {
      .fix = "Nothing, unless `symlink-target-not-allowed` stands beside it.",
      .example = "ln -s data-1 %{buildroot}%{_datadir}/%{name}/current\n",
      .relatedIds = {"symlink-target-not-allowed"},
-     .composition = {kOpen, kSubject, words(kBewareOfLinks)}},
+     .message = &kBewareOfLinks},
     {.id = "symlink-target-not-allowed",
      .title = "Symbolic link leads out of the package",
      .demand = "A symbolic link leads to a path that the package itself installs.",
@@ -140,7 +140,7 @@ constexpr Entry kEntries[] = {
             "in it leads nowhere unless the file is there.",
      .example = "ln -s data-1 %{buildroot}%{_datadir}/%{name}/current\n",
      .relatedIds = {"symlink-dangling"},
-     .composition = {kOpen, kSubject, words(kLinkTargetNotAllowed), kData}},
+     .message = &kLinkTargetNotAllowed},
 };
 
 }  // namespace

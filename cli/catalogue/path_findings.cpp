@@ -16,7 +16,7 @@ constexpr Entry kEntries[] = {
             "application, let `Exec` in the desktop file start it in place of the launcher.",
      .example = "Exec=/usr/bin/org.example.pilot\n",
      .relatedIds = {"qml-only-application", "desktop-exec-invalid"},
-     .composition = {words(kMainBinaryMustNotExist)}},
+     .message = &kMainBinaryMustNotExist},
     {.id = "sealwatchd-invalid-json",
      .title = "Configuration of the integrity service is no valid JSON",
      .demand = "/etc/sealwatchd/config.d/NAME.json, where NAME is the name of the package, is "
@@ -29,7 +29,7 @@ constexpr Entry kEntries[] = {
                 "    \"watch\": [\"elf:/usr/bin/org.example.pilot\"]\n"
                 "}\n",
      .relatedIds = {"sealwatchd-mismatch"},
-     .composition = {words(kSealwatchdInvalidJson)}},
+     .message = &kSealwatchdInvalidJson},
     {.id = "sealwatchd-mismatch",
      .title = "Configuration of the integrity service names a file that the package lacks",
      .demand = "Each entry of `watch` in /etc/sealwatchd/config.d/NAME.json, where NAME is the "
@@ -45,7 +45,7 @@ constexpr Entry kEntries[] = {
                 "    ]\n"
                 "}\n",
      .relatedIds = {"sealwatchd-invalid-json"},
-     .composition = {words(kSealwatchdMismatch)}},
+     .message = &kSealwatchdMismatch},
     {.id = "forbidden-file-extension",
      .title = "Left-over of an editor or of version control",
      .demand = "Outside of the package's own directories no path ends in .git, .svn, .hg, .bzr, "
@@ -56,7 +56,7 @@ constexpr Entry kEntries[] = {
      .example = "%install\n"
                 "find %{buildroot} -name '*.swp' -delete\n",
      .relatedIds = {"path-not-allowed"},
-     .composition = {kOpen, kSubject, words(kForbiddenExtension)}},
+     .message = &kForbiddenExtension},
     {.id = "bin-directory-owned",
      .title = "Package owns /usr/bin",
      .demand = "The package does not list the directory /usr/bin itself.",
@@ -65,7 +65,7 @@ constexpr Entry kEntries[] = {
      .example = "%files\n"
                 "%{_bindir}/%{name}\n",
      .relatedIds = {"path-not-allowed"},
-     .composition = {words(kBinDirectoryOwned)}},
+     .message = &kBinDirectoryOwned},
     {.id = "libexec-wrong-format",
      .title = "File in the directory of helper programs is no program of this platform",
      .demand = "Each file in /usr/libexec/NAME/, where NAME is the name of the package, is an ELF "
@@ -75,7 +75,7 @@ constexpr Entry kEntries[] = {
             "the device.",
      .example = "install -D -m 0644 rules.js %{buildroot}%{_datadir}/%{name}/rules.js\n",
      .relatedIds = {"executable-wrong-format"},
-     .composition = {kOpen, kSubject, words(kBadExecutableFormat)}},
+     .message = &kBadExecutableFormat},
     {.id = "debug-files",
      .title = "Package holds debug symbols or sources",
      .demand = "The package installs nothing into /usr/lib/debug or /usr/src/debug.",
@@ -84,7 +84,7 @@ constexpr Entry kEntries[] = {
             "of their own, which are not handed in; or do without them.",
      .example = "%global debug_package %{nil}\n",
      .relatedIds = {"path-not-allowed"},
-     .composition = {words(kDebugFiles)}},
+     .message = &kDebugFiles},
     {.id = "path-not-allowed",
      .title = "File is installed where it is not allowed",
      .demand = "With NAME the name of the package, a package installs into /usr/share/NAME/, "
@@ -107,7 +107,7 @@ constexpr Entry kEntries[] = {
                 "%files\n"
                 "%{_datadir}/%{name}\n",
      .relatedIds = {"executable-wrong-location", "debug-files", "bin-directory-owned"},
-     .composition = {kOpen, kSubject, words(kLocationNotAllowed)}},
+     .message = &kLocationNotAllowed},
     {.id = "main-binary-missing",
      .title = "Main program is missing",
      .demand = "The package installs /usr/bin/NAME, where NAME is the name of the package, unless "
@@ -118,7 +118,7 @@ constexpr Entry kEntries[] = {
             "launcher.",
      .example = "install -D -m 0755 pilot %{buildroot}%{_bindir}/%{name}\n",
      .relatedIds = {"main-binary-not-executable", "desktop-exec-invalid"},
-     .composition = {words(kMainBinaryMustExist)}},
+     .message = &kMainBinaryMustExist},
 };
 
 }  // namespace

@@ -78,7 +78,7 @@ bool ContentValidator::extracted() const {
     return !d_ptr->tempDir.empty();
 }
 
-// Rules hand results on through the record, so their order is part of the verdict.
+// Rules pass results on through the record, so that their order is part of the verdict.
 bool ContentValidator::validateContent(const Configuration& config, const RpmMeta& meta) {
     const std::string& tempDir = d_ptr->tempDir;
     const std::string mainBinaryPath = tempDir + config.binDir() + meta.name();
@@ -116,11 +116,7 @@ int ContentValidator::removeDir(const char* path, const struct stat* st, int /*t
     return S_ISDIR(st->st_mode) ? rmdir(path) : unlink(path);
 }
 
-bool ContentValidator::binRequired() const {
-    return !d_ptr->desktopFacts.qmlOnly && !d_ptr->fileFacts.unwantedBinExists;
-}
-
-// Two bits and no comparison of the whole type: a socket, whose type shares the bit of a regular
+// Two bits are tested and not the whole type: a socket, whose type shares the bit of a regular
 // file, counts as well.
 bool ContentValidator::isExecutable(const std::string& path) const {
     struct stat status {};

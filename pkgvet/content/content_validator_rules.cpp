@@ -2,8 +2,17 @@
 #include "pkgvet/content/content_validator.h"
 #include "pkgvet/content/content_validator_private.h"
 #include "pkgvet/desktop/desktop_rules.h"
+#include "pkgvet/files/file_rules.h"
 #include "pkgvet/package/rpm_meta.h"
 #include "pkgvet/qml/qml_rules.h"
+
+bool ContentValidator::binRequired() const {
+    return pkgvet::isBinaryRequired(d_ptr->desktopFacts.qmlOnly, d_ptr->fileFacts);
+}
+
+bool ContentValidator::isBlacklistedExtension(const std::string& path) const {
+    return pkgvet::isBlacklistedExtension(path);
+}
 
 void ContentValidator::checkDesktop(const Configuration& configuration, const RpmMeta& meta,
                                     const std::string& desktopPath) {
@@ -55,4 +64,35 @@ void ContentValidator::checkQmlImports(const Configuration& configuration, const
                                        const std::string& root) {
     pkgvet::checkQmlImports(rpm.name(), rpm.paths(), d_ptr->desktopFacts.ostrandQt5Application,
                             configuration, root, &d_ptr->qmlFacts, &d_ptr->findings);
+}
+
+void ContentValidator::checkIcons(const Configuration& configuration, const RpmMeta& rpm,
+                                  const std::string& tempDir) {
+    pkgvet::checkIcons(rpm.name(), rpm.paths(), configuration, tempDir, &d_ptr->findings);
+}
+
+void ContentValidator::checkSandboxing(const RpmMeta& rpm, const std::string& tempDir) {
+    pkgvet::checkSandboxing(rpm.paths(), tempDir, &d_ptr->findings);
+}
+
+void ContentValidator::checkExcludedPaths(const Configuration& configuration, const RpmMeta& rpm,
+                                          const std::string& tempDir) {
+    const pkgvet::DesktopFacts& desktop = d_ptr->desktopFacts;
+    pkgvet::checkExcludedPaths(rpm.name(), rpm.paths(),
+                               {desktop.qmlOnly, desktop.organizationName, desktop.applicationName},
+                               configuration, tempDir, &d_ptr->fileFacts, &d_ptr->findings);
+}
+
+void ContentValidator::checkEmptyDirectories(const RpmMeta& rpm) {
+    pkgvet::checkEmptyDirectories(rpm.paths(), d_ptr->tempDir, &d_ptr->findings);
+}
+
+void ContentValidator::checkConfigurationParameterFile(const RpmMeta& rpm) {
+    pkgvet::checkConfigurationParameterFile(rpm.name(), d_ptr->tempDir, &d_ptr->findings);
+}
+
+void ContentValidator::processPermissions(const Configuration& configuration, const RpmMeta& rpm,
+                                          const std::string& tempDir) {
+    pkgvet::processPermissions(rpm.name(), rpm.paths(), rpm.users(), rpm.groups(), configuration,
+                               tempDir, &d_ptr->findings);
 }

@@ -2,22 +2,21 @@
 #include <filesystem>
 #include <string>
 
-#include "pkgvet/content/content_validator.h"
-#include "pkgvet/content/content_validator_private.h"
 #include "pkgvet/files/file_messages.h"
-#include "pkgvet/package/rpm_meta.h"
+#include "pkgvet/files/file_rules.h"
 #include "pkgvet/platform/param_file_validator.h"
-#include "pkgvet/report/logger.h"
+
+namespace pkgvet {
 
 namespace {
 
 using ManagedConfiguration::Validator::ParamFileValidator;
 
-// The directories of the rule set play no part.
+// The platform looks for the file here, whatever directories the rule set names.
 constexpr const char* kShareDirectory = "usr/share";
 constexpr const char* kParameterFile = "managed-configuration/configuration.xml";
 
-// A directory in its place exists as well; what to make of it is the validator's affair.
+// A directory in its place is present as well, and it is up to the validator to refuse it.
 bool isPresent(const std::filesystem::path& file) {
     const std::filesystem::file_type type = std::filesystem::status(file).type();
     return type != std::filesystem::file_type::not_found &&
@@ -32,13 +31,14 @@ bool isValid(const std::filesystem::path& file) {
 }  // namespace
 
 // The file is optional, and the finding names it where it is installed.
-void ContentValidator::checkConfigurationParameterFile(const RpmMeta& rpm) {
+void checkConfigurationParameterFile(const std::string& packageName, const std::string& tempDir,
+                                     Findings* findings) {
     const std::filesystem::path relative =
-        std::filesystem::path(kShareDirectory) / rpm.name() / kParameterFile;
-    const std::filesystem::path file = std::filesystem::path(d_ptr->tempDir) / relative;
+        std::filesystem::path(kShareDirectory) / packageName / kParameterFile;
+    const std::filesystem::path file = std::filesystem::path(tempDir) / relative;
     if (isPresent(file) && !isValid(file)) {
-        d_ptr->failures |= pkgvet::kViolation;
-        const std::string installed = std::filesystem::path("/") / relative;
-        Logger::log(LogLevel::Error, {"[", installed, pkgvet::kParameterFileInvalid});
+        findings->violation(kParameterFileInvalid, {("/" / relative).native()});
     }
 }
+
+}  // namespace pkgvet

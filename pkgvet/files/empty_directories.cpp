@@ -2,20 +2,21 @@
 #include <filesystem>
 #include <string>
 
-#include "pkgvet/content/content_validator.h"
-#include "pkgvet/content/content_validator_private.h"
 #include "pkgvet/files/file_messages.h"
-#include "pkgvet/package/rpm_meta.h"
-#include "pkgvet/report/logger.h"
+#include "pkgvet/files/file_rules.h"
 
-// It only warns. A directory that stands in the header alone is none on disk and passes; one that
-// cannot be looked into is an exception.
-void ContentValidator::checkEmptyDirectories(const RpmMeta& rpm) {
-    for (const std::string& path : rpm.paths()) {
-        const std::filesystem::path file = d_ptr->tempDir + path;
+namespace pkgvet {
+
+// A directory that stands in the header alone is absent on disk, which is not an error.
+void checkEmptyDirectories(const std::vector<std::string>& paths, const std::string& tempDir,
+                           Findings* findings) {
+    for (const std::string& path : paths) {
+        const std::filesystem::path file = tempDir + path;
         if (std::filesystem::status(file).type() == std::filesystem::file_type::directory &&
             std::filesystem::is_empty(file)) {
-            Logger::log(LogLevel::Warning, {"[", path, pkgvet::kEmptyDirectory});
+            findings->warning(kEmptyDirectory, {path});
         }
     }
 }
+
+}  // namespace pkgvet

@@ -7,23 +7,19 @@
 #include <string>
 #include <string_view>
 
-#include "pkgvet/content/content_validator.h"
-#include "pkgvet/content/content_validator_private.h"
 #include "pkgvet/elf/elf_reader.h"
+#include "pkgvet/elf/executable_format.h"
 #include "pkgvet/files/file_messages.h"
+#include "pkgvet/files/file_rules.h"
 #include "pkgvet/files/sealwatchd.h"
-#include "pkgvet/package/rpm_meta.h"
 #include "pkgvet/pattern/pattern_list.h"
 #include "pkgvet/pattern/regex.h"
 #include "pkgvet/pattern/rule_pattern.h"
-#include "pkgvet/report/logger.h"
 #include "pkgvet/rules/configuration.h"
 
-namespace {
+namespace pkgvet {
 
-using pkgvet::kRulePattern;
-using pkgvet::PatternList;
-using pkgvet::SealwatchdResult;
+namespace {
 
 constexpr std::string_view kBinDirectory = "/usr/bin";
 constexpr std::string_view kBinDirectoryWithSlash = "/usr/bin/";
@@ -32,11 +28,8 @@ constexpr const char* kSealwatchdDirectory = "/etc/sealwatchd/config.d/";
 constexpr const char* kSealwatchdSuffix = ".json";
 
 // What version control and editors leave behind.
-const std::array<std::string, 7>& blacklistedExtensions() {
-    static const std::array<std::string, 7> extensions = {".git", ".svn",      ".hg", ".bzr",
-                                                          ".cvs", ".DS_Store", ".swp"};
-    return extensions;
-}
+constexpr std::array<std::string_view, 7> kBlacklistedExtensions = {
+    ".git", ".svn", ".hg", ".bzr", ".cvs", ".DS_Store", ".swp"};
 
 Regex rulePattern(const std::string& text) {
     return Regex(text, kRulePattern.compile, kRulePattern.match);
@@ -44,7 +37,7 @@ Regex rulePattern(const std::string& text) {
 
 // Where a package may install, and where it may not. All but commonOrgPattern hit wherever their
 // text stands in a path and whatever follows it, so that "/usr/share/appendix" belongs to a package
-// "app". Anchoring them would reject packages that are accepted.
+// "app". They are not anchored, since that would reject packages that are accepted.
 struct Places {
     Places(const std::string& name, const std::string& org, const std::string& app,
            const std::string& libexec)
@@ -76,15 +69,18 @@ struct Places {
 // One walk over the paths of a package.
 class PathWalk {
 public:
-    PathWalk(const ContentValidator& validator, ContentValidatorPrivate& record,
-             const Configuration& configuration, const RpmMeta& rpm, const std::string& tempDir)
-        : validator_(validator),
-          record_(record),
-          rpm_(rpm),
+    PathWalk(const std::string& packageName, const std::vector<std::string>& paths,
+             const Application& application, const Configuration& configuration,
+             const std::string& tempDir, FileFacts* facts, Findings* findings)
+        : packageName_(packageName),
+          paths_(paths),
+          isQmlOnly_(application.isQmlOnly),
           tempDir_(tempDir),
-          mainBinary_(configuration.binDir() + rpm.name()),
-          places_(Regex::escape(rpm.name()), Regex::escape(record.desktopFacts.organizationName),
-                  Regex::escape(record.desktopFacts.applicationName),
+          facts_(*facts),
+          findings_(*findings),
+          mainBinary_(configuration.binDir() + packageName),
+          places_(Regex::escape(packageName), Regex::escape(application.organizationName),
+                  Regex::escape(application.applicationName),
                   Regex::escape(configuration.libexecDir())),
           listedPaths_(configuration.pathsList()) {}
 
@@ -93,18 +89,19 @@ public:
 private:
     bool isOwnPlace(const std::string& path) const;
     bool isSharedPlace(const std::string& path, bool listed) const;
+    void judgeElsewhere(const std::string& path, bool listed);
     void noteMainBinary();
     void checkSealwatchd();
     void noteBinDirectory();
     void checkLibexecFile(const std::string& path);
     void noteDebugFile();
-    void report(std::string_view finding);
-    void report(const std::string& path, std::string_view finding);
 
-    const ContentValidator& validator_;
-    ContentValidatorPrivate& record_;
-    const RpmMeta& rpm_;
+    const std::string& packageName_;
+    const std::vector<std::string>& paths_;
+    const bool isQmlOnly_;
     const std::string& tempDir_;
+    FileFacts& facts_;
+    Findings& findings_;
     const std::string mainBinary_;
     const Places places_;
     PatternList listedPaths_;
@@ -126,23 +123,12 @@ void PathWalk::judge(const std::string& path) {
     }
     if (places_.sealwatchdConfigPattern.match(path)) {
         checkSealwatchd();
-    } else if (validator_.isBlacklistedExtension(path)) {
-        report(path, pkgvet::kForbiddenExtension);
+    } else if (isBlacklistedExtension(path)) {
+        findings_.violation(kForbiddenExtension, {path});
     } else if (path == kBinDirectory || path == kBinDirectoryWithSlash) {
         noteBinDirectory();
-    } else if (places_.libexecEntryPattern.match(path)) {
-        return;
-    } else if (places_.libexecContentPattern.match(path)) {
-        // Never reached, as the pattern above hits each such path first. It would have to be
-        // anchored for that, and files that are accepted would then be judged.
-        checkLibexecFile(path);
-    } else {
-        if (places_.debugPattern.match(path)) {
-            noteDebugFile();
-        }
-        if (!listed) {
-            report(path, pkgvet::kLocationNotAllowed);
-        }
+    } else if (!places_.libexecEntryPattern.match(path)) {
+        judgeElsewhere(path, listed);
     }
 }
 
@@ -156,10 +142,27 @@ bool PathWalk::isSharedPlace(const std::string& path, bool listed) const {
            places_.commonAppPattern.match(path) || places_.commonOrgPattern.match(path);
 }
 
+// libexecEntryPattern hits each path that libexecContentPattern would hit, so that the latter has
+// its turn in one case only: where both the directory and the package's name are empty, the former
+// is the empty pattern, which matches nothing here. Anchoring the former would bring the latter
+// into play, and files that are accepted would then be judged.
+void PathWalk::judgeElsewhere(const std::string& path, bool listed) {
+    if (places_.libexecContentPattern.match(path)) {
+        checkLibexecFile(path);
+        return;
+    }
+    if (places_.debugPattern.match(path)) {
+        noteDebugFile();
+    }
+    if (!listed) {
+        findings_.violation(kLocationNotAllowed, {path});
+    }
+}
+
 void PathWalk::noteMainBinary() {
-    record_.fileFacts.unwantedBinExists = true;
-    if (record_.desktopFacts.qmlOnly) {
-        report(pkgvet::kMainBinaryMustNotExist);
+    facts_.unwantedBinExists = true;
+    if (isQmlOnly_) {
+        findings_.violation(kMainBinaryMustNotExist);
     }
 }
 
@@ -167,66 +170,57 @@ void PathWalk::noteMainBinary() {
 // the expected text leads to the same file, and draws its findings once more.
 void PathWalk::checkSealwatchd() {
     if (!sealwatchd_) {
-        sealwatchd_ = pkgvet::checkSealwatchdFile(
-            tempDir_ + kSealwatchdDirectory + rpm_.name() + kSealwatchdSuffix, rpm_.paths());
+        sealwatchd_ = checkSealwatchdFile(
+            tempDir_ + kSealwatchdDirectory + packageName_ + kSealwatchdSuffix, paths_);
     }
     if (*sealwatchd_ == SealwatchdResult::Valid) {
         return;
     }
-    record_.fileFacts.correctSealwatchd = false;
-    report(*sealwatchd_ == SealwatchdResult::InvalidJson ? pkgvet::kSealwatchdInvalidJson
-                                                         : pkgvet::kSealwatchdMismatch);
+    facts_.correctSealwatchd = false;
+    findings_.violation(*sealwatchd_ == SealwatchdResult::InvalidJson ? kSealwatchdInvalidJson
+                                                                      : kSealwatchdMismatch);
 }
 
 void PathWalk::noteBinDirectory() {
-    record_.fileFacts.binDirOwned = true;
-    report(pkgvet::kBinDirectoryOwned);
+    facts_.binDirOwned = true;
+    findings_.violation(kBinDirectoryOwned);
 }
 
 void PathWalk::checkLibexecFile(const std::string& path) {
     const std::string file = tempDir_ + path;
     struct stat status {};
     const bool isDirectory = stat(file.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
-    const ElfReader reader(file.c_str());
-    const bool isGood =
-        (reader.elfClass() == ElfClass::Elf32 || reader.elfClass() == ElfClass::Elf64) &&
-        reader.encoding() == ElfEncoding::LittleEndian;
-    if (!isDirectory && !isGood) {
-        report(path, pkgvet::kBadExecutableFormat);
+    if (!isDirectory && !hasGoodFormat(ElfReader(file.c_str()))) {
+        findings_.violation(kBadExecutableFormat, {path});
     }
 }
 
 void PathWalk::noteDebugFile() {
-    record_.fileFacts.debugDir = true;
-    report(pkgvet::kDebugFiles);
-}
-
-void PathWalk::report(std::string_view finding) {
-    record_.failures |= pkgvet::kViolation;
-    Logger::log(LogLevel::Error, {finding});
-}
-
-void PathWalk::report(const std::string& path, std::string_view finding) {
-    record_.failures |= pkgvet::kViolation;
-    Logger::log(LogLevel::Error, {"[", path, finding});
+    facts_.debugDir = true;
+    findings_.violation(kDebugFiles);
 }
 
 }  // namespace
 
-bool ContentValidator::isBlacklistedExtension(const std::string& path) const {
-    const auto& extensions = blacklistedExtensions();
-    return std::any_of(extensions.begin(), extensions.end(),
-                       [&](const std::string& extension) { return endsWith(path, extension); });
+bool isBlacklistedExtension(const std::string& path) {
+    return std::any_of(kBlacklistedExtensions.begin(), kBlacklistedExtensions.end(),
+                       [&](std::string_view extension) { return path.ends_with(extension); });
 }
 
-void ContentValidator::checkExcludedPaths(const Configuration& configuration, const RpmMeta& rpm,
-                                          const std::string& tempDir) {
-    PathWalk walk(*this, *d_ptr, configuration, rpm, tempDir);
-    for (const std::string& path : rpm.paths()) {
+bool isBinaryRequired(bool isQmlOnly, const FileFacts& facts) {
+    return !isQmlOnly && !facts.unwantedBinExists;
+}
+
+void checkExcludedPaths(const std::string& packageName, const std::vector<std::string>& paths,
+                        const Application& application, const Configuration& configuration,
+                        const std::string& tempDir, FileFacts* facts, Findings* findings) {
+    PathWalk walk(packageName, paths, application, configuration, tempDir, facts, findings);
+    for (const std::string& path : paths) {
         walk.judge(path);
     }
-    if (binRequired()) {
-        d_ptr->failures |= pkgvet::kViolation;
-        Logger::log(LogLevel::Error, {pkgvet::kMainBinaryMustExist});
+    if (isBinaryRequired(application.isQmlOnly, *facts)) {
+        findings->violation(kMainBinaryMustExist);
     }
 }
+
+}  // namespace pkgvet

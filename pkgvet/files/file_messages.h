@@ -3,53 +3,56 @@
 
 #include <string_view>
 
+#include "pkgvet/report/message.h"
+
 namespace pkgvet {
 
 inline constexpr std::string_view kQmlOnlyShouldBeNoarch = "[arch] QML-only RPMs should be noarch";
 
-inline constexpr std::string_view kMainBinaryMustNotExist =
-    "[binary] Main binary must not exist. Desktop file uses lumbra-qml";
-inline constexpr std::string_view kMainBinaryMustExist =
-    "[binary] Main binary must exist, but it is not found";
-inline constexpr std::string_view kBinDirectoryOwned =
-    "[/usr/bin] Direct package ownership of /usr/bin is disallowed";
-inline constexpr std::string_view kDebugFiles =
-    "[debug] Debug symbols or sources must not be included";
-inline constexpr std::string_view kSealwatchdInvalidJson =
-    "[sealwatchd] sealwatchd configuration file contains invalid JSON";
-inline constexpr std::string_view kSealwatchdMismatch =
-    "[sealwatchd] sealwatchd configuration file mismatching package content";
+// Places.
+inline constexpr Message kMainBinaryMustNotExist = {
+    "[binary] Main binary must not exist. Desktop file uses lumbra-qml"};
+inline constexpr Message kMainBinaryMustExist = {
+    "[binary] Main binary must exist, but it is not found"};
+inline constexpr Message kBinDirectoryOwned = {
+    "[/usr/bin] Direct package ownership of /usr/bin is disallowed"};
+inline constexpr Message kDebugFiles = {"[debug] Debug symbols or sources must not be included"};
+inline constexpr Message kSealwatchdInvalidJson = {
+    "[sealwatchd] sealwatchd configuration file contains invalid JSON"};
+inline constexpr Message kSealwatchdMismatch = {
+    "[sealwatchd] sealwatchd configuration file mismatching package content"};
+inline constexpr Message kLocationNotAllowed = {"[", kSubject,
+                                                "] Installation not allowed in this location"};
+inline constexpr Message kForbiddenExtension = {
+    "[", kSubject, "] Installation not allowed in this location: forbidden file extension"};
+inline constexpr Message kBadExecutableFormat = {
+    "[", kSubject, "] Installation not allowed in this location: bad executable format"};
 
-// All others stand behind "[" and a path of the package.
-inline constexpr std::string_view kLocationNotAllowed =
-    "] Installation not allowed in this location";
-inline constexpr std::string_view kForbiddenExtension =
-    "] Installation not allowed in this location: forbidden file extension";
-inline constexpr std::string_view kBadExecutableFormat =
-    "] Installation not allowed in this location: bad executable format";
-
-inline constexpr std::string_view kAttributesNotRead = "] Failed to read file attributes";
-inline constexpr std::string_view kSpecialBitSet = "] Found setuid, setgid or sticky bit set";
-inline constexpr std::string_view kMustNotBeExecutable = "] File must not be executable";
-inline constexpr std::string_view kUserShouldBeRoot = "] User owner should be root";
-inline constexpr std::string_view kGroupShouldBeRoot = "] Group owner should be root";
-// In front of the kind of file, one of the two below.
-inline constexpr std::string_view kWritable = "] Group or World writable ";
+// Modes, owners and links.
+inline constexpr Message kAttributesNotRead = {"[", kSubject, "] Failed to read file attributes"};
+inline constexpr Message kSpecialBitSet = {"[", kSubject,
+                                           "] Found setuid, setgid or sticky bit set"};
+inline constexpr Message kMustNotBeExecutable = {"[", kSubject, "] File must not be executable"};
+inline constexpr Message kUserShouldBeRoot = {"[", kSubject, "] User owner should be root"};
+inline constexpr Message kGroupShouldBeRoot = {"[", kSubject, "] Group owner should be root"};
+// The detail is one of the two kinds below.
+inline constexpr Message kWritable = {"[", kSubject, "] Group or World writable ", kDetail};
 inline constexpr std::string_view kKindDirectory = "directory";
 inline constexpr std::string_view kKindFile = "file";
-inline constexpr std::string_view kBewareOfLinks =
-    "] Bevare that symbolic links are only allowed for exclusive paths";
-// In front of the target.
-inline constexpr std::string_view kLinkTargetNotAllowed =
-    "] Symbolic link is targeting to not allowed path for it: ";
+// The misspelling stays, since other programs know the line by its text.
+inline constexpr Message kBewareOfLinks = {
+    "[", kSubject, "] Bevare that symbolic links are only allowed for exclusive paths"};
+// The detail is the target.
+inline constexpr Message kLinkTargetNotAllowed = {
+    "[", kSubject, "] Symbolic link is targeting to not allowed path for it: ", kDetail};
 
-inline constexpr std::string_view kHardcodedPath = "] Hardcoded path found";
-inline constexpr std::string_view kEmptyDirectory =
-    "] Empty directory (can be omitted during package installation)";
-inline constexpr std::string_view kParameterFileInvalid =
-    "] Configuration parameter file for managed configuration is invalid";
-
-inline constexpr std::string_view kIconNotFound =
-    "] Icon not found or file resolution is incorrect";
+// What is in the files.
+inline constexpr Message kHardcodedPath = {"[", kSubject, "] Hardcoded path found"};
+inline constexpr Message kEmptyDirectory = {
+    "[", kSubject, "] Empty directory (can be omitted during package installation)"};
+inline constexpr Message kParameterFileInvalid = {
+    "[", kSubject, "] Configuration parameter file for managed configuration is invalid"};
+inline constexpr Message kIconNotFound = {"[", kSubject,
+                                          "] Icon not found or file resolution is incorrect"};
 
 }  // namespace pkgvet

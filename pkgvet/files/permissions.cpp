@@ -6,36 +6,32 @@
 #include <string>
 #include <string_view>
 
-#include "pkgvet/content/content_validator.h"
-#include "pkgvet/content/content_validator_private.h"
 #include "pkgvet/files/file_messages.h"
-#include "pkgvet/package/rpm_meta.h"
+#include "pkgvet/files/file_rules.h"
 #include "pkgvet/pattern/pattern_list.h"
 #include "pkgvet/pattern/regex.h"
 #include "pkgvet/pattern/rule_pattern.h"
-#include "pkgvet/report/logger.h"
 #include "pkgvet/rules/configuration.h"
+
+namespace pkgvet {
 
 namespace {
 
-using pkgvet::kRulePattern;
-using pkgvet::PatternList;
-
 constexpr std::string_view kRoot = "root";
-// The rule set under which files may be writable for everybody.
+// The rule set under which files that anybody may write to are only warned of.
 constexpr std::string_view kLenientRuleSet = "auth";
 
-// Bits to test for, no types to compare with: the first two stand in the types of regular files,
-// devices and sockets as well, the last in those of links and sockets. Where a name can be read as
-// what it is but not followed, it is in practice a link.
+// These are bits to test for and not types to compare with: the first two are set for anything but
+// directories and fifos, the last one also for links and sockets. What lstat can read and stat
+// cannot is in practice a link, so that the first test is right all the same.
 constexpr mode_t kLinkBits = S_IFLNK;
 constexpr mode_t kFileBit = S_IFREG;
 
 constexpr mode_t kSpecialBits = S_ISUID | S_ISGID | S_ISVTX;
 constexpr mode_t kOthersWrite = S_IWGRP | S_IWOTH;
 
-// Where files may be executable. A search like the rules on places: "/usr/bin/app2" is fine for a
-// package "app". The directories of the rule set play no part.
+// Where files may be executable. It hits wherever its text stands in a path, so that
+// "/usr/bin/app2" is fine for a package "app". The directories of the rule set are not looked at.
 std::string executablePatternText(const std::string& name) {
     return "/usr/bin/" + name + "|/usr/share/" + name +
            R"(/.*\.so.*)"
@@ -55,18 +51,19 @@ std::string executablePatternText(const std::string& name) {
 }
 
 // One walk over the files of a package.
-class AttributeWalk {
+class ModeWalk {
 public:
-    AttributeWalk(ContentValidatorPrivate& record, const Configuration& configuration,
-                  const RpmMeta& rpm, const std::string& tempDir)
-        : record_(record),
-          rpm_(rpm),
+    ModeWalk(const std::string& packageName, const std::vector<std::string>& paths,
+             const std::string& ruleSetName, const std::string& tempDir, Findings* findings)
+        : paths_(paths),
           tempDir_(tempDir),
-          isLenient_(configuration.name() == kLenientRuleSet),
-          executablePattern_(executablePatternText(Regex::escape(rpm.name())), kRulePattern.compile,
-                             kRulePattern.match) {}
+          isLenient_(ruleSetName == kLenientRuleSet),
+          executablePattern_(executablePatternText(Regex::escape(packageName)),
+                             kRulePattern.compile, kRulePattern.match),
+          findings_(*findings) {}
 
-    void judge(std::size_t index);
+    // False for what cannot be read, whose owners are not judged either.
+    bool judge(const std::string& path);
 
 private:
     void judgeUnreadable(const std::string& path);
@@ -74,112 +71,105 @@ private:
     void judgeSpecialBits(const std::string& path, mode_t mode);
     void judgeExecutable(const std::string& path, mode_t mode);
     void judgeWritable(const std::string& path, mode_t mode);
-    void judgeOwners(const std::string& path, std::size_t index);
     bool isPackagePath(const std::string& target);
-    void report(const std::string& path, std::string_view finding, std::string_view detail = {});
 
-    ContentValidatorPrivate& record_;
-    const RpmMeta& rpm_;
+    const std::vector<std::string>& paths_;
     const std::string& tempDir_;
     const bool isLenient_;
     const Regex executablePattern_;
+    Findings& findings_;
     std::optional<PatternList> packagePaths_;  // made for the first link that needs it
 };
 
 // A link that leads somewhere, in the tree or on this machine, is judged by what it leads to.
-void AttributeWalk::judge(std::size_t index) {
-    const std::string& path = rpm_.paths()[index];
+bool ModeWalk::judge(const std::string& path) {
     struct stat status {};
     if (stat((tempDir_ + path).c_str(), &status) != 0) {
         judgeUnreadable(path);
-        return;
+        return false;
     }
     if ((status.st_mode & kFileBit) != 0) {
         judgeSpecialBits(path, status.st_mode);
         judgeExecutable(path, status.st_mode);
     }
     judgeWritable(path, status.st_mode);
-    judgeOwners(path, index);
+    return true;
 }
 
-void AttributeWalk::judgeUnreadable(const std::string& path) {
+void ModeWalk::judgeUnreadable(const std::string& path) {
     struct stat status {};
     if (lstat((tempDir_ + path).c_str(), &status) == 0 && (status.st_mode & kLinkBits) != 0) {
         judgeLink(path);
     } else {
-        report(path, pkgvet::kAttributesNotRead);
+        findings_.violation(kAttributesNotRead, {path});
     }
 }
 
-// No list of "exclusive paths" exists: a link that leads nowhere may lead into the package only.
-// The target stays as it is written, ".." and all, so that it has to be a path of the package
-// letter by letter.
-void AttributeWalk::judgeLink(const std::string& path) {
-    Logger::log(LogLevel::Info, {"[", path, pkgvet::kBewareOfLinks});
+// The "exclusive paths" of the message do not exist: a link that leads nowhere may lead into the
+// package only. Its target is compared as it is written, ".." and all, with the paths of the
+// package.
+void ModeWalk::judgeLink(const std::string& path) {
+    findings_.info(kBewareOfLinks, {path});
     std::filesystem::path target = std::filesystem::read_symlink(tempDir_ + path);
     if (!target.has_root_directory()) {
         target = std::filesystem::path(path).parent_path() / target;
     }
-    if (!isPackagePath(target.string())) {
-        report(path, pkgvet::kLinkTargetNotAllowed, target.string());
+    if (!isPackagePath(target.native())) {
+        findings_.violation(kLinkTargetNotAllowed, {path, target.native()});
     }
 }
 
-// At the level of an ordinary finding, but it rejects the package in any case.
-void AttributeWalk::judgeSpecialBits(const std::string& path, mode_t mode) {
+// It rejects the package in any case, though its line has the level of an ordinary finding.
+void ModeWalk::judgeSpecialBits(const std::string& path, mode_t mode) {
     if ((mode & kSpecialBits) != 0) {
-        record_.failures |= pkgvet::kGraveFinding;
-        Logger::log(LogLevel::Error, {"[", path, pkgvet::kSpecialBitSet});
+        findings_.grave(LogLevel::Error, kSpecialBitSet, {path});
     }
 }
 
-void AttributeWalk::judgeExecutable(const std::string& path, mode_t mode) {
+void ModeWalk::judgeExecutable(const std::string& path, mode_t mode) {
     if ((mode & S_IXUSR) != 0 && !executablePattern_.match(path)) {
-        report(path, pkgvet::kMustNotBeExecutable);
+        findings_.violation(kMustNotBeExecutable, {path});
     }
 }
 
-void AttributeWalk::judgeWritable(const std::string& path, mode_t mode) {
+void ModeWalk::judgeWritable(const std::string& path, mode_t mode) {
     if ((mode & kOthersWrite) == 0) {
         return;
     }
-    const std::string_view kind = S_ISDIR(mode) ? pkgvet::kKindDirectory : pkgvet::kKindFile;
+    const std::string_view kind = S_ISDIR(mode) ? kKindDirectory : kKindFile;
     if (isLenient_) {
-        Logger::log(LogLevel::Warning, {"[", path, pkgvet::kWritable, kind});
+        findings_.warning(kWritable, {path, kind});
     } else {
-        report(path, pkgvet::kWritable, kind);
-    }
-}
-
-void AttributeWalk::judgeOwners(const std::string& path, std::size_t index) {
-    if (rpm_.users().at(index) != kRoot) {
-        report(path, pkgvet::kUserShouldBeRoot);
-    }
-    if (rpm_.groups().at(index) != kRoot) {
-        report(path, pkgvet::kGroupShouldBeRoot);
+        findings_.violation(kWritable, {path, kind});
     }
 }
 
 // The paths serve as patterns, operators and all: a "+" in one keeps it from matching itself.
-bool AttributeWalk::isPackagePath(const std::string& target) {
+bool ModeWalk::isPackagePath(const std::string& target) {
     if (!packagePaths_) {
-        packagePaths_.emplace(rpm_.paths());
+        packagePaths_.emplace(paths_);
     }
     return packagePaths_->matches(target);
 }
 
-void AttributeWalk::report(const std::string& path, std::string_view finding,
-                           std::string_view detail) {
-    record_.failures |= pkgvet::kViolation;
-    Logger::log(LogLevel::Error, {"[", path, finding, detail});
-}
-
 }  // namespace
 
-void ContentValidator::processPermissions(const Configuration& configuration, const RpmMeta& rpm,
-                                          const std::string& tempDir) {
-    AttributeWalk walk(*d_ptr, configuration, rpm, tempDir);
-    for (std::size_t i = 0; i < rpm.paths().size(); ++i) {
-        walk.judge(i);
+void processPermissions(const std::string& packageName, const std::vector<std::string>& paths,
+                        const std::vector<std::string>& users,
+                        const std::vector<std::string>& groups, const Configuration& configuration,
+                        const std::string& tempDir, Findings* findings) {
+    ModeWalk walk(packageName, paths, configuration.name(), tempDir, findings);
+    for (std::size_t i = 0; i < paths.size(); ++i) {
+        if (!walk.judge(paths[i])) {
+            continue;
+        }
+        if (users.at(i) != kRoot) {
+            findings->violation(kUserShouldBeRoot, {paths[i]});
+        }
+        if (groups.at(i) != kRoot) {
+            findings->violation(kGroupShouldBeRoot, {paths[i]});
+        }
     }
 }
+
+}  // namespace pkgvet

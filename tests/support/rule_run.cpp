@@ -17,5 +17,6 @@ UnpackedPackage::UnpackedPackage(const PackageBuilder& builder)
 RuleRun runRule(ContentValidator& validator, const std::function<void()>& rule) {
     const CapturedLog log;
     rule();
-    return {log.lines(), recordOf(validator).failures};
+    const ContentValidatorPrivate& record = recordOf(validator);
+    return {log.lines(), record.failures | record.findings.failures()};
 }

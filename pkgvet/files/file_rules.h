@@ -1,0 +1,66 @@
+// The rules on the files of a package as such.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "pkgvet/files/file_facts.h"
+#include "pkgvet/report/findings.h"
+
+class Configuration;
+
+namespace pkgvet {
+
+// All rules look at paths, the package's list of files, in its order. tempDir is the directory that
+// holds the unpacked payload, without a trailing "/": the file at a path stands on disk at tempDir
+// and the path.
+
+// What the desktop file says of the application, as far as the rule on places needs it. All of it
+// stays empty without a desktop file.
+struct Application {
+    bool isQmlOnly = false;
+    std::string organizationName;
+    std::string applicationName;
+};
+
+// Each size of the rule set needs an icon, where the rule set requires icons at all. Throws
+// std::regex_error for a path that does not compile as a pattern.
+void checkIcons(const std::string& packageName, const std::vector<std::string>& paths,
+                const Configuration& configuration, const std::string& tempDir, Findings* findings);
+
+// No file may hold the home directory of the platform's default user.
+void checkSandboxing(const std::vector<std::string>& paths, const std::string& tempDir,
+                     Findings* findings);
+
+// Files may be installed in certain places only, and the main binary has to be there unless the
+// application is written in QML alone. Throws std::regex_error for a pattern of the rule set that
+// does not compile, and what checkSealwatchdFile throws.
+void checkExcludedPaths(const std::string& packageName, const std::vector<std::string>& paths,
+                        const Application& application, const Configuration& configuration,
+                        const std::string& tempDir, FileFacts* facts, Findings* findings);
+
+// Whether path ends in a suffix that version control and editors leave behind.
+bool isBlacklistedExtension(const std::string& path);
+
+// Whether the package needs a main binary that checkExcludedPaths has not seen.
+bool isBinaryRequired(bool isQmlOnly, const FileFacts& facts);
+
+// Warns of directories that may vanish at installation. Throws std::filesystem::filesystem_error
+// for one that cannot be looked into.
+void checkEmptyDirectories(const std::vector<std::string>& paths, const std::string& tempDir,
+                           Findings* findings);
+
+// The file of managed configuration has to be valid, if there is one. Throws
+// std::filesystem::filesystem_error when that cannot be told.
+void checkConfigurationParameterFile(const std::string& packageName, const std::string& tempDir,
+                                     Findings* findings);
+
+// Files belong to root, are written to by nobody else, and are executable in certain places only.
+// users and groups go with paths element by element; std::out_of_range when one is shorter. Throws
+// std::regex_error for a path that does not compile as a pattern where a link needs it.
+void processPermissions(const std::string& packageName, const std::vector<std::string>& paths,
+                        const std::vector<std::string>& users,
+                        const std::vector<std::string>& groups, const Configuration& configuration,
+                        const std::string& tempDir, Findings* findings);
+
+}  // namespace pkgvet
