@@ -17,18 +17,12 @@ constexpr std::size_t kSignatureSize = 8;
 // the header.
 constexpr png_uint_32 kMaxTexts = 4;
 
-// libpng writes to standard error by default, where its words would pass for findings.
-[[noreturn]] void leaveSilently(png_structp png, png_const_charp /*message*/) {
-    png_longjmp(png, 1);
-}
-
-void saySilently(png_structp /*png*/, png_const_charp /*message*/) {}
-
-// The two structures of a reader, released together.
+// The two structures of a reader, released together. libpng's own handlers write its errors and
+// warnings to standard error.
 class PngReader {
 public:
     PngReader()
-        : png_(png_create_read_struct(PNG_LIBPNG_VER_STRING, nullptr, leaveSilently, saySilently)),
+        : png_(png_create_read_struct(PNG_LIBPNG_VER_STRING, nullptr, nullptr, nullptr)),
           info_(png_ != nullptr ? png_create_info_struct(png_) : nullptr) {}
     PngReader(const PngReader&) = delete;
     PngReader(PngReader&&) = delete;
@@ -52,7 +46,7 @@ bool hasSignature(std::FILE* stream) {
 }
 
 // libpng leaves by longjmp at an error. Nothing in here has a destructor or changes in between, so
-// that the way out is as good as a return; the owner of the structures stands one call further up.
+// that this is as good as a return. The caller owns the structures and releases them.
 bool readInfo(png_structp png, png_infop info, std::FILE* stream) {
     if (setjmp(*png_set_longjmp_fn(png, longjmp, sizeof(jmp_buf))) != 0) {
         return false;
