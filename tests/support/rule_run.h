@@ -1,4 +1,4 @@
-// One rule at a time, on packages made for it.
+// One rule at a time.
 #pragma once
 
 #include <cstdint>
@@ -9,6 +9,7 @@
 #include "pkgvet/content/content_validator.h"
 #include "pkgvet/package/rpm_meta.h"
 #include "pkgvet/report/failures.h"
+#include "pkgvet/report/findings.h"
 #include "tests/support/package_builder.h"
 #include "tests/support/temporary_directory.h"
 
@@ -33,6 +34,9 @@ struct RuleRun {
     std::vector<std::string> lines;
     std::uint32_t failures;
 };
+
+// Runs rule on findings of its own, and captures what it reports.
+RuleRun runRule(const std::function<void(pkgvet::Findings*)>& rule);
 
 // Runs rule, which calls members of validator, and captures what they log.
 RuleRun runRule(ContentValidator& validator, const std::function<void()>& rule);

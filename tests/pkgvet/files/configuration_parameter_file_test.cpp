@@ -2,62 +2,92 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <filesystem>
+
+#include "pkgvet/files/file_rules.h"
 #include "tests/support/captured_log.h"
 #include "tests/support/rule_run.h"
 
 namespace {
 
+namespace fs = std::filesystem;
+
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-constexpr const char* kFile = "/usr/share/app/managed-configuration/configuration.xml";
+constexpr const char* kDirectory = "usr/share/app/managed-configuration";
+constexpr const char* kFile = "usr/share/app/managed-configuration/configuration.xml";
 constexpr const char* kInvalidLine =
     "[/usr/share/app/managed-configuration/configuration.xml] Configuration parameter file for "
     "managed configuration is invalid";
 
-RuleRun check(const PackageBuilder& builder) {
-    const TemporaryDirectory directory;
-    const std::string file = builder.build(directory);
-    const RpmMeta meta(file.c_str());
-    ContentValidator validator(file);
-    return runRule(validator, [&] { validator.checkConfigurationParameterFile(meta); });
+class ConfigurationParameterFile : public testing::Test {
+protected:
+    RuleRun check() {
+        return runRule([this](pkgvet::Findings* findings) {
+            pkgvet::checkConfigurationParameterFile("app", root_.path(), findings);
+        });
+    }
+
+    void expectInvalid() {
+        const CapturedDescriptor descriptor;
+        const RuleRun run = check();
+        EXPECT_THAT(run.lines, ElementsAre(errorLine(kInvalidLine)));
+        EXPECT_EQ(run.failures, pkgvet::kViolation);
+        EXPECT_THAT(descriptor.text(), testing::Not(testing::HasSubstr("configuration.xml")));
+    }
+
+    void expectNothing() {
+        const RuleRun run = check();
+        EXPECT_THAT(run.lines, IsEmpty());
+        EXPECT_EQ(run.failures, 0U);
+    }
+
+    TemporaryDirectory root_;
+};
+
+TEST_F(ConfigurationParameterFile, IsOptional) {
+    expectNothing();
+    root_.write("usr/share/app/x", "");
+    expectNothing();
 }
 
-void expectInvalid(const PackageBuilder& builder) {
-    const CapturedDescriptor descriptor;
-    const RuleRun run = check(builder);
-    EXPECT_THAT(run.lines, ElementsAre(errorLine(kInvalidLine)));
-    EXPECT_EQ(run.failures, pkgvet::kViolation);
-    EXPECT_THAT(descriptor.text(), testing::Not(testing::HasSubstr("configuration.xml")));
+TEST_F(ConfigurationParameterFile, ValidFileDrawsNoLine) {
+    root_.write(kFile, "<pkgvet-test/>");
+    expectNothing();
 }
 
-TEST(ConfigurationParameterFile, IsOptional) {
-    const RuleRun run = check(PackageBuilder("app").file("/usr/share/app/x", ""));
-    EXPECT_THAT(run.lines, IsEmpty());
-    EXPECT_EQ(run.failures, 0U);
+TEST_F(ConfigurationParameterFile, InvalidFileIsReportedWhereItIsInstalled) {
+    root_.write(kFile, "<pkgvet-test>");
+    expectInvalid();
 }
 
-TEST(ConfigurationParameterFile, ValidFileDrawsNoLine) {
-    const RuleRun run = check(PackageBuilder("app").file(kFile, "<pkgvet-test/>"));
-    EXPECT_THAT(run.lines, IsEmpty());
-    EXPECT_EQ(run.failures, 0U);
+TEST_F(ConfigurationParameterFile, DirectoryInItsPlaceCounts) {
+    fs::create_directories(root_ / kFile);
+    expectInvalid();
 }
 
-TEST(ConfigurationParameterFile, InvalidFileIsReportedWhereItIsInstalled) {
-    expectInvalid(PackageBuilder("app").file(kFile, "<pkgvet-test>"));
+TEST_F(ConfigurationParameterFile, DeviceInItsPlaceCounts) {
+    fs::create_directories(root_ / kDirectory);
+    fs::create_symlink("/dev/zero", root_ / kFile);
+    expectInvalid();
 }
 
-TEST(ConfigurationParameterFile, WhateverStandsInItsPlaceCounts) {
-    expectInvalid(PackageBuilder("app").directory(kFile));
-    expectInvalid(PackageBuilder("app").link(kFile, "/dev/zero"));
+TEST_F(ConfigurationParameterFile, LinkThatLeadsNowhereIsNoFile) {
+    fs::create_directories(root_ / kDirectory);
+    fs::create_symlink("missing", root_ / kFile);
+    expectNothing();
 }
 
-TEST(ConfigurationParameterFile, OnlyTheFileOfThePackagesNameIsLookedAt) {
-    EXPECT_THAT(check(PackageBuilder("app").file(
-                          "/usr/share/other/managed-configuration/configuration.xml", "<"))
-                    .lines,
-                IsEmpty());
-    EXPECT_THAT(check(PackageBuilder("app").link(kFile, "missing")).lines, IsEmpty());
+TEST_F(ConfigurationParameterFile, OnlyTheFileOfThePackagesNameIsLookedAt) {
+    root_.write("usr/share/other/managed-configuration/configuration.xml", "<");
+    expectNothing();
+}
+
+TEST_F(ConfigurationParameterFile, LinkThatCannotBeFollowedIsAnException) {
+    fs::create_directories(root_ / kDirectory);
+    fs::create_symlink("configuration.xml", root_ / kFile);
+    EXPECT_THROW(check(), fs::filesystem_error);
 }
 
 }  // namespace

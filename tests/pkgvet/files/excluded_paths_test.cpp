@@ -2,16 +2,20 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <regex>
+#include <stdexcept>
 
+#include "pkgvet/files/file_rules.h"
 #include "pkgvet/rules/configuration.h"
 #include "tests/support/captured_log.h"
+#include "tests/support/elf_image.h"
 #include "tests/support/rule_run.h"
 #include "tests/support/rule_tree.h"
-#include "tests/support/validator_record.h"
 
 namespace {
 
+using pkgvet::Application;
 using testing::ElementsAre;
 using testing::IsEmpty;
 
@@ -33,45 +37,46 @@ std::string missingBinary() {
     return errorLine("[binary] Main binary must exist, but it is not found");
 }
 
-// A package "app" that lists paths in its header.
-PackageBuilder packageWith(const std::vector<std::string>& paths) {
-    PackageBuilder builder("app");
-    for (const std::string& path : paths) {
-        builder.ghost(path);
+// One run of the rule on a package that holds nothing but its main binary, and what it left behind.
+class ExcludedPaths : public testing::Test {
+protected:
+    RuleRun check() {
+        const Configuration configuration = load(tree_);
+        return runRule([&](pkgvet::Findings* findings) {
+            pkgvet::checkExcludedPaths(name_, paths_, application_, configuration, root_.path(),
+                                       &facts_, findings);
+        });
     }
-    return builder;
-}
 
-RuleRun check(ContentValidator& validator, const RpmMeta& meta, const RuleTree& tree = {},
-              const std::string& root = {}) {
-    const Configuration configuration = load(tree);
-    return runRule(validator, [&] { validator.checkExcludedPaths(configuration, meta, root); });
-}
+    RuleRun check(const std::vector<std::string>& paths) {
+        paths_ = paths;
+        return check();
+    }
 
-RuleRun check(const PackageBuilder& builder, const RuleTree& tree = {}) {
-    ContentValidator validator = validatorOfNothing();
-    return check(validator, metaOf(builder), tree);
-}
+    struct Case {
+        const char* path;
+        std::vector<std::string> lines;
+    };
 
-struct Case {
-    const char* path;
-    std::vector<std::string> lines;
+    // One package for all rows.
+    void expectLines(const std::vector<Case>& cases) {
+        std::vector<std::string> expected;
+        for (const Case& test : cases) {
+            paths_.emplace_back(test.path);
+            expected.insert(expected.end(), test.lines.begin(), test.lines.end());
+        }
+        EXPECT_EQ(check().lines, expected);
+    }
+
+    std::string name_ = "app";
+    std::vector<std::string> paths_ = {kBinary};
+    Application application_;
+    RuleTree tree_;
+    TemporaryDirectory root_;
+    pkgvet::FileFacts facts_;
 };
 
-// One package for all rows; the lines come in the order of its paths, which is not that of the
-// rows.
-void expectLines(const std::vector<Case>& cases, const RuleTree& tree = {}) {
-    std::vector<std::string> paths = {kBinary};
-    std::vector<std::string> expected;
-    for (const Case& test : cases) {
-        paths.emplace_back(test.path);
-        expected.insert(expected.end(), test.lines.begin(), test.lines.end());
-    }
-    EXPECT_THAT(check(packageWith(paths), tree).lines,
-                testing::UnorderedElementsAreArray(expected));
-}
-
-TEST(ExcludedPaths, PackagesOwnPlacesAreAllowed) {
+TEST_F(ExcludedPaths, PackagesOwnPlacesAreAllowed) {
     expectLines({
         {"/usr/share/app/qml/main.qml", {}},
         {"/usr/share/app/data.git", {}},  // the suffix is not looked at here
@@ -80,18 +85,19 @@ TEST(ExcludedPaths, PackagesOwnPlacesAreAllowed) {
     });
 }
 
-TEST(ExcludedPaths, DesktopFileBearsThePackagesName) {
-    EXPECT_THAT(check(PackageBuilder("pilot")
-                          .ghost("/usr/bin/pilot")
-                          .ghost("/usr/share/applications/copilot.desktop")
-                          .ghost("/usr/share/applications/pilot.desktop")
-                          .ghost("/usr/share/applications/pilotxdesktop"))
-                    .lines,
-                ElementsAre(notAllowed("/usr/share/applications/copilot.desktop"),
-                            notAllowed("/usr/share/applications/pilotxdesktop")));
+TEST_F(ExcludedPaths, DesktopFileBearsThePackagesName) {
+    name_ = "pilot";
+    paths_ = {"/usr/bin/pilot"};
+    expectLines({
+        {"/usr/share/applications/pilot.desktop", {}},
+        {"/usr/share/applications/copilot.desktop",
+         {notAllowed("/usr/share/applications/copilot.desktop")}},
+        {"/usr/share/applications/pilotxdesktop",
+         {notAllowed("/usr/share/applications/pilotxdesktop")}},
+    });
 }
 
-TEST(ExcludedPaths, PatternsAreNotAnchored) {
+TEST_F(ExcludedPaths, PatternsAreNotAnchored) {
     expectLines({
         {"/usr/share/appendix/x", {}},
         {"/home/usr/share/app", {}},
@@ -101,198 +107,198 @@ TEST(ExcludedPaths, PatternsAreNotAnchored) {
     });
 }
 
-TEST(ExcludedPaths, SharedPlaceWithoutOrganisation) {
+TEST_F(ExcludedPaths, SharedPlaceWithoutOrganisation) {
     expectLines({
         {"/usr/share/common", {notAllowed("/usr/share/common")}},
-        {"/opt/usr/share/common/x", {notAllowed("/opt/usr/share/common/x")}},
+        {"/usr/share/common/", {}},
+        {"/usr/share/common//x", {}},
+        {"/usr/share/common/x", {notAllowed("/usr/share/common/x")}},
+        {"/opt/usr/share/common/", {notAllowed("/opt/usr/share/common/")}},
+        {"/opt/usr/share/common//x", {}},
     });
 }
 
-// The "." of a name counts as a dot.
-TEST(ExcludedPaths, NameIsEscaped) {
-    const std::string name = "org.ex+ample";
-    ContentValidator validator = validatorOfNothing();
-    const RuleRun run = check(validator, metaOf(PackageBuilder(name)
-                                                    .ghost("/usr/bin/org.ex+ample")
-                                                    .ghost("/usr/share/org.ex+ample/x")
-                                                    .ghost("/usr/share/orgxex+ample/x")
-                                                    .ghost("/usr/share/org.exxample/x")));
-    EXPECT_THAT(run.lines, ElementsAre(notAllowed("/usr/share/org.exxample/x"),
-                                       notAllowed("/usr/share/orgxex+ample/x")));
+TEST_F(ExcludedPaths, SharedPlaceIsThatOfOrganisationAndApplication) {
+    application_ = {false, "com.example", "App"};
+    expectLines({
+        {"/usr/share/common/com.example", {}},
+        {"/usr/share/common/com.example/", {}},
+        {"/usr/share/common/com.example/App", {}},
+        {"/usr/share/common/com.example/App/x", {}},
+        {"/usr/share/common/com.example/Other/x", {}},
+        {"/usr/share/common/com.exampleX", {notAllowed("/usr/share/common/com.exampleX")}},
+        {"/usr/share/common/comXexample", {notAllowed("/usr/share/common/comXexample")}},
+    });
 }
 
-TEST(ExcludedPaths, ThirdPartyLibrariesHaveToBeListed) {
-    RuleTree tree;
-    tree.regular().paths = {"/usr/lib/3rdparty/app/a/.*"};
-    expectLines(
-        {
-            {"/usr/lib/3rdparty/app/a/x.git", {}},
-            {"/usr/lib/3rdparty/app/b/x", {notAllowed("/usr/lib/3rdparty/app/b/x")}},
-            {"/usr/lib/3rdparty/app/b/x.git",
-             {extensionNotAllowed("/usr/lib/3rdparty/app/b/x.git")}},
-        },
-        tree);
+// The "." and the "+" of a name count as such.
+TEST_F(ExcludedPaths, NameIsEscaped) {
+    name_ = "org.ex+ample";
+    paths_ = {"/usr/bin/org.ex+ample"};
+    expectLines({
+        {"/usr/share/org.ex+ample/x", {}},
+        {"/usr/share/orgxex+ample/x", {notAllowed("/usr/share/orgxex+ample/x")}},
+        {"/usr/share/org.exxample/x", {notAllowed("/usr/share/org.exxample/x")}},
+    });
 }
 
-TEST(ExcludedPaths, ListedPathsAreWholePatterns) {
-    RuleTree tree;
-    tree.regular().paths = {"/opt/[ab]/.*", "/srv/x"};
-    expectLines(
-        {
-            {"/opt/a/x", {}},
-            {"/opt/c/x", {notAllowed("/opt/c/x")}},
-            {"/srv/x", {}},
-            {"/srv/xy", {notAllowed("/srv/xy")}},
-            {"/x/opt/a/x", {notAllowed("/x/opt/a/x")}},
-        },
-        tree);
+TEST_F(ExcludedPaths, ThirdPartyLibrariesHaveToBeListed) {
+    tree_.regular().paths = {"/usr/lib/3rdparty/app/a/.*"};
+    expectLines({
+        {"/usr/lib/3rdparty/app/a/x.git", {}},
+        {"/usr/lib/3rdparty/app/b/x", {notAllowed("/usr/lib/3rdparty/app/b/x")}},
+        {"/usr/lib/3rdparty/app/b/x.git", {extensionNotAllowed("/usr/lib/3rdparty/app/b/x.git")}},
+    });
 }
 
-TEST(ExcludedPaths, ForbiddenSuffixIsRejectedEvenIfListed) {
-    RuleTree tree;
-    tree.regular().paths = {"/opt/.*"};
+TEST_F(ExcludedPaths, ListedPathsAreWholePatterns) {
+    tree_.regular().paths = {"/opt/[ab]/.*", "/srv/x"};
+    expectLines({
+        {"/opt/a/x", {}},
+        {"/opt/c/x", {notAllowed("/opt/c/x")}},
+        {"/srv/x", {}},
+        {"/srv/xy", {notAllowed("/srv/xy")}},
+        {"/x/opt/a/x", {notAllowed("/x/opt/a/x")}},
+    });
+}
+
+TEST_F(ExcludedPaths, ForbiddenSuffixIsRejectedEvenIfListed) {
+    tree_.regular().paths = {"/opt/.*"};
     expectLines({{"/opt/app/data.git", {extensionNotAllowed("/opt/app/data.git")}},
                  {"/opt/app/.git/config", {}},
                  {"/opt/app/.swp", {extensionNotAllowed("/opt/app/.swp")}},
-                 {"/srv/data.svn", {extensionNotAllowed("/srv/data.svn")}}},
-                tree);
+                 {"/srv/data.svn", {extensionNotAllowed("/srv/data.svn")}}});
 }
 
-TEST(ExcludedPaths, SuffixesAreComparedByByte) {
-    ContentValidator validator = validatorOfNothing();
+TEST(BlacklistedExtension, SuffixesAreComparedByByte) {
     for (const char* path :
          {"x.git", ".git", "/a/.svn", "foo.hg", "x.bzr", "x.cvs", "a/.DS_Store", "x.swp"}) {
-        EXPECT_TRUE(validator.isBlacklistedExtension(path)) << path;
+        EXPECT_TRUE(pkgvet::isBlacklistedExtension(path)) << path;
     }
     for (const char* path : {"", "git", "/.git/config", "x.GIT", ".ds_store", "x.gitx", "x.git/"}) {
-        EXPECT_FALSE(validator.isBlacklistedExtension(path)) << path;
+        EXPECT_FALSE(pkgvet::isBlacklistedExtension(path)) << path;
     }
 }
 
-TEST(ExcludedPaths, SystemsBinDirectoryIsNotOwned) {
-    ContentValidator validator = validatorOfNothing();
-    const RuleRun run = check(validator, metaOf(packageWith({kBinary}).directory("/usr/bin")));
-    EXPECT_THAT(
-        run.lines,
-        ElementsAre(errorLine("[/usr/bin] Direct package ownership of /usr/bin is disallowed")));
+TEST_F(ExcludedPaths, SystemsBinDirectoryIsNotOwned) {
+    const std::string line =
+        errorLine("[/usr/bin] Direct package ownership of /usr/bin is disallowed");
+    const RuleRun run = check({kBinary, "/usr/bin", "/usr/bin/"});
+    EXPECT_THAT(run.lines, ElementsAre(line, line));
     EXPECT_EQ(run.failures, pkgvet::kViolation);
-    EXPECT_TRUE(recordOf(validator).fileFacts.binDirOwned);
+    EXPECT_TRUE(facts_.binDirOwned);
 }
 
-TEST(ExcludedPaths, OtherBinariesHaveToBeListed) {
+TEST_F(ExcludedPaths, OtherBinariesHaveToBeListed) {
     expectLines({{"/usr/bin/helper", {notAllowed("/usr/bin/helper")}},
                  {"/usr/bin/app2", {notAllowed("/usr/bin/app2")}}});
 }
 
-TEST(ExcludedPaths, LibexecFilesOfThePackageAreAllowedUnseen) {
-    RuleTree tree;
-    tree.libexecDir = "/opt/lib+exec/";
+TEST_F(ExcludedPaths, LibexecFilesOfThePackageAreAllowedUnseen) {
+    tree_.libexecDir = "/opt/lib+exec/";
     expectLines({{"/opt/lib+exec/app/script", {}},
                  {"/opt/lib+exec/app2", {}},
                  {"/opt/lib+exec/other", {notAllowed("/opt/lib+exec/other")}},
-                 {"/usr/libexec/app/x", {notAllowed("/usr/libexec/app/x")}}},
-                tree);
+                 {"/usr/libexec/app/x", {notAllowed("/usr/libexec/app/x")}}});
 }
 
-TEST(ExcludedPaths, DebugFilesAreReportedWhetherListedOrNot) {
-    RuleTree tree;
-    tree.regular().paths = {"/usr/lib/debug/.*"};
-    ContentValidator validator = validatorOfNothing();
-    const RuleRun run = check(
-        validator, metaOf(packageWith({kBinary, "/usr/lib/debug/x", "/usr/src/debug/x"})), tree);
+// The first of the two patterns on helper programs is then empty and matches nothing, and the
+// second one matches every path.
+TEST_F(ExcludedPaths, WithoutANameAndADirectoryEveryFileIsAHelperProgram) {
+    name_ = "";
+    tree_.libexecDir = "";
+    root_.write("opt/little", elfImage("elf 64 little"));
+    root_.write("opt/big", elfImage("elf 32 big"));
+    root_.write("opt/text", "text");
+    std::filesystem::create_directory(root_ / "opt/directory");
+    paths_ = {"/usr/bin/"};
+    const std::string end = ": bad executable format";
+    expectLines({
+        {"/opt/little", {}},
+        {"/opt/big", {notAllowed("/opt/big") + end}},
+        {"/opt/text", {notAllowed("/opt/text") + end}},
+        {"/opt/missing", {notAllowed("/opt/missing") + end}},
+        {"/opt/directory", {}},
+        {"/usr/lib/debug/x", {notAllowed("/usr/lib/debug/x") + end}},
+        {"no slash", {notAllowed("no slash")}},
+    });
+    EXPECT_FALSE(facts_.debugDir);
+}
+
+TEST_F(ExcludedPaths, DebugFilesAreReportedWhetherListedOrNot) {
+    tree_.regular().paths = {"/usr/lib/debug/.*"};
+    const RuleRun run = check({kBinary, "/usr/lib/debug/x", "/usr/src/debug/x"});
     EXPECT_THAT(run.lines, ElementsAre(debugLine(), debugLine(), notAllowed("/usr/src/debug/x")));
     EXPECT_EQ(run.failures, pkgvet::kViolation);
-    EXPECT_TRUE(validator.debugDir());
+    EXPECT_TRUE(facts_.debugDir);
 }
 
-TEST(ExcludedPaths, ListedDebugFileStillRejects) {
-    RuleTree tree;
-    tree.regular().paths = {"/usr/lib/debug/.*"};
-    const RuleRun run = check(packageWith({kBinary, "/usr/lib/debug/x"}), tree);
+TEST_F(ExcludedPaths, ListedDebugFileStillRejects) {
+    tree_.regular().paths = {"/usr/lib/debug/.*"};
+    const RuleRun run = check({kBinary, "/usr/lib/debug/x"});
     EXPECT_THAT(run.lines, ElementsAre(debugLine()));
     EXPECT_EQ(run.failures, pkgvet::kViolation);
 }
 
-TEST(ExcludedPaths, MainBinaryIsWanted) {
-    ContentValidator validator = validatorOfNothing();
-    EXPECT_TRUE(validator.binRequired());
-    EXPECT_THAT(check(validator, metaOf(packageWith({kBinary}))).lines, IsEmpty());
-    EXPECT_TRUE(validator.unwantedBinExists());
-    EXPECT_FALSE(validator.binRequired());
+TEST_F(ExcludedPaths, MainBinaryIsWanted) {
+    EXPECT_TRUE(pkgvet::isBinaryRequired(false, facts_));
+    EXPECT_THAT(check().lines, IsEmpty());
+    EXPECT_TRUE(facts_.unwantedBinExists);
+    EXPECT_FALSE(pkgvet::isBinaryRequired(false, facts_));
 }
 
-TEST(ExcludedPaths, MissingMainBinaryIsOneLineAtTheEnd) {
-    EXPECT_THAT(check(PackageBuilder("app")).lines, ElementsAre(missingBinary()));
-    const RuleRun run = check(packageWith({"/opt/x", "/usr/bin/other"}));
+TEST_F(ExcludedPaths, MissingMainBinaryIsOneLineAtTheEnd) {
+    EXPECT_THAT(check({}).lines, ElementsAre(missingBinary()));
+    const RuleRun run = check({"/opt/x", "/usr/bin/other"});
     EXPECT_THAT(run.lines,
                 ElementsAre(notAllowed("/opt/x"), notAllowed("/usr/bin/other"), missingBinary()));
     EXPECT_EQ(run.failures, pkgvet::kViolation);
 }
 
-TEST(ExcludedPaths, BinaryOnceSeenStaysSeen) {
-    ContentValidator validator = validatorOfNothing();
-    const Configuration configuration = load(RuleTree());
-    validator.checkExcludedPaths(configuration, metaOf(packageWith({kBinary})), "");
-    EXPECT_THAT(check(validator, metaOf(PackageBuilder("app"))).lines, IsEmpty());
+TEST_F(ExcludedPaths, BinaryOnceSeenStaysSeen) {
+    check();
+    EXPECT_THAT(check({}).lines, IsEmpty());
 }
 
-TEST(ExcludedPaths, BinaryDirectoryIsThatOfTheRuleSet) {
-    RuleTree tree;
-    tree.binDir = "/opt/bin-";
-    EXPECT_THAT(check(packageWith({"/opt/bin-app"}), tree).lines, IsEmpty());
-    EXPECT_THAT(check(packageWith({kBinary}), tree).lines,
-                ElementsAre(notAllowed(kBinary), missingBinary()));
+TEST_F(ExcludedPaths, BinaryDirectoryIsThatOfTheRuleSet) {
+    tree_.binDir = "/opt/bin-";
+    EXPECT_THAT(check({kBinary}).lines, ElementsAre(notAllowed(kBinary), missingBinary()));
+    EXPECT_THAT(check({"/opt/bin-app"}).lines, IsEmpty());
 }
 
-TEST(ExcludedPaths, BadPatternThrowsWhenAPathGetsToIt) {
-    RuleTree tree;
-    tree.regular().paths = {"/opt/x", "("};
-    EXPECT_NO_THROW(check(packageWith({kBinary, "/usr/share/app/x", "/opt/x"}), tree));
-    EXPECT_THROW(check(packageWith({kBinary, "/opt/y"}), tree), std::regex_error);
+TEST_F(ExcludedPaths, BadPatternThrowsWhenAPathGetsToIt) {
+    tree_.regular().paths = {"/opt/x", "("};
+    EXPECT_NO_THROW(check({kBinary, "/usr/share/app/x", "/opt/x"}));
+    EXPECT_THROW(check({kBinary, "/opt/y"}), std::regex_error);
 }
 
-TEST(ExcludedPaths, SharedPlaceIsThatOfOrganisationAndApplication) {
-    ContentValidator validator = validatorOfNothing();
-    recordOf(validator).desktopFacts.organizationName = "com.example";
-    recordOf(validator).desktopFacts.applicationName = "App";
-    const RuleRun run = check(
-        validator,
-        metaOf(packageWith({kBinary, "/usr/share/common/com.example/App/x",
-                            "/usr/share/common/com.example/Other/x",
-                            "/usr/share/common/com.exampleX", "/usr/share/common/comXexample"})
-                   .directory("/usr/share/common/com.example")
-                   .directory("/usr/share/common/com.example/App")));
-    EXPECT_THAT(run.lines, ElementsAre(notAllowed("/usr/share/common/com.exampleX"),
-                                       notAllowed("/usr/share/common/comXexample")));
-}
-
-TEST(ExcludedPaths, QmlOnlyPackageHasNoBinary) {
-    ContentValidator validator = validatorOfNothing();
-    recordOf(validator).desktopFacts.qmlOnly = true;
-    EXPECT_THAT(check(validator, metaOf(PackageBuilder("app"))).lines, IsEmpty());
-    const RuleRun run = check(validator, metaOf(packageWith({kBinary})));
+TEST_F(ExcludedPaths, QmlOnlyPackageHasNoBinary) {
+    application_.isQmlOnly = true;
+    EXPECT_THAT(check({}).lines, IsEmpty());
+    const RuleRun run = check({kBinary});
     EXPECT_THAT(run.lines,
                 ElementsAre(errorLine(
                     "[binary] Main binary must not exist. Desktop file uses lumbra-qml")));
     EXPECT_EQ(run.failures, pkgvet::kViolation);
-    EXPECT_TRUE(validator.unwantedBinExists());
+    EXPECT_TRUE(facts_.unwantedBinExists);
 }
 
-class SealwatchdFile : public testing::Test {
+// The steps on the package's configuration of the file integrity service.
+class SealwatchdFile : public ExcludedPaths {
 protected:
     RuleRun checkWith(const std::string& content,
                       const std::string& path = "/etc/sealwatchd/config.d/app.json") {
-        const UnpackedPackage package(
-            PackageBuilder("app").file(kBinary, "", "0755").file(path, content));
-        return check(validator_, package.meta(), {}, package.root());
+        root_.write(path.substr(1), content);
+        return check({kBinary, path});
     }
 
-    ContentValidator validator_ = validatorOfNothing();
+    const std::string invalidJson_ =
+        errorLine("[sealwatchd] sealwatchd configuration file contains invalid JSON");
 };
 
 TEST_F(SealwatchdFile, MatchingFilePasses) {
     EXPECT_THAT(checkWith(R"({"watch": ["elf:/usr/bin/app", "/usr/bin/app"]})").lines, IsEmpty());
-    EXPECT_TRUE(validator_.correctSealwatchd());
+    EXPECT_TRUE(facts_.correctSealwatchd);
 }
 
 TEST_F(SealwatchdFile, MismatchIsOneLine) {
@@ -300,34 +306,35 @@ TEST_F(SealwatchdFile, MismatchIsOneLine) {
     EXPECT_THAT(run.lines, ElementsAre(errorLine("[sealwatchd] sealwatchd configuration file "
                                                  "mismatching package content")));
     EXPECT_EQ(run.failures, pkgvet::kViolation);
-    EXPECT_FALSE(validator_.correctSealwatchd());
+    EXPECT_FALSE(facts_.correctSealwatchd);
 }
 
 TEST_F(SealwatchdFile, InvalidJsonIsOneLine) {
     const RuleRun run = checkWith("{");
-    EXPECT_THAT(
-        run.lines,
-        ElementsAre(errorLine("[sealwatchd] sealwatchd configuration file contains invalid JSON")));
+    EXPECT_THAT(run.lines, ElementsAre(invalidJson_));
     EXPECT_EQ(run.failures, pkgvet::kViolation);
-    EXPECT_FALSE(validator_.correctSealwatchd());
+    EXPECT_FALSE(facts_.correctSealwatchd);
 }
 
-// The file that is read bears the package's name, whichever path led to it, each path anew.
+TEST_F(SealwatchdFile, ElementThatIsNotTextThrows) {
+    EXPECT_THROW(checkWith(R"({"watch": [null]})"), std::logic_error);
+    EXPECT_TRUE(facts_.correctSealwatchd);
+}
+
+// The file that is read bears the package's name, whichever path led to it.
 TEST_F(SealwatchdFile, FileIsNamedForThePackage) {
-    const std::string line =
-        errorLine("[sealwatchd] sealwatchd configuration file contains invalid JSON");
     EXPECT_THAT(checkWith(R"({"watch": []})", "/opt/etc/sealwatchd/config.d/app.json.git").lines,
-                ElementsAre(line));
-    EXPECT_THAT(check(validator_, metaOf(packageWith({kBinary, "/etc/sealwatchd/config.d/app.json",
-                                                      "/etc/sealwatchd/config.d/app.jsonx"})))
-                    .lines,
-                ElementsAre(line, line));
+                ElementsAre(invalidJson_));
+    EXPECT_THAT(
+        check({kBinary, "/etc/sealwatchd/config.d/app.json", "/etc/sealwatchd/config.d/app.jsonx"})
+            .lines,
+        ElementsAre(invalidJson_, invalidJson_));
 }
 
 TEST_F(SealwatchdFile, FileOfAnotherPackageIsOutOfPlace) {
     EXPECT_THAT(checkWith("{", "/etc/sealwatchd/config.d/other.json").lines,
                 ElementsAre(notAllowed("/etc/sealwatchd/config.d/other.json")));
-    EXPECT_TRUE(validator_.correctSealwatchd());
+    EXPECT_TRUE(facts_.correctSealwatchd);
 }
 
 }  // namespace

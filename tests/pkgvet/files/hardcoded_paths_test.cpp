@@ -5,88 +5,82 @@
 
 #include <filesystem>
 
+#include "pkgvet/files/file_rules.h"
 #include "tests/support/captured_log.h"
 #include "tests/support/rule_run.h"
-#include "tests/support/validator_record.h"
 
 namespace {
+
+namespace fs = std::filesystem;
 
 using testing::ElementsAre;
 using testing::IsEmpty;
 
-RuleRun check(const RpmMeta& meta, const std::string& root) {
-    ContentValidator validator = validatorOfNothing();
-    return runRule(validator, [&] { validator.checkSandboxing(meta, root); });
-}
+class Sandboxing : public testing::Test {
+protected:
+    RuleRun check(const std::vector<std::string>& paths) {
+        return runRule([&](pkgvet::Findings* findings) {
+            pkgvet::checkSandboxing(paths, root_.path(), findings);
+        });
+    }
 
-RuleRun check(const PackageBuilder& builder) {
-    const UnpackedPackage package(builder);
-    return check(package.meta(), package.root());
-}
+    TemporaryDirectory root_;
+};
 
 std::string found(const std::string& path) {
     return errorLine("[" + path + "] Hardcoded path found");
 }
 
-TEST(Sandboxing, FilesOfAnyTypeAndPlaceAreSearched) {
+TEST_F(Sandboxing, FilesOfAnyTypeAndPlaceAreSearched) {
+    root_.write("opt/script", "#!/bin/sh\ncd /home/defaultuser\n");
+    root_.write("usr/bin/app", std::string("\x7F"
+                                           "ELF\0\0/home/defaultuser/.local\0",
+                                           30));
+    root_.write("usr/share/clean", "/home/user");
+    root_.write("usr/share/app.desktop", "Exec=/home/defaultuser/bin/run\n");
+    root_.write("unlisted", "/home/defaultuser");
     const RuleRun run =
-        check(PackageBuilder("app")
-                  .file("/opt/script", "#!/bin/sh\ncd /home/defaultuser\n")
-                  .file("/usr/bin/app", std::string("\x7F"
-                                                    "ELF\0\0/home/defaultuser/.local\0",
-                                                    30))
-                  .file("/usr/share/app/clean", "/home/user")
-                  .file("/usr/share/applications/app.desktop", "Exec=/home/defaultuser/bin/run\n"));
-    EXPECT_THAT(run.lines, ElementsAre(found("/opt/script"), found("/usr/bin/app"),
-                                       found("/usr/share/applications/app.desktop")));
+        check({"/usr/share/app.desktop", "/opt/script", "/usr/share/clean", "/usr/bin/app"});
+    EXPECT_THAT(run.lines, ElementsAre(found("/usr/share/app.desktop"), found("/opt/script"),
+                                       found("/usr/bin/app")));
     EXPECT_EQ(run.failures, pkgvet::kViolation);
 }
 
-TEST(Sandboxing, OneLineForAFile) {
-    EXPECT_THAT(
-        check(PackageBuilder("app").file("/x", "/home/defaultuser /home/defaultuser")).lines,
-        ElementsAre(found("/x")));
+TEST_F(Sandboxing, OneLineForAFile) {
+    root_.write("x", "/home/defaultuser /home/defaultuser");
+    EXPECT_THAT(check({"/x"}).lines, ElementsAre(found("/x")));
 }
 
-TEST(Sandboxing, PathAtTheEndOfAFileCounts) {
-    const RuleRun run = check(PackageBuilder("app")
-                                  .file("/a", "home=/home/defaultuser")
-                                  .file("/b", "home=/home/defaultus")
-                                  .file("/c", "")
-                                  .file("/d", "//home/defaultuser"));
-    EXPECT_THAT(run.lines, ElementsAre(found("/a")));
+TEST_F(Sandboxing, PathAtTheEndOfAFileCounts) {
+    root_.write("a", "home=/home/defaultuser");
+    root_.write("b", "home=/home/defaultus");
+    root_.write("c", "");
+    root_.write("d", "//home/defaultuser");
+    EXPECT_THAT(check({"/a", "/b", "/c", "/d"}).lines, ElementsAre(found("/a")));
 }
 
-TEST(Sandboxing, PathAcrossPiecesOfALargeFileIsFound) {
+TEST_F(Sandboxing, PathAcrossPiecesOfALargeFileIsFound) {
     const std::string path = "/home/defaultuser";
     for (const std::size_t offset : {1U, 8U, 16U}) {
-        const TemporaryDirectory root;
-        root.write("x", std::string(256 * 1024 - offset, 'x') + path);
-        EXPECT_THAT(check(metaOf(PackageBuilder("app").ghost("/x")), root.path()).lines,
-                    ElementsAre(found("/x")));
+        root_.write("x", std::string(256 * 1024 - offset, 'x') + path);
+        EXPECT_THAT(check({"/x"}).lines, ElementsAre(found("/x")));
     }
 }
 
-TEST(Sandboxing, LinksAreFollowed) {
-    const RuleRun run = check(PackageBuilder("app")
-                                  .file("/a/file", "/home/defaultuser")
-                                  .link("/b", "a/file")
-                                  .link("/c", "a")
-                                  .link("/d", "missing"));
-    EXPECT_THAT(run.lines, ElementsAre(found("/a/file"), found("/b")));
+TEST_F(Sandboxing, LinksAreFollowed) {
+    root_.write("a/file", "/home/defaultuser");
+    fs::create_symlink("a/file", root_ / "b");
+    fs::create_symlink("a", root_ / "c");
+    fs::create_symlink("missing", root_ / "d");
+    EXPECT_THAT(check({"/a/file", "/b", "/c", "/d"}).lines,
+                ElementsAre(found("/a/file"), found("/b")));
 }
 
-TEST(Sandboxing, WhatIsNoRegularFileIsPassedOver) {
-    const TemporaryDirectory root;
-    ASSERT_EQ(mkfifo((root / "fifo").c_str(), 0644), 0);
-    std::filesystem::create_directory(root / "directory");
-    std::filesystem::create_symlink("/dev/zero", root / "zero");
-    const RuleRun run = check(metaOf(PackageBuilder("app")
-                                         .ghost("/directory")
-                                         .ghost("/fifo")
-                                         .ghost("/missing")
-                                         .ghost("/zero")),
-                              root.path());
+TEST_F(Sandboxing, WhatIsNotARegularFileIsPassedOver) {
+    ASSERT_EQ(mkfifo((root_ / "fifo").c_str(), 0644), 0);
+    fs::create_directory(root_ / "directory");
+    fs::create_symlink("/dev/zero", root_ / "zero");
+    const RuleRun run = check({"/directory", "/fifo", "/missing", "/zero"});
     EXPECT_THAT(run.lines, IsEmpty());
     EXPECT_EQ(run.failures, 0U);
 }
