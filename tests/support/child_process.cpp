@@ -37,7 +37,8 @@ bool holdsInChild(const std::function<bool()>& action) {
 
 bool holdsForOrdinaryUser(const std::function<bool()>& action) {
     return holdsInChild([&action] {
-        if (geteuid() == 0 && (setgid(kNobody) != 0 || setuid(kNobody) != 0)) {
+        // The other user may be forbidden to enter the directory that the tests run in.
+        if (geteuid() == 0 && (chdir("/") != 0 || setgid(kNobody) != 0 || setuid(kNobody) != 0)) {
             throw std::runtime_error("cannot become an ordinary user");
         }
         return action();

@@ -7,6 +7,6 @@
 // false. What the child changes of its process stays there.
 bool holdsInChild(const std::function<bool()>& action);
 
-// The same as an ordinary user, whom permissions bind: nobody, when this process is the
-// superuser's.
+// The same as an ordinary user, whom permissions bind: nobody in the root directory, when this
+// process is the superuser's.
 bool holdsForOrdinaryUser(const std::function<bool()>& action);

@@ -1,5 +1,6 @@
-// What a ContentValidator tells of its record, and its helpers.
+// What a ContentValidator tells of what its rules found, and its helpers.
 #include <ftw.h>
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/socket.h>
 #include <sys/stat.h>
@@ -8,111 +9,261 @@
 
 #include <cstring>
 #include <filesystem>
+#include <functional>
 
+#include "pkgvet/content/content_validator.h"
+#include "pkgvet/package/rpm_meta.h"
+#include "tests/support/captured_log.h"
+#include "tests/support/desktop_file.h"
+#include "tests/support/elf_image.h"
+#include "tests/support/package_builder.h"
+#include "tests/support/rule_tree.h"
 #include "tests/support/temporary_directory.h"
-#include "tests/support/validator_record.h"
 
 namespace {
 
 namespace fs = std::filesystem;
 
-using Record = ContentValidatorPrivate;
 using Validator = ContentValidator;
 
-struct Field {
+struct Fact {
     const char* name;
     bool (Validator::*accessor)() const;
-    bool Record::*field;
     bool initial;
 };
 
-const Field kFields[] = {
-    {"desktop", &Validator::desktop, &Record::desktop, false},
-    {"desktopName", &Validator::desktopName, &Record::desktopName, false},
-    {"desktopIcon", &Validator::desktopIcon, &Record::desktopIcon, false},
-    {"desktopExec", &Validator::desktopExec, &Record::desktopExec, false},
-    {"qmlOnly", &Validator::qmlOnly, &Record::qmlOnly, false},
-    {"desktopType", &Validator::desktopType, &Record::desktopType, false},
-    {"ostrandQt5Application", &Validator::ostrandQt5Application, &Record::ostrandQt5Application,
-     false},
-    {"knownApplicationType", &Validator::knownApplicationType, &Record::knownApplicationType,
-     false},
-    {"ostrandImport", &Validator::ostrandImport, &Record::ostrandImport, false},
-    {"rpathExists", &Validator::rpathExists, &Record::rpathExists, false},
-    {"rpathStatus", &Validator::rpathStatus, &Record::rpathStatus, false},
-    {"mainSymbol", &Validator::mainSymbol, &Record::mainSymbol, false},
-    {"mainExport", &Validator::mainExport, &Record::mainExport, false},
-    {"booster", &Validator::booster, &Record::booster, false},
-    {"arch", &Validator::arch, &Record::arch, false},
-    {"launcherDesktop", &Validator::launcherDesktop, &Record::launcherDesktop, false},
-    {"launcherSpec", &Validator::launcherSpec, &Record::launcherSpec, false},
-    {"debugDir", &Validator::debugDir, &Record::debugDir, false},
-    {"unwantedBinExists", &Validator::unwantedBinExists, &Record::unwantedBinExists, false},
-    {"mainBinExec", &Validator::mainBinExec, &Record::mainBinExec, false},
-    {"pinfoldSection", &Validator::pinfoldSection, &Record::pinfoldSection, false},
-    {"multiplePinfoldSection", &Validator::multiplePinfoldSection, &Record::multiplePinfoldSection,
-     false},
-    {"illegalCharacters", &Validator::illegalCharacters, &Record::illegalCharacters, false},
-    {"correctOrgNameAppNamePair", &Validator::correctOrgNameAppNamePair,
-     &Record::correctOrgNameAppNamePair, true},
-    {"correctOrgName", &Validator::correctOrgName, &Record::correctOrgName, true},
-    {"wrongLeadingOrgName", &Validator::wrongLeadingOrgName, &Record::wrongLeadingOrgName, false},
-    {"orgDomainName", &Validator::orgDomainName, &Record::orgDomainName, false},
-    {"disallowedOrgName", &Validator::disallowedOrgName, &Record::disallowedOrgName, false},
-    {"correctDbus", &Validator::correctDbus, &Record::correctDbus, true},
-    {"correctSystemService", &Validator::correctSystemService, &Record::correctSystemService, true},
-    {"dbusError", &Validator::dbusError, &Record::dbusError, false},
-    {"dbusWarning", &Validator::dbusWarning, &Record::dbusWarning, false},
-    {"isSandboxed", &Validator::isSandboxed, &Record::isSandboxed, false},
-    {"correctSealwatchd", &Validator::correctSealwatchd, &Record::correctSealwatchd, true},
+const Fact kFacts[] = {
+    {"desktop", &Validator::desktop, false},
+    {"desktopName", &Validator::desktopName, false},
+    {"desktopIcon", &Validator::desktopIcon, false},
+    {"desktopExec", &Validator::desktopExec, false},
+    {"qmlOnly", &Validator::qmlOnly, false},
+    {"desktopType", &Validator::desktopType, false},
+    {"ostrandQt5Application", &Validator::ostrandQt5Application, false},
+    {"knownApplicationType", &Validator::knownApplicationType, false},
+    {"ostrandImport", &Validator::ostrandImport, false},
+    {"rpathExists", &Validator::rpathExists, false},
+    {"rpathStatus", &Validator::rpathStatus, false},
+    {"mainSymbol", &Validator::mainSymbol, false},
+    {"mainExport", &Validator::mainExport, false},
+    {"booster", &Validator::booster, false},
+    {"arch", &Validator::arch, false},
+    {"launcherDesktop", &Validator::launcherDesktop, false},
+    {"launcherSpec", &Validator::launcherSpec, false},
+    {"debugDir", &Validator::debugDir, false},
+    {"unwantedBinExists", &Validator::unwantedBinExists, false},
+    {"mainBinExec", &Validator::mainBinExec, false},
+    {"pinfoldSection", &Validator::pinfoldSection, false},
+    {"multiplePinfoldSection", &Validator::multiplePinfoldSection, false},
+    {"illegalCharacters", &Validator::illegalCharacters, false},
+    {"correctOrgNameAppNamePair", &Validator::correctOrgNameAppNamePair, true},
+    {"correctOrgName", &Validator::correctOrgName, true},
+    {"wrongLeadingOrgName", &Validator::wrongLeadingOrgName, false},
+    {"orgDomainName", &Validator::orgDomainName, false},
+    {"disallowedOrgName", &Validator::disallowedOrgName, false},
+    {"correctDbus", &Validator::correctDbus, true},
+    {"correctSystemService", &Validator::correctSystemService, true},
+    {"dbusError", &Validator::dbusError, false},
+    {"dbusWarning", &Validator::dbusWarning, false},
+    {"isSandboxed", &Validator::isSandboxed, false},
+    {"correctSealwatchd", &Validator::correctSealwatchd, true},
 };
 
-TEST(Accessors, GiveTheFieldOfTheirName) {
-    for (const Field& test : kFields) {
-        SCOPED_TRACE(test.name);
-        ContentValidator validator = validatorOfNothing();
-        EXPECT_EQ((validator.*test.accessor)(), test.initial);
-        recordOf(validator).*test.field = !test.initial;
-        EXPECT_EQ((validator.*test.accessor)(), !test.initial);
-    }
-}
+using Rule = std::function<void(Validator&)>;
+using Names = std::vector<std::string>;
 
-TEST(Accessors, EachReadsItsOwnField) {
-    for (const Field& test : kFields) {
-        ContentValidator validator = validatorOfNothing();
-        recordOf(validator).*test.field = !test.initial;
-        int changed = 0;
-        for (const Field& other : kFields) {
-            changed += (validator.*other.accessor)() != other.initial ? 1 : 0;
+// The facts that differ from what they are initially once rule has run. Neither "arch" nor
+// "disallowedOrgName" is ever one of them.
+Names changedBy(const Rule& rule) {
+    Validator validator{std::string()};
+    const CapturedLog log;
+    rule(validator);
+    Names changed;
+    for (const Fact& fact : kFacts) {
+        if ((validator.*fact.accessor)() != fact.initial) {
+            changed.emplace_back(fact.name);
         }
-        EXPECT_EQ(changed, 1) << test.name;
     }
+    return changed;
 }
 
-TEST(Accessors, FieldsWithoutOneHaveTheirInitialValues) {
-    const Record record;
-    EXPECT_EQ(record.failures, 0U);
-    EXPECT_FALSE(record.desktopFacts.desktopNameIllegal || record.qmlFacts.xmlListModelImport ||
-                 record.binaryFacts.archSpecificContent || record.binaryFacts.privateSharedObject ||
-                 record.binaryFacts.linksPrivateLibrary ||
-                 record.desktopFacts.incompleteSystemService ||
-                 record.desktopFacts.deprecatedPinfoldSection || record.fileFacts.binDirOwned);
-    EXPECT_TRUE(record.desktopFacts.correctSystemServiceAccount);
-    EXPECT_EQ(record.desktopFacts.organizationName + record.desktopFacts.applicationName +
-                  record.tempDir + record.desktopFacts.pinfoldGroupName,
-              "");
-    EXPECT_TRUE(record.desktopFacts.backgroundTaskGroups.empty());
+// A package that lists a file for each rule, without having any of them.
+const RpmMeta& header() {
+    static const RpmMeta meta = [] {
+        const TemporaryDirectory directory;
+        PackageBuilder package(kPackage);
+        package.tag("Requires: libtessaraapp-launcher").ghost("/usr/bin/org.example.app");
+        package.ghost("/usr/share/org.example.app/main.qml").ghost("/usr/lib/debug/x");
+        package.ghost("/etc/sealwatchd/config.d/org.example.app.json");
+        return RpmMeta(package.build(directory).c_str());
+    }();
+    return meta;
+}
+
+Rule desktopFile(const std::string& keys) {
+    return [keys](Validator& validator) {
+        validator.processDesktopFile(header(), desktopEntry("[Desktop Entry]\n" + keys));
+    };
+}
+
+Rule sandboxSection(const std::string& content, const std::string& rules = "regular") {
+    return [=](Validator& validator) {
+        validator.processPinfold(rulesNamed(rules), header(), desktopEntry(content), "");
+    };
+}
+
+std::string section(const std::string& organization, const std::string& application) {
+    return "[X-Application]\nOrganizationName=" + organization +
+           "\nApplicationName=" + application + "\n";
+}
+
+TEST(Accessors, HaveTheirInitialValues) {
+    EXPECT_EQ(changedBy([](Validator&) {}), Names());
+}
+
+TEST(Accessors, OfTheDesktopFile) {
+    EXPECT_EQ(changedBy([](Validator& validator) {
+                  validator.checkDesktop(load(RuleTree()), header(), "/usr/bin/org.example.app");
+              }),
+              Names{"desktop"});
+    EXPECT_EQ(changedBy(desktopFile("Name=App\n")), Names{"desktopName"});
+    EXPECT_EQ(changedBy(desktopFile("Icon=org.example.app\n")), Names{"desktopIcon"});
+    EXPECT_EQ(changedBy(desktopFile("Exec=org.example.app\n")), Names{"desktopExec"});
+    EXPECT_EQ(changedBy(desktopFile("Exec=lumbra-qml org.example.app\n")),
+              (Names{"desktopExec", "qmlOnly"}));
+    EXPECT_EQ(changedBy(desktopFile("Type=Application\n")), Names{"desktopType"});
+    EXPECT_EQ(changedBy(desktopFile("X-Dorrit-Application-Type=generic\n")),
+              Names{"knownApplicationType"});
+    EXPECT_EQ(changedBy(desktopFile("X-Dorrit-Application-Type=ostrand-qt5\n")),
+              Names{"ostrandQt5Application"});
+}
+
+TEST(Accessors, OfTheNamesInTheSandboxSection) {
+    EXPECT_EQ(changedBy(sandboxSection("")), Names());
+    EXPECT_EQ(changedBy(sandboxSection(section("org.example", "app"))),
+              (Names{"orgDomainName", "isSandboxed"}));
+    EXPECT_EQ(changedBy(sandboxSection(section("org", "example.app"))), Names{"isSandboxed"});
+    EXPECT_EQ(changedBy(sandboxSection(section("org.example", "other"))),
+              (Names{"correctOrgNameAppNamePair", "orgDomainName", "isSandboxed"}));
+    EXPECT_EQ(
+        changedBy(sandboxSection(section("org.example", "a b"))),
+        (Names{"illegalCharacters", "correctOrgNameAppNamePair", "orgDomainName", "isSandboxed"}));
+    EXPECT_EQ(
+        changedBy(sandboxSection(section("Org.example", "app"))),
+        (Names{"correctOrgNameAppNamePair", "correctOrgName", "orgDomainName", "isSandboxed"}));
+    EXPECT_EQ(changedBy(sandboxSection(section("org.1example", "app"))),
+              (Names{"correctOrgNameAppNamePair", "wrongLeadingOrgName", "orgDomainName",
+                     "isSandboxed"}));
+}
+
+TEST(Accessors, OfTheSandboxSectionItself) {
+    const std::string good = section("org.example", "app");
+    EXPECT_EQ(changedBy(sandboxSection("[Pinfold]\n" + good.substr(good.find('\n') + 1))),
+              (Names{"pinfoldSection", "orgDomainName", "isSandboxed"}));
+    EXPECT_EQ(changedBy(sandboxSection("[X-Pinfold]\n" + good.substr(good.find('\n') + 1) + good)),
+              (Names{"multiplePinfoldSection", "orgDomainName", "isSandboxed"}));
+}
+
+TEST(Accessors, OfTheServicesInTheSandboxSection) {
+    const std::string good = section("org.example", "app");
+    const std::string dashed = section("org.example", "app-");
+    const std::string service =
+        "ExecSystemService=/opt/x\nExecSystemServiceUser=lumbra-mdm\n"
+        "ExecSystemServiceGroup=privileged\n";
+    EXPECT_EQ(changedBy(sandboxSection(good + "ExecDBus=/opt/x\n")),
+              (Names{"orgDomainName", "correctDbus", "isSandboxed"}));
+    EXPECT_EQ(changedBy(sandboxSection(good + service, "mdm")),
+              (Names{"orgDomainName", "correctSystemService", "isSandboxed"}));
+    EXPECT_EQ(changedBy(sandboxSection(dashed)),
+              (Names{"correctOrgNameAppNamePair", "orgDomainName", "dbusWarning", "isSandboxed"}));
+    EXPECT_EQ(changedBy(sandboxSection(dashed + "ExecDBus=/usr/bin/org.example.app\n")),
+              (Names{"correctOrgNameAppNamePair", "orgDomainName", "dbusError", "dbusWarning",
+                     "isSandboxed"}));
+}
+
+TEST(Accessors, OfTheImports) {
+    const TemporaryDirectory root;
+    root.write("usr/share/org.example.app/main.qml", "import Lumbra.Ostrand 1.0\n");
+    EXPECT_EQ(changedBy([&root](Validator& validator) {
+                  validator.checkQmlImports(load(RuleTree()), header(), root.path());
+              }),
+              Names{"ostrandImport"});
+}
+
+TEST(Accessors, OfTheExecutables) {
+    const TemporaryDirectory root;
+    const std::string program = root.write("usr/bin/org.example.app", elfImage("elf 64 little"));
+    ASSERT_EQ(chmod(program.c_str(), 0755), 0);
+    EXPECT_EQ(changedBy([&root](Validator& validator) {
+                  validator.checkExecutables(load(RuleTree()), header(), root.path());
+              }),
+              Names{"mainBinExec"});
+}
+
+TEST(Accessors, OfTheRunPath) {
+    const TemporaryDirectory directory;
+    const auto changed = [&directory](const std::string& entry) {
+        const std::string table = "elf 64 little\nsection strtab\nsection dynamic link=1\n";
+        const std::string program = directory.write("program", elfImage(table + entry));
+        return changedBy(
+            [&program](Validator& validator) { validator.checkRpath(header(), program); });
+    };
+    EXPECT_EQ(changed("rpath /usr/lib/x\n"), (Names{"rpathExists", "rpathStatus"}));
+    EXPECT_EQ(changed("rpath /opt\n"), Names{"rpathExists"});
+    EXPECT_EQ(changed(""), Names{"rpathStatus"});
+}
+
+TEST(Accessors, OfTheSymbols) {
+    const TemporaryDirectory directory;
+    const auto changed = [&directory](const std::string& symbol) {
+        // Without the null symbol, which each table has otherwise.
+        const std::string table = "elf 64 little\nsection strtab\nsection dynsym link=1\ndrop 24\n";
+        const std::string program = directory.write("program", elfImage(table + symbol));
+        return changedBy([&program](Validator& validator) { validator.processElfTabs(program); });
+    };
+    EXPECT_EQ(changed("symbol __libc_start_main\n"), Names{"mainSymbol"});
+    EXPECT_EQ(changed("symbol main\n"), Names{"mainExport"});
+    EXPECT_EQ(changed("symbol other\n"), Names{"booster"});
+}
+
+TEST(Accessors, OfTheLauncherRequirement) {
+    EXPECT_EQ(changedBy([](Validator& validator) { validator.processLiblumbraapp(header()); }),
+              Names{"launcherDesktop"});
+    const RpmMeta unread("/nonexistent.rpm");
+    EXPECT_EQ(changedBy([&unread](Validator& validator) {
+                  desktopFile("Exec=lumbra-qml org.example.app\n")(validator);
+                  validator.processLiblumbraapp(unread);
+              }),
+              (Names{"desktopExec", "qmlOnly", "launcherSpec"}));
+}
+
+TEST(Accessors, OfTheFiles) {
+    const TemporaryDirectory root;
+    const auto changed = [&root](const std::string& json) {
+        root.write("etc/sealwatchd/config.d/org.example.app.json", json);
+        return changedBy([&root](Validator& validator) {
+            validator.checkExcludedPaths(load(RuleTree()), header(), root.path());
+        });
+    };
+    EXPECT_EQ(changed(R"({"watch": []})"), (Names{"debugDir", "unwantedBinExists"}));
+    EXPECT_EQ(changed("{"), (Names{"debugDir", "unwantedBinExists", "correctSealwatchd"}));
 }
 
 TEST(BinRequired, UnlessQmlOnlyOrSeen) {
-    ContentValidator validator = validatorOfNothing();
-    EXPECT_TRUE(validator.binRequired());
-    recordOf(validator).fileFacts.unwantedBinExists = true;
-    EXPECT_FALSE(validator.binRequired());
-    recordOf(validator).desktopFacts.qmlOnly = true;
-    EXPECT_FALSE(validator.binRequired());
-    recordOf(validator).fileFacts.unwantedBinExists = false;
-    EXPECT_FALSE(validator.binRequired());
+    const CapturedLog log;
+    Validator seen{std::string()};
+    EXPECT_TRUE(seen.binRequired());
+    seen.checkExcludedPaths(load(RuleTree()), header(), "/nonexistent");
+    EXPECT_FALSE(seen.binRequired());
+    Validator qmlOnly{std::string()};
+    desktopFile("Exec=lumbra-qml org.example.app\n")(qmlOnly);
+    EXPECT_FALSE(qmlOnly.binRequired());
+}
+
+TEST(BlacklistedExtension, IsThatOfTheRuleOnPlaces) {
+    const Validator validator{std::string()};
+    EXPECT_TRUE(validator.isBlacklistedExtension("x.git"));
+    EXPECT_FALSE(validator.isBlacklistedExtension("x.git/config"));
 }
 
 TEST(EndsWith, ComparesTheTail) {
@@ -125,7 +276,7 @@ TEST(EndsWith, ComparesTheTail) {
         {"a.png", ".png", true},  {".png", ".png", true},   {"png", ".png", false},
         {"a.png", "", true},      {"", "", true},           {"", "a", false},
         {"a.PNG", ".png", false}, {"axpng", ".png", false}, {"a.png.", ".png", false}};
-    const ContentValidator validator = validatorOfNothing();
+    const ContentValidator validator{std::string()};
     for (const Case& test : cases) {
         EXPECT_EQ(validator.endsWith(test.text, test.suffix), test.expected)
             << test.text << " " << test.suffix;
@@ -134,7 +285,7 @@ TEST(EndsWith, ComparesTheTail) {
 
 TEST(IsExecutable, OwnersBitOfARegularFileDecides) {
     const TemporaryDirectory directory;
-    const ContentValidator validator = validatorOfNothing();
+    const ContentValidator validator{std::string()};
     const std::string file = directory.write("file", "x");
     for (const auto& [mode, expected] : {std::pair<mode_t, bool>{0700, true},
                                          {0100, true},
@@ -150,7 +301,7 @@ TEST(IsExecutable, OwnersBitOfARegularFileDecides) {
 
 TEST(IsExecutable, LinksAreFollowed) {
     const TemporaryDirectory directory;
-    const ContentValidator validator = validatorOfNothing();
+    const ContentValidator validator{std::string()};
     const std::string file = directory.write("file", "x");
     ASSERT_EQ(chmod(file.c_str(), 0700), 0);
     fs::create_symlink("file", directory / "link");
@@ -163,7 +314,7 @@ TEST(IsExecutable, LinksAreFollowed) {
 
 TEST(IsExecutable, OtherTypesAreNotUnlessTheyShareTheBit) {
     const TemporaryDirectory directory;
-    const ContentValidator validator = validatorOfNothing();
+    const ContentValidator validator{std::string()};
     ASSERT_EQ(mkfifo((directory / "fifo").c_str(), 0777), 0);
     EXPECT_FALSE(validator.isExecutable(directory.path()));
     EXPECT_FALSE(validator.isExecutable(directory / "fifo"));

@@ -3,6 +3,7 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -13,26 +14,49 @@
 #include "pkgvet/package/rpm_meta.h"
 #include "tests/support/captured_log.h"
 #include "tests/support/child_process.h"
+#include "tests/support/desktop_file.h"
+#include "tests/support/elf_image.h"
 #include "tests/support/package_builder.h"
 #include "tests/support/rule_tree.h"
-#include "tests/support/validator_record.h"
 
 namespace {
 
 namespace fs = std::filesystem;
 
-constexpr const char* kMissing = "/nonexistent.rpm";
+using Strings = std::vector<std::string>;
 
-// A package on disk together with its header.
+constexpr const char* kMissing = "/nonexistent.rpm";
+constexpr const char* kDesktopPath = "/usr/share/applications/org.example.app.desktop";
+constexpr const char* kMarkerDirectory = "/usr/share/org.example.app/";
+
+// The trees that lie unpacked on this machine and hold the file at path, a path in a package.
+Strings treesWith(const std::string& path) {
+    Strings trees;
+    std::error_code error;
+    for (const auto& entry : fs::directory_iterator("/tmp", error)) {
+        const std::string tree = entry.path();
+        if (tree.starts_with("/tmp/dir.") && fs::exists(tree + path, error)) {
+            trees.push_back(tree);
+        }
+    }
+    return trees;
+}
+
+// A package on disk together with its header. It holds a file that no other package has, by which
+// its tree is found.
 class Package {
 public:
-    explicit Package(const PackageBuilder& builder)
-        : path_(builder.build(directory_)), meta_(path_.c_str()) {}
+    explicit Package(PackageBuilder builder)
+        : marker_(kMarkerDirectory + directory_.path().filename().string()),
+          path_(builder.file(marker_, "content").build(directory_)),
+          meta_(path_.c_str()) {}
 
+    const std::string& marker() const { return marker_; }
     const std::string& path() const { return path_; }
     const RpmMeta& meta() const { return meta_; }
+    Strings trees() const { return treesWith(marker_); }
 
-    // The tools of the extraction talk to standard error.
+    // The tools of the extraction write to standard error.
     std::unique_ptr<ContentValidator> unpack() const {
         const CapturedDescriptor standardError;
         return std::make_unique<ContentValidator>(path_);
@@ -40,16 +64,46 @@ public:
 
 private:
     TemporaryDirectory directory_;
+    std::string marker_;
     std::string path_;
     RpmMeta meta_;
 };
 
 PackageBuilder sample() {
-    return PackageBuilder("org.example.app").file("/usr/share/org.example.app/data", "content");
+    return PackageBuilder(kPackage);
+}
+
+// A package that is accepted with warnings at most. It needs no binary, being in QML alone.
+PackageBuilder goodPackage() {
+    return sample()
+        .tag("Requires: libtessaraapp-launcher")
+        .file(kDesktopPath,
+              "[Desktop Entry]\nType=Application\nName=App\nIcon=org.example.app\n"
+              "Exec=lumbra-qml org.example.app\nX-Dorrit-Application-Type=ostrand-qt5\n"
+              "[X-Application]\nOrganizationName=org.example\nApplicationName=app\n");
+}
+
+// A rule is violated: nothing is known of a desktop file yet, and so the main binary is missing.
+void violateARule(ContentValidator& validator) {
+    validator.checkExcludedPaths(load(RuleTree()), RpmMeta(kMissing), "");
+}
+
+// Another finding alone, which rejects in any case.
+void findASpecialBit(ContentValidator& validator) {
+    const TemporaryDirectory root;
+    const std::string file = root.write(kDesktopPath + 1, "");
+    ASSERT_EQ(chmod(file.c_str(), 04644), 0);
+    validator.processPermissions(load(RuleTree()), packageHeader(kPackage), root.path());
+}
+
+Strings linesOf(const std::function<void()>& rule) {
+    const CapturedLog log;
+    rule();
+    return log.lines();
 }
 
 long linesWith(const CapturedLog& log, const std::string& line) {
-    const std::vector<std::string> lines = log.lines();
+    const Strings lines = log.lines();
     return std::count(lines.begin(), lines.end(), line);
 }
 
@@ -57,28 +111,31 @@ TEST(ContentValidator, UnpacksIntoADirectoryOfItsOwn) {
     const Package package(sample());
     const auto one = package.unpack();
     const auto two = package.unpack();
-    const std::string& root = recordOf(*one).tempDir;
     EXPECT_TRUE(one->extracted());
-    EXPECT_THAT(root, testing::MatchesRegex("/tmp/dir\\.[A-Za-z0-9]{6}"));
-    EXPECT_NE(root, recordOf(*two).tempDir);
-    EXPECT_EQ(readFile(root + "/usr/share/org.example.app/data"), "content");
-    EXPECT_EQ(fs::status(root).permissions(), fs::perms::owner_all);
+    const Strings trees = package.trees();
+    ASSERT_EQ(trees.size(), 2U);
+    EXPECT_THAT(trees[0], testing::MatchesRegex("/tmp/dir\\.[A-Za-z0-9]{6}"));
+    EXPECT_EQ(readFile(trees[0] + package.marker()), "content");
+    EXPECT_EQ(fs::status(trees[0]).permissions(), fs::perms::owner_all);
 }
 
 TEST(ContentValidator, DestructionRemovesTheTree) {
     const Package package(sample().link("/usr/share/link", "/etc").directory("/usr/share/empty"));
     auto validator = package.unpack();
-    const std::string root = recordOf(*validator).tempDir;
-    EXPECT_TRUE(fs::exists(root + "/usr/share/link/passwd"));
+    const Strings trees = package.trees();
+    ASSERT_EQ(trees.size(), 1U);
+    EXPECT_TRUE(fs::exists(trees[0] + "/usr/share/link/passwd"));
     validator.reset();
-    EXPECT_FALSE(fs::exists(root));
+    EXPECT_FALSE(fs::exists(trees[0]));
     EXPECT_TRUE(fs::exists("/etc/passwd"));
 }
 
 TEST(ContentValidator, OrdinaryUserRemovesDirectoriesThatForbidIt) {
     TemporaryDirectory directory;
     fs::permissions(directory.path(), fs::perms::all);
+    const std::string marker = kMarkerDirectory + directory.path().filename().string();
     const std::string path = sample()
+                                 .file(marker, "")
                                  .directory("/usr/share/closed", "0000")
                                  .directory("/usr/share/fixed", "0555")
                                  .file("/usr/share/fixed/file", "x")
@@ -86,12 +143,12 @@ TEST(ContentValidator, OrdinaryUserRemovesDirectoriesThatForbidIt) {
                                  .file("/usr/share/fixed/deep/file", "x", "0000")
                                  .build(directory);
     const CapturedDescriptor standardError;
-    EXPECT_TRUE(holdsForOrdinaryUser([&path] {
+    EXPECT_TRUE(holdsForOrdinaryUser([&] {
         auto validator = std::make_unique<ContentValidator>(path);
-        const std::string root = recordOf(*validator).tempDir;
-        const bool extracted = validator->extracted() && fs::exists(root + "/usr/share/fixed");
+        const Strings trees = treesWith(marker);
+        const bool extracted = trees.size() == 1 && fs::exists(trees[0] + "/usr/share/fixed");
         validator.reset();
-        return extracted && !fs::exists(root);
+        return extracted && !fs::exists(trees[0]);
     })) << standardError.text();
 }
 
@@ -127,100 +184,178 @@ TEST(ContentValidator, ConstructionWithRulesRunsNone) {
     const CapturedDescriptor standardError;
     ContentValidator validator(load(RuleTree()), package.meta(), package.path());
     EXPECT_TRUE(validator.extracted());
-    EXPECT_EQ(recordOf(validator).failures, 0U);
+    EXPECT_TRUE(validator.binRequired());
     EXPECT_EQ(log.text(), "");
 }
 
 TEST(ContentValidator, CopySharesTheTreeByName) {
     const Package package(sample());
     const auto source = package.unpack();
-    recordOf(*source).failures = 2;
-    recordOf(*source).desktopFacts.organizationName = "org.example";
-    recordOf(*source).desktopFacts.backgroundTaskGroups = {"X-Task one"};
-    const std::string root = recordOf(*source).tempDir;
     {
-        ContentValidator copy(*source);
-        EXPECT_EQ(recordOf(copy).tempDir, root);
-        EXPECT_EQ(recordOf(copy).failures, 2U);
-        EXPECT_EQ(recordOf(copy).desktopFacts.organizationName, "org.example");
-        EXPECT_EQ(recordOf(copy).desktopFacts.backgroundTaskGroups.size(), 1U);
-        recordOf(copy).desktopFacts.qmlOnly = true;
-        EXPECT_FALSE(source->qmlOnly());
-        EXPECT_TRUE(fs::exists(root));
+        const ContentValidator copy(*source);
+        EXPECT_TRUE(copy.extracted());
+        EXPECT_EQ(package.trees().size(), 1U);
     }
-    EXPECT_FALSE(fs::exists(root));
+    EXPECT_EQ(package.trees().size(), 0U);
     EXPECT_TRUE(source->extracted()) << "the name stays";
 }
 
+// Of the texts and lists that rules pass on, some findings hang on each.
+TEST(ContentValidator, CopyKnowsWhatTheSourceFound) {
+    const DesktopEntry entry =
+        desktopEntry(std::string(kGoodEntry) + kGoodSection + "[X-Task one]\nType=worker\n" +
+                     "Permissions=Location\n");
+    const Configuration rules = load(RuleTree());
+    const CapturedLog log;
+    ContentValidator source{std::string()};
+    source.processDesktopFile(packageHeader(kPackage), entry);
+    source.processPinfold(rules, packageHeader(kPackage), entry, "");
+    findASpecialBit(source);
+    const auto tasks = [&](ContentValidator& validator) {
+        return linesOf([&] { validator.processBackgroundTasks(packageHeader(kPackage), entry); });
+    };
+    const Package shared(
+        sample().ghost("/usr/bin/org.example.app").ghost("/usr/share/common/org.example/app/x"));
+    ContentValidator copy(source);
+    EXPECT_EQ(tasks(copy),
+              Strings{errorLine("Task permission needs to be in application too: Location")});
+    EXPECT_EQ(tasks(copy), tasks(source));
+    EXPECT_EQ(linesOf([&] { copy.checkExcludedPaths(rules, shared.meta(), ""); }), Strings());
+    EXPECT_TRUE(copy.desktopName());
+    EXPECT_TRUE(copy.unwantedBinExists());
+    EXPECT_FALSE(source.unwantedBinExists()) << "what the copy finds is its own";
+    rules.setValidationEnabled(false);
+    EXPECT_FALSE(copy.validateContent(rules, RpmMeta(kMissing)));
+}
+
 TEST(ContentValidator, MoveAssignmentExchangesTheTrees) {
-    const Package package(sample());
-    auto one = package.unpack();
-    auto two = package.unpack();
-    const std::string rootOfOne = recordOf(*one).tempDir;
-    const std::string rootOfTwo = recordOf(*two).tempDir;
+    const Package first(sample());
+    const Package second(sample());
+    auto one = first.unpack();
+    auto two = second.unpack();
     *one = std::move(*two);
-    EXPECT_EQ(recordOf(*one).tempDir, rootOfTwo);
     ContentValidator& self = *one;
     *one = std::move(self);
-    EXPECT_EQ(recordOf(*one).tempDir, rootOfTwo);
+    EXPECT_TRUE(one->extracted());
     two.reset();
-    EXPECT_FALSE(fs::exists(rootOfOne));
-    EXPECT_TRUE(fs::exists(rootOfTwo));
+    EXPECT_EQ(first.trees().size(), 0U);
+    EXPECT_EQ(second.trees().size(), 1U);
     one.reset();
-    EXPECT_FALSE(fs::exists(rootOfTwo));
+    EXPECT_EQ(second.trees().size(), 0U);
 }
 
-TEST(ContentValidator, VerdictFollowsTheFailures) {
-    const Package package(PackageBuilder("org.example.app"));
-    const Configuration rules = load(RuleTree());
+TEST(ContentValidator, MoveAssignmentExchangesWhatWasFound) {
     const CapturedLog log;
-    const auto verdict = [&](std::uint32_t failures, bool enabled) {
-        const auto validator = package.unpack();
-        recordOf(*validator).failures = failures;
+    ContentValidator one(kMissing);
+    ContentValidator two(kMissing);
+    one.processDesktopFile(packageHeader(kPackage), desktopEntry("[Desktop Entry]\nName=App\n"));
+    two = std::move(one);
+    EXPECT_TRUE(two.desktopName());
+    EXPECT_FALSE(one.desktopName());  // NOLINT(bugprone-use-after-move)
+}
+
+class Verdict : public testing::Test {
+protected:
+    Verdict() { tree_.regular().requires_.allowed = {"libtessaraapp-launcher"}; }
+
+    bool verdict(ContentValidator& validator, bool enabled) {
+        const Configuration rules = load(tree_);
         rules.setValidationEnabled(enabled);
-        return validator->validateContent(rules, package.meta());
+        return validator.validateContent(rules, package_.meta());
+    }
+
+    static constexpr const char* kArchWarning = "[arch] QML-only RPMs should be noarch";
+
+    RuleTree tree_;
+    const Package package_{goodPackage().native()};
+    const CapturedLog log_;
+};
+
+TEST_F(Verdict, FollowsTheFailures) {
+    struct Case {
+        bool isViolated;
+        bool hasSpecialBit;
+        bool isEnabled;
+        bool isAccepted;
     };
-    EXPECT_FALSE(verdict(1, true));
-    EXPECT_FALSE(verdict(2, true));
-    EXPECT_TRUE(verdict(0, false));
-    EXPECT_TRUE(verdict(1, false));
-    EXPECT_FALSE(verdict(2, false));
-    EXPECT_FALSE(verdict(3, false));
+    for (const Case& test : {
+             Case{false, false, true, true},
+             Case{true, false, true, false},
+             Case{false, true, true, false},
+             Case{true, true, true, false},
+             Case{false, false, false, true},
+             Case{true, false, false, true},
+             Case{false, true, false, false},
+             Case{true, true, false, false},
+         }) {
+        SCOPED_TRACE(testing::Message() << test.isViolated << test.hasSpecialBit << test.isEnabled);
+        const auto validator = package_.unpack();
+        if (test.isViolated) {
+            violateARule(*validator);
+        }
+        if (test.hasSpecialBit) {
+            findASpecialBit(*validator);
+        }
+        EXPECT_EQ(verdict(*validator, test.isEnabled), test.isAccepted);
+    }
 }
 
-TEST(ContentValidator, ConstOverloadHasTheSameEffects) {
-    const Package package(PackageBuilder("org.example.app").native());
-    const Configuration rules = load(RuleTree());
-    const auto validator = package.unpack();
-    recordOf(*validator).desktopFacts.qmlOnly = true;
-    recordOf(*validator).failures = 2;
-    const CapturedLog log;
-    EXPECT_FALSE(std::as_const(*validator).validateContent(rules, package.meta()));
-    EXPECT_EQ(linesWith(log, warningLine("[arch] QML-only RPMs should be noarch")), 1);
+TEST_F(Verdict, WarningsDoNotReject) {
+    const auto validator = package_.unpack();
+    EXPECT_TRUE(verdict(*validator, true));
+    EXPECT_EQ(linesWith(log_, warningLine(kArchWarning)), 1);
 }
 
-TEST(ContentValidator, SecondRunRepeatsTheLinesAndStaysFailed) {
-    const Package package(PackageBuilder("org.example.app").native());
-    const Configuration rules = load(RuleTree());
+TEST_F(Verdict, ConstOverloadHasTheSameEffects) {
+    const auto validator = package_.unpack();
+    violateARule(*validator);
+    EXPECT_FALSE(std::as_const(*validator).validateContent(load(tree_), package_.meta()));
+    EXPECT_EQ(linesWith(log_, warningLine(kArchWarning)), 1);
+    EXPECT_TRUE(validator->desktop());
+}
+
+TEST_F(Verdict, SecondRunRepeatsTheLinesAndStaysFailed) {
+    const auto validator = package_.unpack();
+    EXPECT_TRUE(verdict(*validator, true));
+    violateARule(*validator);
+    findASpecialBit(*validator);
+    EXPECT_FALSE(verdict(*validator, true));
+    EXPECT_FALSE(verdict(*validator, false));
+    EXPECT_EQ(linesWith(log_, warningLine(kArchWarning)), 3);
+}
+
+TEST_F(Verdict, WithoutADesktopFileItsRulesDoNotRun) {
+    const Package package(sample().file("/usr/share/empty", ""));
     const auto validator = package.unpack();
-    recordOf(*validator).desktopFacts.qmlOnly = true;
-    recordOf(*validator).failures = 1;
-    const CapturedLog log;
-    EXPECT_FALSE(validator->validateContent(rules, package.meta()));
-    EXPECT_FALSE(validator->validateContent(rules, package.meta()));
-    EXPECT_EQ(linesWith(log, warningLine("[arch] QML-only RPMs should be noarch")), 2);
+    EXPECT_FALSE(validator->validateContent(load(tree_), package.meta()));
+    EXPECT_FALSE(validator->isSandboxed() || validator->desktopName());
+    EXPECT_TRUE(validator->correctDbus() && validator->correctOrgName());
+    EXPECT_EQ(linesWith(log_, errorLine("[binary] Main binary must exist, but it is not found")),
+              1);
+}
+
+// Its paths then lead to this machine.
+TEST_F(Verdict, RulesRunOnAPackageThatWasNotUnpacked) {
+    const Package package(sample().link("/etc/passwd", "x").ghost("/nonexistent/file"));
+    ContentValidator validator(kMissing);
+    EXPECT_FALSE(validator.validateContent(load(tree_), package.meta()));
+    EXPECT_EQ(linesWith(log_, errorLine("[/nonexistent/file] Failed to read file attributes")), 1);
+    EXPECT_EQ(linesWith(log_, errorLine("[/etc/passwd] Failed to read file attributes")), 0);
 }
 
 TEST(CheckArch, WarnsOfQmlOnlyPackagesForOneArchitecture) {
-    const Package noarch(PackageBuilder("org.example.app"));
-    const Package native(PackageBuilder("org.example.app").native());
+    const Package noarch(sample());
+    const Package native(sample().native().ghost("/usr/bin/org.example.app"));
     const RpmMeta unread(kMissing);
+    const TemporaryDirectory root;
+    const std::string program = root.write("usr/bin/org.example.app", elfImage("elf 64 little"));
+    ASSERT_EQ(chmod(program.c_str(), 0755), 0);
     struct Case {
         const char* name;
         const RpmMeta& meta;
-        bool qmlOnly;
-        bool archSpecificContent;
-        bool warned;
+        bool isQmlOnly;
+        bool hasExecutable;
+        bool isWarnedOf;
     };
     const Case cases[] = {
         {"noarch", noarch.meta(), true, false, false},
@@ -232,13 +367,18 @@ TEST(CheckArch, WarnsOfQmlOnlyPackagesForOneArchitecture) {
     for (const Case& test : cases) {
         SCOPED_TRACE(test.name);
         ContentValidator validator(kMissing);
-        recordOf(validator).desktopFacts.qmlOnly = test.qmlOnly;
-        recordOf(validator).binaryFacts.archSpecificContent = test.archSpecificContent;
-        const CapturedLog log;
+        CapturedLog log;
+        if (test.isQmlOnly) {
+            validator.processDesktopFile(
+                native.meta(), desktopEntry("[Desktop Entry]\nExec=lumbra-qml org.example.app\n"));
+        }
+        if (test.hasExecutable) {
+            validator.checkExecutables(load(RuleTree()), native.meta(), root.path());
+        }
+        log.clear();
         validator.checkArch(test.meta);
         EXPECT_EQ(log.text(),
-                  test.warned ? warningLine("[arch] QML-only RPMs should be noarch\n") : "");
-        EXPECT_EQ(recordOf(validator).failures, 0U);
+                  test.isWarnedOf ? warningLine("[arch] QML-only RPMs should be noarch\n") : "");
         EXPECT_FALSE(validator.arch());
     }
 }

@@ -6,10 +6,10 @@
 
 #include <filesystem>
 
+#include "pkgvet/content/content_validator.h"
 #include "tests/support/captured_log.h"
 #include "tests/support/child_process.h"
 #include "tests/support/package_builder.h"
-#include "tests/support/validator_record.h"
 
 namespace {
 
@@ -43,7 +43,7 @@ std::string samplePackage(const TemporaryDirectory& directory) {
 // Unpacks path into directory.
 int extracted(const std::string& path, const std::string& directory) {
     const CapturedDescriptor standardError;
-    return validatorOfNothing().extractRpm(directory.c_str(), path.c_str());
+    return ContentValidator(std::string()).extractRpm(directory.c_str(), path.c_str());
 }
 
 bool constructs(const std::string& path) {

@@ -1,0 +1,98 @@
+// The rules as members: what each is given of the package and of what was found before.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "pkgvet/content/content_validator.h"
+#include "pkgvet/package/rpm_meta.h"
+#include "tests/support/captured_log.h"
+#include "tests/support/desktop_file.h"
+#include "tests/support/rule_run.h"
+#include "tests/support/rule_tree.h"
+
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+constexpr const char* kParameterFile =
+    "/usr/share/org.example.app/managed-configuration/configuration.xml";
+
+class Members : public testing::Test {
+protected:
+    static void SetUpTestSuite() {
+        directory_ = new TemporaryDirectory;
+        path_ = PackageBuilder(kPackage)
+                    .file("/usr/share/org.example.app/home", "/home/defaultuser", "0644", "nobody")
+                    .directory("/usr/share/org.example.app/empty")
+                    .file("/usr/share/common/org.example/app/x", "")
+                    .file(kParameterFile, "<")
+                    .build(*directory_);
+        meta_ = new RpmMeta(path_.c_str());
+    }
+
+    static void TearDownTestSuite() {
+        delete meta_;
+        delete directory_;
+    }
+
+    static const RpmMeta& meta() { return *meta_; }
+
+    std::vector<std::string> linesOf(const std::function<void()>& rule) {
+        const CapturedLog log;
+        rule();
+        return log.lines();
+    }
+
+    static inline TemporaryDirectory* directory_ = nullptr;
+    static inline std::string path_;
+    static inline RpmMeta* meta_ = nullptr;
+    const Configuration rules_ = load(RuleTree());
+};
+
+TEST_F(Members, LookAtTheDirectoryThatTheyAreGiven) {
+    ContentValidator validator{std::string()};
+    const TemporaryDirectory root;
+    root.write("usr/share/org.example.app/home", "/home/defaultuser");
+    EXPECT_THAT(linesOf([&] { validator.checkSandboxing(meta(), root.path()); }),
+                ElementsAre(errorLine("[/usr/share/org.example.app/home] Hardcoded path found")));
+    EXPECT_THAT(linesOf([&] { validator.checkSandboxing(meta(), root / "missing"); }), IsEmpty());
+}
+
+TEST_F(Members, LookAtTheUnpackedPayloadOtherwise) {
+    const CapturedDescriptor cpio;
+    ContentValidator validator(path_);
+    EXPECT_THAT(linesOf([&] { validator.checkEmptyDirectories(meta()); }),
+                ElementsAre(warningLine("[/usr/share/org.example.app/empty] Empty directory (can "
+                                        "be omitted during package installation)")));
+    EXPECT_THAT(linesOf([&] { validator.checkConfigurationParameterFile(meta()); }),
+                ElementsAre(errorLine(std::string("[") + kParameterFile +
+                                      "] Configuration parameter file for managed configuration "
+                                      "is invalid")));
+}
+
+TEST_F(Members, TellUsersFromGroups) {
+    ContentValidator validator{std::string()};
+    const TemporaryDirectory root;
+    root.write("usr/share/org.example.app/home", "");
+    EXPECT_THAT(
+        linesOf([&] { validator.processPermissions(rules_, meta(), root.path()); }),
+        testing::Contains(errorLine("[/usr/share/org.example.app/home] User owner should be root"))
+            .Times(1));
+    EXPECT_THAT(linesOf([&] { validator.processPermissions(rules_, meta(), root.path()); }),
+                testing::Not(testing::Contains(testing::HasSubstr("Group owner"))));
+}
+
+TEST_F(Members, KnowTheNamesInTheSandboxSection) {
+    ContentValidator validator{std::string()};
+    const std::string line = errorLine(
+        "[/usr/share/common/org.example/app/x] Installation not allowed in this location");
+    const auto places = [&] {
+        return linesOf([&] { validator.checkExcludedPaths(rules_, meta(), ""); });
+    };
+    EXPECT_THAT(places(), testing::Contains(line));
+    const CapturedLog log;
+    validator.processPinfold(rules_, meta(), desktopEntry(kGoodSection), "");
+    EXPECT_THAT(places(), testing::Not(testing::Contains(line)));
+}
+
+}  // namespace
