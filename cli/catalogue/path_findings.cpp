@@ -18,7 +18,7 @@ constexpr Entry kEntries[] = {
      .relatedIds = {"qml-only-application", "desktop-exec-invalid"},
      .message = &kMainBinaryMustNotExist},
     {.id = "sealwatchd-invalid-json",
-     .title = "Configuration of the integrity service is no valid JSON",
+     .title = "Configuration of the integrity service is not valid JSON",
      .demand = "/etc/sealwatchd/config.d/NAME.json, where NAME is the name of the package, is "
                "valid JSON. It is read, and must be there, also where a longer path of the package "
                "only holds that text.",
@@ -67,7 +67,7 @@ constexpr Entry kEntries[] = {
      .relatedIds = {"path-not-allowed"},
      .message = &kBinDirectoryOwned},
     {.id = "libexec-wrong-format",
-     .title = "File in the directory of helper programs is no program of this platform",
+     .title = "File in the directory of helper programs is not a program of this platform",
      .demand = "Each file in /usr/libexec/NAME/, where NAME is the name of the package, is an ELF "
                "file in little-endian byte order.",
      .why = "The directory is for programs of the application and for nothing else.",

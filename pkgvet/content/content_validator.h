@@ -28,11 +28,11 @@ struct ContentValidatorPrivate;
 // One object belongs to one thread, through the const overload of validateContent as well.
 //
 // Nothing that a rule has found is ever forgotten: a second run on the same object repeats all
-// lines and can only stay failed. Rules may also be called one by one, but they hand results on to
+// lines and can only stay failed. Rules may also be called one by one, but they pass results on to
 // each other, and only validateContent knows their order. Standard exceptions leave a rule and
 // validateContent uncaught: std::regex_error from a pattern that does not compile or a text that
-// exhausts an engine, std::out_of_range, std::filesystem::filesystem_error. The object can be
-// destroyed all the same.
+// exhausts an engine, std::filesystem::filesystem_error, std::out_of_range, std::logic_error from a
+// JSON list that holds something other than text. The object can be destroyed all the same.
 //
 // A path on disk is the extraction directory followed by a path of the package; root and tempDir
 // below are that directory, without a trailing "/".

@@ -1,4 +1,4 @@
-// The record behind ContentValidator: what its rules found and what they hand on to each other.
+// The record behind ContentValidator: what its rules found and what they pass on to each other.
 #pragma once
 
 #include <cstdint>

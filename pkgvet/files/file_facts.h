@@ -10,7 +10,7 @@ struct FileFacts {
     // symbols of the main binary.
     bool unwantedBinExists = false;
     bool correctSealwatchd = true;
-    bool binDirOwned = false;  // read by nobody
+    bool binDirOwned = false;  // not read by any rule
 };
 
 }  // namespace pkgvet

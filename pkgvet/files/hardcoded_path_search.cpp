@@ -30,7 +30,7 @@ constexpr std::size_t step(std::size_t matched, char c) {
     if (c == kHomeDirectory[matched]) {
         return matched + 1;
     }
-    return isWhiteSpace(c) ? matched : 0;  // c is gone, even if it is a "/"
+    return isWhiteSpace(c) ? matched : 0;  // c is dropped, even if it is a "/"
 }
 
 // A table of steps by two characters at a time. A branch for each character would be mispredicted
@@ -119,7 +119,7 @@ bool HardcodedPathSearch::feed(std::string_view piece) {
     return matched_ == kHomeDirectory.size();
 }
 
-// What could be read of a file that breaks off is searched.
+// Of a file that cannot be read to its end, the part that was read is searched.
 bool holdsHardcodedPath(const std::string& path, std::string* buffer) {
     RegularFileReader file(path);
     HardcodedPathSearch search;

@@ -8,8 +8,9 @@
 namespace pkgvet {
 
 // Takes a text piece by piece, in one pass without ever going back, and sees it without its white
-// space. It is no substring search: a character that ends a partial match is dropped and begins no
-// new one, so that "//home/defaultuser" and "/home/home/defaultuser" hold no hit.
+// space. It is not a substring search: a character that ends a partial match is dropped and does
+// not begin a new one, so that neither "//home/defaultuser" nor "/home/home/defaultuser" holds a
+// hit.
 //
 // Where the pieces are cut makes no difference. An object is for one text.
 class HardcodedPathSearch {
@@ -21,9 +22,9 @@ private:
     std::size_t matched_ = 0;  // characters of the path that the text last held
 };
 
-// Whether the text of the regular file that path leads to, on disk, holds that path. What is no
-// regular file, or cannot be opened, has no text. buffer is for the pieces, so that a caller with
-// many files makes it once.
+// Whether the text of the regular file at path, on disk, holds the home directory; links are
+// followed. What is not a regular file, or cannot be opened, has no text. buffer holds the pieces,
+// so that a caller with many files allocates it once.
 bool holdsHardcodedPath(const std::string& path, std::string* buffer);
 
 }  // namespace pkgvet

@@ -34,11 +34,10 @@ std::string_view withoutPrefix(std::string_view entry) {
 SealwatchdResult checkSealwatchdFile(const std::string& file,
                                      const std::vector<std::string>& paths) {
     const JsonFile json = loadJsonFile(file);
-    if (!json.isLoaded) {
+    if (json.outcome != JsonOutcome::Loaded) {
         return SealwatchdResult::InvalidJson;
     }
-    JsonArray* watch =
-        json_object_get_array_member(json_node_get_object(json.rootNode()), kWatchMember);
+    JsonArray* watch = json_object_get_array_member(json_node_get_object(json.node), kWatchMember);
     const std::unordered_set<std::string_view> installed(paths.begin(), paths.end());
     const guint size = json_array_get_length(watch);
     for (guint i = 0; i < size; ++i) {

@@ -15,7 +15,7 @@
 #include "tests/support/captured_log.h"
 #include "tests/support/child_process.h"
 #include "tests/support/desktop_file.h"
-#include "tests/support/elf_image.h"
+#include "tests/support/extracted_trees.h"
 #include "tests/support/package_builder.h"
 #include "tests/support/rule_tree.h"
 
@@ -29,19 +29,6 @@ constexpr const char* kMissing = "/nonexistent.rpm";
 constexpr const char* kDesktopPath = "/usr/share/applications/org.example.app.desktop";
 constexpr const char* kMarkerDirectory = "/usr/share/org.example.app/";
 
-// The trees that lie unpacked on this machine and hold the file at path, a path in a package.
-Strings treesWith(const std::string& path) {
-    Strings trees;
-    std::error_code error;
-    for (const auto& entry : fs::directory_iterator("/tmp", error)) {
-        const std::string tree = entry.path();
-        if (tree.starts_with("/tmp/dir.") && fs::exists(tree + path, error)) {
-            trees.push_back(tree);
-        }
-    }
-    return trees;
-}
-
 // A package on disk together with its header. It holds a file that no other package has, by which
 // its tree is found.
 class Package {
@@ -54,7 +41,7 @@ public:
     const std::string& marker() const { return marker_; }
     const std::string& path() const { return path_; }
     const RpmMeta& meta() const { return meta_; }
-    Strings trees() const { return treesWith(marker_); }
+    Strings trees() const { return extractedTreesWith(marker_); }
 
     // The tools of the extraction write to standard error.
     std::unique_ptr<ContentValidator> unpack() const {
@@ -145,7 +132,7 @@ TEST(ContentValidator, OrdinaryUserRemovesDirectoriesThatForbidIt) {
     const CapturedDescriptor standardError;
     EXPECT_TRUE(holdsForOrdinaryUser([&] {
         auto validator = std::make_unique<ContentValidator>(path);
-        const Strings trees = treesWith(marker);
+        const Strings trees = extractedTreesWith(marker);
         const bool extracted = trees.size() == 1 && fs::exists(trees[0] + "/usr/share/fixed");
         validator.reset();
         return extracted && !fs::exists(trees[0]);
@@ -341,46 +328,6 @@ TEST_F(Verdict, RulesRunOnAPackageThatWasNotUnpacked) {
     EXPECT_FALSE(validator.validateContent(load(tree_), package.meta()));
     EXPECT_EQ(linesWith(log_, errorLine("[/nonexistent/file] Failed to read file attributes")), 1);
     EXPECT_EQ(linesWith(log_, errorLine("[/etc/passwd] Failed to read file attributes")), 0);
-}
-
-TEST(CheckArch, WarnsOfQmlOnlyPackagesForOneArchitecture) {
-    const Package noarch(sample());
-    const Package native(sample().native().ghost("/usr/bin/org.example.app"));
-    const RpmMeta unread(kMissing);
-    const TemporaryDirectory root;
-    const std::string program = root.write("usr/bin/org.example.app", elfImage("elf 64 little"));
-    ASSERT_EQ(chmod(program.c_str(), 0755), 0);
-    struct Case {
-        const char* name;
-        const RpmMeta& meta;
-        bool isQmlOnly;
-        bool hasExecutable;
-        bool isWarnedOf;
-    };
-    const Case cases[] = {
-        {"noarch", noarch.meta(), true, false, false},
-        {"native", native.meta(), true, false, true},
-        {"native with an executable", native.meta(), true, true, false},
-        {"native with a binary", native.meta(), false, false, false},
-        {"no architecture", unread, true, false, true},
-    };
-    for (const Case& test : cases) {
-        SCOPED_TRACE(test.name);
-        ContentValidator validator(kMissing);
-        CapturedLog log;
-        if (test.isQmlOnly) {
-            validator.processDesktopFile(
-                native.meta(), desktopEntry("[Desktop Entry]\nExec=lumbra-qml org.example.app\n"));
-        }
-        if (test.hasExecutable) {
-            validator.checkExecutables(load(RuleTree()), native.meta(), root.path());
-        }
-        log.clear();
-        validator.checkArch(test.meta);
-        EXPECT_EQ(log.text(),
-                  test.isWarnedOf ? warningLine("[arch] QML-only RPMs should be noarch\n") : "");
-        EXPECT_FALSE(validator.arch());
-    }
 }
 
 }  // namespace

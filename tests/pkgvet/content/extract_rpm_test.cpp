@@ -9,6 +9,7 @@
 #include "pkgvet/content/content_validator.h"
 #include "tests/support/captured_log.h"
 #include "tests/support/child_process.h"
+#include "tests/support/extracted_trees.h"
 #include "tests/support/package_builder.h"
 
 namespace {
@@ -125,7 +126,7 @@ TEST(ExtractRpm, WhatCannotBeginGivesOne) {
     EXPECT_EQ(extracted(source / "missing.rpm", target.path()), 1);
     EXPECT_EQ(extracted("", target.path()), 1);
     EXPECT_EQ(extracted(source / "fifo", target.path()), 1);
-    EXPECT_EQ(extracted(source.path(), target.path()), 1);
+    EXPECT_EQ(extracted("/dev/zero", target.path()), 1);
     EXPECT_EQ(extracted(package, target / "missing"), 1);
     EXPECT_EQ(extracted(package, package), 1);
     EXPECT_EQ(extracted(package, ""), 1);
@@ -135,8 +136,9 @@ TEST(ExtractRpm, WhatCannotBeginGivesOne) {
 TEST(ExtractRpm, StatusOfTheShellIsGivenUndecoded) {
     const TemporaryDirectory source;
     const TemporaryDirectory target;
-    for (const std::string& path :
-         {source.write("empty.rpm", ""), source.write("text.rpm", "no package")}) {
+    for (const std::string& path : {source.write("empty.rpm", ""), source.write("text.rpm", "text"),
+                                    source.path().string()}) {
+        SCOPED_TRACE(path);
         const int status = extracted(path, target.path());
         EXPECT_TRUE(WIFEXITED(status));
         EXPECT_EQ(WEXITSTATUS(status), 2);
@@ -174,19 +176,6 @@ TEST(ExtractRpm, WorkingDirectoryThatCannotBeRestoredGivesOne) {
     }));
 }
 
-// Directories that extractions left behind with the file that path names.
-std::vector<fs::path> leftBehind(const std::string& path) {
-    std::vector<fs::path> found;
-    for (const auto& entry : fs::directory_iterator("/tmp")) {
-        std::error_code error;
-        if (entry.path().filename().string().rfind("dir.", 0) == 0 &&
-            fs::exists(entry.path().string() + path, error)) {
-            found.push_back(entry.path());
-        }
-    }
-    return found;
-}
-
 TEST(ExtractRpm, FilesOfABrokenPayloadStayBehind) {
     const TemporaryDirectory source;
     const std::string unique = "/usr/share/" + source.path().filename().string();
@@ -200,12 +189,12 @@ TEST(ExtractRpm, FilesOfABrokenPayloadStayBehind) {
                                     .file(unique + "/b", noise)
                                     .build(source);
     EXPECT_TRUE(constructs(package));
-    EXPECT_TRUE(leftBehind(unique).empty());
+    EXPECT_TRUE(extractedTreesWith(unique).empty());
     fs::resize_file(package, fs::file_size(package) - 100000);
     EXPECT_FALSE(constructs(package));
-    const std::vector<fs::path> directories = leftBehind(unique);
+    const std::vector<std::string> directories = extractedTreesWith(unique);
     EXPECT_EQ(directories.size(), 1U);
-    for (const fs::path& directory : directories) {
+    for (const std::string& directory : directories) {
         fs::remove_all(directory);
     }
 }

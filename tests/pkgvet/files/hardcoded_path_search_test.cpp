@@ -14,7 +14,8 @@ namespace {
 
 using pkgvet::HardcodedPathSearch;
 
-// The search in words: formatted input of single characters, and a difference ends the attempt.
+// The search as it is defined: formatted input of single characters, and a difference ends the
+// attempt.
 bool holdsPathPlainly(const std::string& text) {
     const std::string path = "/home/defaultuser";
     std::istringstream stream(text);
@@ -102,7 +103,7 @@ std::vector<Case> cases() {
     };
 }
 
-TEST(HardcodedPathSearch, FindsWhatTheWordsSay) {
+TEST(HardcodedPathSearch, FindsWhatItsDefinitionFinds) {
     for (const Case& test : cases()) {
         SCOPED_TRACE(test.name);
         EXPECT_EQ(holdsPathPlainly(test.text), test.found);

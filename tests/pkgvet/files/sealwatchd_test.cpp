@@ -88,8 +88,8 @@ TEST(Sealwatchd, WhatIsNotJsonIsInvalid) {
     });
 }
 
-// json-glib loads such files, an empty one even without a root, and answers what is asked of the
-// missing shapes with nothing. Its words about that are left to it.
+// json-glib loads such files, an empty one even without a root, and answers a question to the wrong
+// type with nothing and a critical message.
 TEST(Sealwatchd, OtherShapesWatchNothing) {
     struct Shape {
         const char* name;
