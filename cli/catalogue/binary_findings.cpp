@@ -1,7 +1,6 @@
 // The catalogue: findings on programs and libraries.
 #include "cli/catalogue/catalogue_tables.h"
-#include "pkgvet/elf/elf_messages.h"
-#include "pkgvet/files/file_messages.h"
+#include "pkgvet/elf/binary_messages.h"
 
 namespace pkgvet::cli {
 
@@ -18,7 +17,7 @@ constexpr Entry kEntries[] = {
      .example = "# Remove from the .spec file:\n"
                 "BuildArch: noarch\n",
      .relatedIds = {"qml-only-not-noarch"},
-     .composition = {words(kShouldNotBeNoarch)}},
+     .message = &kShouldNotBeNoarch},
     {.id = "executable-wrong-format",
      .title = "Executable file is no program of this platform",
      .demand = "Each file that its owner may execute is an ELF file in little-endian byte order.",
@@ -29,7 +28,7 @@ constexpr Entry kEntries[] = {
             "Start no shell scripts: let the application do what they do.",
      .example = "install -D -m 0644 rules.js %{buildroot}%{_datadir}/%{name}/rules.js\n",
      .relatedIds = {"file-executable", "main-binary-not-executable"},
-     .composition = {kOpen, kSubject, words(kExecutableBadFormat)}},
+     .message = &kExecutableBadFormat},
     {.id = "executable-wrong-location",
      .title = "Program lies in a place that is not for programs",
      .demand = "Programs lie at /usr/bin/NAME or in /usr/libexec/NAME/, where NAME is the name of "
@@ -40,7 +39,7 @@ constexpr Entry kEntries[] = {
          "from there. A library must be called so, with `.so` in its name.",
      .example = "install -D -m 0755 helper %{buildroot}%{_libexecdir}/%{name}/helper\n",
      .relatedIds = {"file-executable", "path-not-allowed"},
-     .composition = {kOpen, kSubject, words(kExecutableBadLocation)}},
+     .message = &kExecutableBadLocation},
     {.id = "main-binary-not-executable",
      .title = "Main program is missing or no executable program",
      .demand = "At /usr/bin/NAME, where NAME is the name of the package, lies an ELF file in "
@@ -52,7 +51,7 @@ constexpr Entry kEntries[] = {
             "application in QML alone, let `Exec` in the desktop file start `lumbra-qml NAME`.",
      .example = "install -D -m 0755 pilot %{buildroot}%{_bindir}/%{name}\n",
      .relatedIds = {"main-binary-missing", "executable-wrong-format", "desktop-exec-invalid"},
-     .composition = {words(kMainBinaryMustBeExecutable)}},
+     .message = &kMainBinaryMustBeExecutable},
     {.id = "library-unstable",
      .severity = Severity::Warning,
      .title = "Program links a library that is unstable or deprecated",
@@ -67,7 +66,7 @@ constexpr Entry kEntries[] = {
                 "-Wl,--as-needed)\n"
                 "QMAKE_LFLAGS += -Wl,--as-needed\n",
      .relatedIds = {"dependency-unstable", "library-not-allowed"},
-     .composition = {kOpen, kSubject, words(kLibraryUnstable)}},
+     .message = &kLibraryUnstable},
     {.id = "library-not-allowed",
      .title = "Program links a library that is not allowed",
      .demand = "Each library that the main program links is listed in the rule files of the "
@@ -90,7 +89,7 @@ constexpr Entry kEntries[] = {
                 "install -D -m 0755 libroute.so.1 %{buildroot}%{_datadir}/%{name}/lib/"
                 "libroute.so.1\n",
      .relatedIds = {"dependency-not-allowed", "rpath-missing", "provide-not-allowed"},
-     .composition = {kOpen, kSubject, words(kLibraryNotAllowed)}},
+     .message = &kLibraryNotAllowed},
     {.id = "rpath-empty",
      .severity = Severity::Warning,
      .title = "Program has no run path",
@@ -107,7 +106,7 @@ constexpr Entry kEntries[] = {
                 "/usr/share/org.example.pilot/lib)\n"
                 "target_link_options(pilot PRIVATE -Wl,--disable-new-dtags)\n",
      .relatedIds = {"rpath-missing", "library-not-allowed"},
-     .composition = {words(kRpathEmpty)}},
+     .message = &kRpathEmpty},
     {.id = "rpath-not-allowed",
      .title = "Program has a run path that is not allowed",
      .demand =
@@ -122,7 +121,7 @@ constexpr Entry kEntries[] = {
      .example = "g++ -rdynamic main.cpp libroute.so.1 -o pilot \\\n"
                 "    -Wl,--disable-new-dtags,-rpath,/usr/share/org.example.pilot/lib\n",
      .relatedIds = {"rpath-missing", "library-not-allowed"},
-     .composition = {words(kRpathNotAllowed)}},
+     .message = &kRpathNotAllowed},
     {.id = "rpath-missing",
      .title = "Program has no run path to the libraries of its package",
      .demand = "The main program has a DT_RPATH, since it links a library that the package "
@@ -138,7 +137,7 @@ constexpr Entry kEntries[] = {
                 "/usr/share/org.example.pilot/lib)\n"
                 "target_link_options(pilot PRIVATE -Wl,--disable-new-dtags)\n",
      .relatedIds = {"rpath-empty", "library-not-allowed"},
-     .composition = {words(kRpathMissing)}},
+     .message = &kRpathMissing},
     {.id = "qml-only-not-noarch",
      .severity = Severity::Warning,
      .title = "Package without machine code is not for all architectures",
@@ -147,7 +146,7 @@ constexpr Entry kEntries[] = {
      .fix = "Add `BuildArch: noarch` to the .spec file.",
      .example = "BuildArch: noarch\n",
      .relatedIds = {"qml-only-application", "arch-content-in-noarch"},
-     .composition = {words(kQmlOnlyShouldBeNoarch)}},
+     .message = &kQmlOnlyShouldBeNoarch},
     {.id = "launcher-requires-not-allowed",
      .title = "Package requires the QML launcher without need",
      .demand = "Only a package whose desktop file starts a QML launcher requires "
@@ -159,7 +158,7 @@ constexpr Entry kEntries[] = {
      .example = "# Remove from the .spec file:\n"
                 "Requires: liblumbraapp-launcher\n",
      .relatedIds = {"desktop-exec-invalid"},
-     .composition = {words(kInvalidRequires), kSubject}},
+     .message = &kInvalidRequires},
     {.id = "launcher-requires-missing",
      .title = "Package does not require the QML launcher",
      .demand = "A package whose desktop file starts a QML launcher requires "
@@ -168,7 +167,7 @@ constexpr Entry kEntries[] = {
      .fix = "Add the `Requires` to the .spec file.",
      .example = "Requires: libtessaraapp-launcher\n",
      .relatedIds = {"qml-only-application"},
-     .composition = {words(kAddRequires)}},
+     .message = &kAddRequires},
     {.id = "main-binary-not-a-program",
      .title = "Main program does not start like a program",
      .demand = "The name `__libc_start_main` stands among the symbols of the main program.",
@@ -184,7 +183,7 @@ constexpr Entry kEntries[] = {
                 "%install\n"
                 "install -D -m 0755 pilot %{buildroot}%{_bindir}/%{name}\n",
      .relatedIds = {"main-binary-not-executable", "main-export-required"},
-     .composition = {words(kMainNotLinked)}},
+     .message = &kMainNotLinked},
     {.id = "main-not-exported",
      .severity = Severity::Warning,
      .title = "Main program does not export main()",
@@ -200,7 +199,7 @@ constexpr Entry kEntries[] = {
                 "# or CMakeLists.txt\n"
                 "set_target_properties(pilot PROPERTIES ENABLE_EXPORTS ON)\n",
      .relatedIds = {"main-export-required", "application-type-not-recommended"},
-     .composition = {words(kMainNotExported)}},
+     .message = &kMainNotExported},
     {.id = "main-export-required",
      .title = "Main program does not export main(), which it must",
      .demand = "The main program of an application whose QML imports `Lumbra.Ostrand` has `main` "
@@ -217,7 +216,7 @@ constexpr Entry kEntries[] = {
                 "# or CMakeLists.txt\n"
                 "set_target_properties(pilot PROPERTIES ENABLE_EXPORTS ON)\n",
      .relatedIds = {"main-not-exported", "main-binary-not-a-program"},
-     .composition = {words(kMainMustBeExported)}},
+     .message = &kMainMustBeExported},
 };
 
 }  // namespace

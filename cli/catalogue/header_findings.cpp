@@ -1,6 +1,6 @@
 // The catalogue: findings on a package's header.
 #include "cli/catalogue/catalogue_tables.h"
-#include "pkgvet/meta/meta_messages.h"
+#include "pkgvet/meta/header_messages.h"
 
 namespace pkgvet::cli {
 
@@ -19,7 +19,7 @@ constexpr Entry kEntries[] = {
             "and `ApplicationName` in the desktop file.",
      .example = "Name: org.example.pilot\n",
      .relatedIds = {"application-identity-mismatch", "desktop-file-missing", "path-not-allowed"},
-     .composition = {words(kNotDomainNotation)}},
+     .message = &kNotDomainNotation},
     {.id = "scripts-not-allowed",
      .severity = Severity::Critical,
      .grave = true,
@@ -35,7 +35,7 @@ constexpr Entry kEntries[] = {
             "application lie in its own directory.",
      .example = "# Remove from the .spec file:\n"
                 "%post -p /sbin/ldconfig\n",
-     .composition = {words(kScriptsNotAllowed)}},
+     .message = &kScriptsNotAllowed},
     {.id = "mandatory-provide-missing",
      .title = "Package does not provide its profile's name",
      .demand = "A package of this profile provides the name that the profile prescribes, which the "
@@ -47,7 +47,7 @@ constexpr Entry kEntries[] = {
      .example = "Provides: lumbra-mdm-provider\n"
                 "Conflicts: lumbra-mdm-provider\n",
      .relatedIds = {"mandatory-conflict-missing"},
-     .composition = {kOpen, kSubject, words(kProvidesInfix), kData, words(kMustBeSpecified)}},
+     .message = &kMandatoryProvideMissing},
     {.id = "mandatory-conflict-missing",
      .title = "Package does not conflict with its profile's name",
      .demand = "A package of this profile conflicts with the very name that it must provide, which "
@@ -59,7 +59,7 @@ constexpr Entry kEntries[] = {
      .example = "Provides: lumbra-mdm-provider\n"
                 "Conflicts: lumbra-mdm-provider\n",
      .relatedIds = {"mandatory-provide-missing"},
-     .composition = {kOpen, kSubject, words(kConflictsInfix), kData, words(kMustBeSpecified)}},
+     .message = &kMandatoryConflictMissing},
     {.id = "provide-not-allowed",
      .title = "Package provides a name that is not its own",
      .demand = "A package provides only names in which its own name occurs, `application()`, "
@@ -74,7 +74,7 @@ constexpr Entry kEntries[] = {
      .example = "%global __provides_exclude ^libroute\\\\.so.*$\n"
                 "%global __requires_exclude ^libroute\\\\.so.*$\n",
      .relatedIds = {"dependency-not-allowed", "library-not-allowed"},
-     .composition = {kOpen, kSubject, words(kProvidesInfix), kData, words(kNotAllowedInRpm)}},
+     .message = &kProvideNotAllowed},
     {.id = "conflict-not-allowed",
      .title = "Package conflicts with another",
      .demand = "A package conflicts with nothing but the name that its profile prescribes, and "
@@ -85,7 +85,7 @@ constexpr Entry kEntries[] = {
      .example = "# Remove from the .spec file:\n"
                 "Conflicts: org.example.copilot\n",
      .relatedIds = {"mandatory-conflict-missing", "obsolete-not-allowed"},
-     .composition = {kOpen, kSubject, words(kConflictsInfix), kData, words(kNotAllowedInRpm)}},
+     .message = &kConflictNotAllowed},
     {.id = "obsolete-not-allowed",
      .title = "Package obsoletes another",
      .demand = "A package obsoletes nothing.",
@@ -96,7 +96,7 @@ constexpr Entry kEntries[] = {
      .example = "# Remove from the .spec file:\n"
                 "Obsoletes: org.example.oldpilot < 2.0\n",
      .relatedIds = {"conflict-not-allowed"},
-     .composition = {kOpen, kSubject, words(kObsoletesInfix), kData, words(kNotAllowedInRpm)}},
+     .message = &kObsoleteNotAllowed},
     {.id = "vendor-not-recommended",
      .severity = Severity::Warning,
      .title = "Package names a vendor that is tolerated",
@@ -108,7 +108,7 @@ constexpr Entry kEntries[] = {
      .example = "# Remove from the .spec file:\n"
                 "Vendor: pelzo\n",
      .relatedIds = {"vendor-not-allowed"},
-     .composition = {words(kVendorIsSet), kSubject, words(kVendorNotRecommended)}},
+     .message = &kVendorNotRecommended},
     {.id = "vendor-not-allowed",
      .title = "Package names a vendor",
      .demand = "A package names no vendor.",
@@ -120,7 +120,7 @@ constexpr Entry kEntries[] = {
             ".spec file.",
      .example = "%undefine vendor\n",
      .relatedIds = {"vendor-not-recommended"},
-     .composition = {words(kVendorIsSet), kSubject, words(kVendorNotAllowed)}},
+     .message = &kVendorNotAllowed},
     {.id = "dependency-unstable",
      .severity = Severity::Warning,
      .title = "Package requires what is unstable or deprecated",
@@ -135,7 +135,7 @@ constexpr Entry kEntries[] = {
      .example = "# In place of qt5-qtwebkit:\n"
                 "Requires: qt5-qtdeclarative\n",
      .relatedIds = {"library-unstable", "dependency-not-allowed"},
-     .composition = {kOpen, kSubject, words(kDependencyUnstable)}},
+     .message = &kDependencyUnstable},
     {.id = "dependency-not-allowed",
      .title = "Package requires what is not allowed",
      .demand = "A package requires only libraries and names that the rule files of its profile "
@@ -150,7 +150,7 @@ constexpr Entry kEntries[] = {
      .example = "%global __provides_exclude ^libroute\\\\.so.*$\n"
                 "%global __requires_exclude ^libroute\\\\.so.*$\n",
      .relatedIds = {"library-not-allowed", "provide-not-allowed", "dependency-unstable"},
-     .composition = {kOpen, kSubject, words(kDependencyNotAllowed)}},
+     .message = &kDependencyNotAllowed},
 };
 
 }  // namespace

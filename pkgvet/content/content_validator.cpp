@@ -9,9 +9,7 @@
 #include "pkgvet/base/remove_tree.h"
 #include "pkgvet/content/content_validator_private.h"
 #include "pkgvet/desktop/desktop_entry.h"
-#include "pkgvet/files/file_messages.h"
 #include "pkgvet/package/rpm_meta.h"
-#include "pkgvet/report/logger.h"
 #include "pkgvet/rules/configuration.h"
 
 namespace {
@@ -23,8 +21,6 @@ constexpr const char* kDesktopSuffix = ".desktop";
 
 // What an executable that is a shared object has somewhere in its path on disk.
 constexpr const char* kSharedObject = ".so";
-
-constexpr const char* kNoArch = "noarch";
 
 // A new directory, or nothing. A name such as "dir.soX1yZ" is passed over, since it would make
 // every executable below it look like a shared object and hide, in one run of 3,844, those out of
@@ -116,21 +112,6 @@ int ContentValidator::removeDir(const char* path, const struct stat* st, int /*t
     return S_ISDIR(st->st_mode) ? rmdir(path) : unlink(path);
 }
 
-// Two bits are tested and not the whole type: a socket, whose type shares the bit of a regular
-// file, counts as well.
-bool ContentValidator::isExecutable(const std::string& path) const {
-    struct stat status {};
-    constexpr mode_t kWanted = S_IFREG | S_IXUSR;
-    return stat(path.c_str(), &status) == 0 && (status.st_mode & kWanted) == kWanted;
-}
-
 bool ContentValidator::endsWith(const std::string& text, const std::string& suffix) const {
     return text.ends_with(suffix);
-}
-
-void ContentValidator::checkArch(const RpmMeta& meta) {
-    if (meta.arch() != kNoArch && d_ptr->desktopFacts.qmlOnly &&
-        !d_ptr->binaryFacts.archSpecificContent) {
-        Logger::log(LogLevel::Warning, {pkgvet::kQmlOnlyShouldBeNoarch});
-    }
 }

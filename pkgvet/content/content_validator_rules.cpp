@@ -2,6 +2,7 @@
 #include "pkgvet/content/content_validator.h"
 #include "pkgvet/content/content_validator_private.h"
 #include "pkgvet/desktop/desktop_rules.h"
+#include "pkgvet/elf/binary_rules.h"
 #include "pkgvet/files/file_rules.h"
 #include "pkgvet/package/rpm_meta.h"
 #include "pkgvet/qml/qml_rules.h"
@@ -10,8 +11,16 @@ bool ContentValidator::binRequired() const {
     return pkgvet::isBinaryRequired(d_ptr->desktopFacts.qmlOnly, d_ptr->fileFacts);
 }
 
+bool ContentValidator::isExecutable(const std::string& path) const {
+    return pkgvet::isExecutable(path);
+}
+
 bool ContentValidator::isBlacklistedExtension(const std::string& path) const {
     return pkgvet::isBlacklistedExtension(path);
+}
+
+bool ContentValidator::isRpathEmpty(const ElfReader& reader) const {
+    return pkgvet::isRpathEmpty(reader);
 }
 
 void ContentValidator::checkDesktop(const Configuration& configuration, const RpmMeta& meta,
@@ -66,9 +75,42 @@ void ContentValidator::checkQmlImports(const Configuration& configuration, const
                             configuration, root, &d_ptr->qmlFacts, &d_ptr->findings);
 }
 
+void ContentValidator::checkExecutables(const Configuration& configuration, const RpmMeta& rpm,
+                                        const std::string& root) {
+    pkgvet::checkExecutables(
+        configuration, {rpm.name(), rpm.arch(), rpm.paths(), root, d_ptr->desktopFacts.qmlOnly},
+        &d_ptr->binaryFacts, &d_ptr->findings);
+}
+
+void ContentValidator::checkLibraries(const Configuration& configuration, const RpmMeta& rpm,
+                                      const std::string& path) {
+    pkgvet::checkLibraries(configuration, rpm.name(), rpm.paths(), path, &d_ptr->binaryFacts,
+                           &d_ptr->findings);
+}
+
+void ContentValidator::checkRpath(const RpmMeta& rpm, const std::string& path) {
+    pkgvet::checkRpath(rpm.name(), path, d_ptr->desktopFacts.qmlOnly, &d_ptr->binaryFacts,
+                       &d_ptr->findings);
+}
+
+void ContentValidator::processLiblumbraapp(const RpmMeta& rpm) {
+    pkgvet::processLiblumbraapp(rpm.requireNames(), d_ptr->desktopFacts.qmlOnly,
+                                &d_ptr->binaryFacts, &d_ptr->findings);
+}
+
+void ContentValidator::processElfTabs(const std::string& path) {
+    pkgvet::processElfTabs(path, d_ptr->fileFacts.unwantedBinExists, d_ptr->qmlFacts.ostrandImport,
+                           &d_ptr->binaryFacts, &d_ptr->findings);
+}
+
 void ContentValidator::checkIcons(const Configuration& configuration, const RpmMeta& rpm,
                                   const std::string& tempDir) {
     pkgvet::checkIcons(rpm.name(), rpm.paths(), configuration, tempDir, &d_ptr->findings);
+}
+
+void ContentValidator::checkArch(const RpmMeta& meta) {
+    pkgvet::checkArch(meta.arch(), d_ptr->desktopFacts.qmlOnly, d_ptr->binaryFacts,
+                      &d_ptr->findings);
 }
 
 void ContentValidator::checkSandboxing(const RpmMeta& rpm, const std::string& tempDir) {

@@ -8,7 +8,7 @@ namespace pkgvet {
 struct BinaryFacts {
     // Written by checkExecutables.
     bool archSpecificContent = false;  // read by checkArch
-    bool privateSharedObject = false;  // read by nobody
+    bool privateSharedObject = false;  // not read anywhere
     bool mainBinExec = false;
 
     // Written by checkLibraries: the main binary needs a library of the package's own. Read by

@@ -1,23 +1,23 @@
 // The rule on what may be executable in a package, and where.
-#include <algorithm>
-#include <iterator>
+#include <sys/stat.h>
+
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "pkgvet/content/content_validator.h"
-#include "pkgvet/content/content_validator_private.h"
-#include "pkgvet/elf/elf_messages.h"
+#include "pkgvet/elf/binary_facts.h"
+#include "pkgvet/elf/binary_messages.h"
+#include "pkgvet/elf/binary_rules.h"
 #include "pkgvet/elf/elf_reader.h"
-#include "pkgvet/package/rpm_meta.h"
+#include "pkgvet/elf/executable_format.h"
 #include "pkgvet/pattern/regex.h"
 #include "pkgvet/pattern/rule_pattern.h"
-#include "pkgvet/report/logger.h"
+#include "pkgvet/report/findings.h"
 #include "pkgvet/rules/configuration.h"
 
-namespace {
+namespace pkgvet {
 
-constexpr std::string_view kNoArch = "noarch";
+namespace {
 
 // Around the names that the patterns are built from.
 constexpr const char* kBelow = "/.*";
@@ -26,20 +26,15 @@ constexpr const char* kSharedObjectInLib = R"(/lib/.*\.so.*)";
 constexpr std::string_view kSharedObject = R"(.*\.so.*)";
 
 Regex rulePattern(std::string_view text) {
-    return Regex(text, pkgvet::kRulePattern.compile, pkgvet::kRulePattern.match);
-}
-
-bool hasGoodFormat(const ElfReader& reader) {
-    const bool isLoaded =
-        reader.elfClass() == ElfClass::Elf32 || reader.elfClass() == ElfClass::Elf64;
-    return isLoaded && reader.encoding() == ElfEncoding::LittleEndian;
+    return Regex(text, kRulePattern.compile, kRulePattern.match);
 }
 
 enum class Place { MainBinary, Libexec, PrivateLibrary, SharedObject, Wrong };
 
 // Where an executable stands. Nothing here is anchored at the package's root: the main binary's
-// path counts wherever it occurs in a path, as the patterns do, so that a path that merely begins
-// with it, or has ".so" in the name of a directory, is good as well.
+// path counts wherever it occurs in a path, as the patterns do. So a path that merely begins with
+// it is good as well, and so is one with ".so" in the name of a directory. Anchoring them would
+// reject packages that are accepted.
 class PlaceFinder {
 public:
     PlaceFinder(const Configuration& configuration, const std::string& packageName)
@@ -71,52 +66,60 @@ private:
     Regex sharedObject_;
 };
 
-// Paths on disk of the files of the package that their owner may execute.
-std::vector<std::string> executablesBelow(const std::string& root, const RpmMeta& rpm,
-                                          const ContentValidator& validator) {
-    std::vector<std::string> executables;
-    for (const std::string& path : rpm.paths()) {
-        if (validator.isExecutable(root + path)) {
-            executables.push_back(root + path);
+// Judges the format of all executables, and returns the paths of the good ones.
+std::vector<std::string> checkFormats(const PackageFiles& files, BinaryFacts* facts,
+                                      Findings* findings) {
+    std::vector<std::string> goodPaths;
+    for (const std::string& path : files.paths) {
+        const std::string file = files.root + path;
+        if (!isExecutable(file)) {
+            continue;
+        }
+        if (!hasGoodFormat(ElfReader(file.c_str()))) {
+            findings->violation(kExecutableBadFormat, {path});
+            continue;
+        }
+        facts->archSpecificContent = true;
+        if (files.arch == kNoArch) {
+            findings->warning(kShouldNotBeNoarch);
+        }
+        goodPaths.push_back(path);
+    }
+    return goodPaths;
+}
+
+void checkPlaces(const PlaceFinder& places, const std::string& root,
+                 const std::vector<std::string>& paths, BinaryFacts* facts, Findings* findings) {
+    for (const std::string& path : paths) {
+        const Place place = places.find(root + path);
+        facts->mainBinExec |= place == Place::MainBinary;
+        facts->privateSharedObject |= place == Place::PrivateLibrary;
+        if (place == Place::Wrong) {
+            findings->violation(kExecutableBadLocation, {path});
         }
     }
-    return executables;
 }
 
 }  // namespace
 
-void ContentValidator::checkExecutables(const Configuration& configuration, const RpmMeta& rpm,
-                                        const std::string& root) {
-    const auto report = [this, &root](const std::string& path, std::string_view finding) {
-        d_ptr->failures |= pkgvet::kViolation;
-        Logger::log(LogLevel::Error, {"[", std::string_view(path).substr(root.size()), finding});
-    };
+// Two bits and not a comparison of the whole type: a socket, whose type shares the bit of a regular
+// file, counts as well.
+bool isExecutable(const std::string& path) {
+    struct stat status {};
+    constexpr mode_t kWanted = S_IFREG | S_IXUSR;
+    return stat(path.c_str(), &status) == 0 && (status.st_mode & kWanted) == kWanted;
+}
 
-    std::vector<std::string> elfExecutables;
-    for (const std::string& path : executablesBelow(root, rpm, *this)) {
-        if (!hasGoodFormat(ElfReader(path.c_str()))) {
-            report(path, pkgvet::kExecutableBadFormat);
-            continue;
-        }
-        d_ptr->binaryFacts.archSpecificContent = true;
-        if (rpm.arch() == kNoArch) {
-            Logger::log(LogLevel::Warning, {pkgvet::kShouldNotBeNoarch});
-        }
-        elfExecutables.push_back(path);
-    }
-
-    const PlaceFinder places(configuration, rpm.name());
-    for (const std::string& path : elfExecutables) {
-        const Place place = places.find(path);
-        d_ptr->binaryFacts.mainBinExec |= place == Place::MainBinary;
-        d_ptr->binaryFacts.privateSharedObject |= place == Place::PrivateLibrary;
-        if (place == Place::Wrong) {
-            report(path, pkgvet::kExecutableBadLocation);
-        }
-    }
-
-    if (!d_ptr->desktopFacts.qmlOnly && !d_ptr->binaryFacts.mainBinExec) {
-        d_ptr->failures |= pkgvet::kViolation;
-        Logger::log(LogLevel::Error, {pkgvet::kMainBinaryMustBeExecutable});
+// All formats are judged before the first place, so that findings come in two groups, each in the
+// order of the package.
+void checkExecutables(const Configuration& configuration, const PackageFiles& files,
+                      BinaryFacts* facts, Findings* findings) {
+    const std::vector<std::string> goodPaths = checkFormats(files, facts, findings);
+    checkPlaces(PlaceFinder(configuration, files.packageName), files.root, goodPaths, facts,
+                findings);
+    if (!files.isQmlOnly && !facts->mainBinExec) {
+        findings->violation(kMainBinaryMustBeExecutable);
     }
 }
+
+}  // namespace pkgvet

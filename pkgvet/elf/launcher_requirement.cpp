@@ -4,15 +4,17 @@
 #include <string>
 #include <string_view>
 
-#include "pkgvet/content/content_validator.h"
-#include "pkgvet/content/content_validator_private.h"
-#include "pkgvet/elf/elf_messages.h"
-#include "pkgvet/package/rpm_meta.h"
-#include "pkgvet/report/logger.h"
+#include "pkgvet/elf/binary_facts.h"
+#include "pkgvet/elf/binary_messages.h"
+#include "pkgvet/elf/binary_rules.h"
+#include "pkgvet/report/findings.h"
+
+namespace pkgvet {
 
 namespace {
 
-// The same library under its former name and its present one.
+// The same library under its former name and its present one. Either counts as the launcher, while
+// the finding on a missing requirement asks for the present one only.
 constexpr std::array<std::string_view, 2> kLaunchers = {"liblumbraapp-launcher",
                                                         "libtessaraapp-launcher"};
 
@@ -22,23 +24,23 @@ bool isLauncher(const std::string& name) {
 
 }  // namespace
 
-// QML-only packages must require the launcher, all others must not.
-void ContentValidator::processLiblumbraapp(const RpmMeta& rpm) {
-    d_ptr->binaryFacts.launcherSpec = d_ptr->desktopFacts.qmlOnly;
-    for (const std::string& name : rpm.requireNames()) {
+void processLiblumbraapp(const std::vector<std::string>& requireNames, bool isQmlOnly,
+                         BinaryFacts* facts, Findings* findings) {
+    facts->launcherSpec = isQmlOnly;
+    for (const std::string& name : requireNames) {
         if (!isLauncher(name)) {
             continue;
         }
-        if (d_ptr->desktopFacts.qmlOnly) {
-            d_ptr->binaryFacts.launcherSpec = false;
+        if (isQmlOnly) {
+            facts->launcherSpec = false;
         } else {
-            d_ptr->failures |= pkgvet::kViolation;
-            d_ptr->binaryFacts.launcherDesktop = true;
-            Logger::log(LogLevel::Error, {pkgvet::kInvalidRequires, name});
+            facts->launcherDesktop = true;
+            findings->violation(kInvalidRequires, {name});
         }
     }
-    if (d_ptr->binaryFacts.launcherSpec) {
-        d_ptr->failures |= pkgvet::kViolation;
-        Logger::log(LogLevel::Error, {pkgvet::kAddRequires});
+    if (facts->launcherSpec) {
+        findings->violation(kAddRequires);
     }
 }
+
+}  // namespace pkgvet

@@ -6,21 +6,19 @@
 #include <string>
 #include <string_view>
 #include <unordered_set>
-#include <utility>
 #include <vector>
 
-#include "pkgvet/content/content_validator.h"
-#include "pkgvet/content/content_validator_private.h"
-#include "pkgvet/elf/elf_messages.h"
+#include "pkgvet/elf/binary_facts.h"
+#include "pkgvet/elf/binary_messages.h"
+#include "pkgvet/elf/binary_rules.h"
 #include "pkgvet/elf/elf_reader.h"
-#include "pkgvet/package/rpm_meta.h"
 #include "pkgvet/pattern/pattern_list.h"
-#include "pkgvet/report/logger.h"
+#include "pkgvet/report/findings.h"
 #include "pkgvet/rules/configuration.h"
 
-namespace {
+namespace pkgvet {
 
-using pkgvet::PatternList;
+namespace {
 
 constexpr const char* kLibraryDirectory = "/usr/lib/3rdparty/";
 
@@ -30,21 +28,12 @@ constexpr std::size_t kAroundStem = 6;
 
 enum class LibraryProblem { UnstableOrDeprecated, NotAllowed };
 
-struct Finding {
+struct LibraryFinding {
     std::string name;
     LibraryProblem kind;
 };
 
 // Elements keep their order and duplicates.
-std::vector<std::string> matching(const std::vector<std::string>& names,
-                                  const std::vector<std::string>& patterns) {
-    PatternList list(patterns);
-    std::vector<std::string> result;
-    std::copy_if(names.begin(), names.end(), std::back_inserter(result),
-                 [&list](const std::string& name) { return list.matches(name); });
-    return result;
-}
-
 std::vector<std::string> notMatching(const std::vector<std::string>& names,
                                      const std::vector<std::string>& patterns) {
     PatternList list(patterns);
@@ -54,18 +43,32 @@ std::vector<std::string> notMatching(const std::vector<std::string>& names,
     return result;
 }
 
-void append(std::vector<Finding>& findings, std::vector<std::string> names, LibraryProblem kind) {
-    for (std::string& name : names) {
-        findings.push_back({std::move(name), kind});
+void appendTolerated(const std::vector<std::string>& suspects,
+                     const std::vector<std::string>& patterns,
+                     std::vector<LibraryFinding>* findings) {
+    PatternList list(patterns);
+    for (const std::string& name : suspects) {
+        if (list.matches(name)) {
+            findings->push_back({name, LibraryProblem::UnstableOrDeprecated});
+        }
     }
 }
 
-// The suspects without findings, sorted and each once. A library has as many findings as it has
-// elements, or twice as many if it is on both lists, so no element of it is left.
+// One finding for each element that is on a list, and two if it is on both.
+std::vector<LibraryFinding> toleratedOnes(const std::vector<std::string>& suspects,
+                                          const Configuration& configuration) {
+    std::vector<LibraryFinding> findings;
+    appendTolerated(suspects, configuration.unstableLibraries(), &findings);
+    appendTolerated(suspects, configuration.deprecatedLibraries(), &findings);
+    return findings;
+}
+
+// The suspects without findings, sorted and each once. A library has at least as many findings as
+// it has elements, so that no element of it is left.
 std::set<std::string> remaining(const std::vector<std::string>& suspects,
-                                const std::vector<Finding>& findings) {
+                                const std::vector<LibraryFinding>& findings) {
     std::set<std::string> rest(suspects.begin(), suspects.end());
-    for (const Finding& finding : findings) {
+    for (const LibraryFinding& finding : findings) {
         rest.erase(finding.name);
     }
     return rest;
@@ -77,14 +80,15 @@ std::string stemOf(const std::string& library) {
     return library.substr(kStemBegin, library.size() - kAroundStem);
 }
 
-// Whether a package keeps a library in one of the places for its own. Its file list decides, not
-// what was unpacked.
+// Whether a package keeps a library in one of the places for its own libraries. Its file list
+// decides, not what was unpacked.
 class OwnLibraries {
 public:
-    OwnLibraries(const Configuration& configuration, const RpmMeta& rpm)
-        : shareRoot_(configuration.shareDir() + rpm.name() + "/"),
-          libRoot_(kLibraryDirectory + rpm.name() + "/"),
-          paths_(rpm.paths().begin(), rpm.paths().end()) {}
+    OwnLibraries(const Configuration& configuration, const std::string& packageName,
+                 const std::vector<std::string>& paths)
+        : shareRoot_(configuration.shareDir() + packageName + "/"),
+          libRoot_(kLibraryDirectory + packageName + "/"),
+          paths_(paths.begin(), paths.end()) {}
 
     bool contain(const std::string& library) const {
         const std::string plugin = "qmlplugins/" + stemOf(library) + "/" + library;
@@ -108,39 +112,39 @@ private:
     std::unordered_set<std::string_view> paths_;
 };
 
+void report(const std::vector<LibraryFinding>& libraries, Findings* findings) {
+    for (const LibraryFinding& library : libraries) {
+        if (library.kind == LibraryProblem::UnstableOrDeprecated) {
+            findings->warning(kLibraryUnstable, {library.name});
+        } else {
+            findings->violation(kLibraryNotAllowed, {library.name});
+        }
+    }
+}
+
 }  // namespace
 
 // All names are tried before the first line is written, so that a pattern that does not compile, or
 // a name that is too short, ends the rule without half of its findings.
-void ContentValidator::checkLibraries(const Configuration& configuration, const RpmMeta& rpm,
-                                      const std::string& path) {
-    const ElfReader reader(path.c_str());
+void checkLibraries(const Configuration& configuration, const std::string& packageName,
+                    const std::vector<std::string>& paths, const std::string& binary,
+                    BinaryFacts* facts, Findings* findings) {
+    const ElfReader reader(binary.c_str());
     const std::vector<std::string> suspects =
         notMatching(reader.libraries(), configuration.allowedLibraries());
     if (suspects.empty()) {
         return;
     }
-    std::vector<Finding> findings;
-    append(findings, matching(suspects, configuration.unstableLibraries()),
-           LibraryProblem::UnstableOrDeprecated);
-    append(findings, matching(suspects, configuration.deprecatedLibraries()),
-           LibraryProblem::UnstableOrDeprecated);
-
-    const OwnLibraries ownLibraries(configuration, rpm);
-    for (const std::string& library : remaining(suspects, findings)) {
+    std::vector<LibraryFinding> libraries = toleratedOnes(suspects, configuration);
+    const OwnLibraries ownLibraries(configuration, packageName, paths);
+    for (const std::string& library : remaining(suspects, libraries)) {
         if (ownLibraries.contain(library)) {
-            d_ptr->binaryFacts.linksPrivateLibrary = true;
+            facts->linksPrivateLibrary = true;
         } else {
-            findings.push_back({library, LibraryProblem::NotAllowed});
+            libraries.push_back({library, LibraryProblem::NotAllowed});
         }
     }
-
-    for (const Finding& finding : findings) {
-        if (finding.kind == LibraryProblem::UnstableOrDeprecated) {
-            Logger::log(LogLevel::Warning, {"[", finding.name, pkgvet::kLibraryUnstable});
-        } else {
-            d_ptr->failures |= pkgvet::kViolation;
-            Logger::log(LogLevel::Error, {"[", finding.name, pkgvet::kLibraryNotAllowed});
-        }
-    }
+    report(libraries, findings);
 }
+
+}  // namespace pkgvet

@@ -6,12 +6,13 @@
 #include <string>
 #include <string_view>
 
-#include "pkgvet/content/content_validator.h"
-#include "pkgvet/content/content_validator_private.h"
-#include "pkgvet/elf/elf_messages.h"
+#include "pkgvet/elf/binary_facts.h"
+#include "pkgvet/elf/binary_messages.h"
+#include "pkgvet/elf/binary_rules.h"
 #include "pkgvet/elf/elf_reader.h"
-#include "pkgvet/package/rpm_meta.h"
-#include "pkgvet/report/logger.h"
+#include "pkgvet/report/findings.h"
+
+namespace pkgvet {
 
 namespace {
 
@@ -27,6 +28,7 @@ PermittedDirectories permittedDirectories(const std::string& packageName) {
             "/usr/share/" + packageName + "/libs", "/usr/lib/3rdparty/" + packageName};
 }
 
+// A directory below entry is permitted, and a sibling whose name only begins like it is not.
 bool rpathTokenPermitted(std::string_view token, std::string_view entry) {
     return token.starts_with(entry) && (token.size() == entry.size() || token[entry.size()] == '/');
 }
@@ -55,29 +57,28 @@ bool isRpathPermitted(const std::string& rpath, const PermittedDirectories& perm
 
 }  // namespace
 
-bool ContentValidator::isRpathEmpty(const ElfReader& reader) const {
+bool isRpathEmpty(const ElfReader& reader) {
     return reader.rpath().empty();
 }
 
-void ContentValidator::checkRpath(const RpmMeta& rpm, const std::string& path) {
-    const ElfReader reader(path.c_str());
+void checkRpath(const std::string& packageName, const std::string& binary, bool isQmlOnly,
+                BinaryFacts* facts, Findings* findings) {
+    const ElfReader reader(binary.c_str());
     if (!isRpathEmpty(reader)) {
-        d_ptr->binaryFacts.rpathExists = true;
-        d_ptr->binaryFacts.rpathStatus =
-            isRpathPermitted(reader.rpath(), permittedDirectories(rpm.name()));
+        facts->rpathExists = true;
+        facts->rpathStatus = isRpathPermitted(reader.rpath(), permittedDirectories(packageName));
     }
-    if (d_ptr->desktopFacts.qmlOnly) {
+    if (isQmlOnly) {
         return;
     }
     // Only a package that keeps libraries for its main binary needs a run path to them.
-    if (!d_ptr->binaryFacts.rpathExists) {
-        d_ptr->binaryFacts.rpathStatus = !d_ptr->binaryFacts.linksPrivateLibrary;
-        Logger::log(LogLevel::Warning, {pkgvet::kRpathEmpty});
+    if (!facts->rpathExists) {
+        facts->rpathStatus = !facts->linksPrivateLibrary;
+        findings->warning(kRpathEmpty);
     }
-    if (d_ptr->binaryFacts.rpathStatus) {
-        return;
+    if (!facts->rpathStatus) {
+        findings->violation(facts->rpathExists ? kRpathNotAllowed : kRpathMissing);
     }
-    d_ptr->failures |= pkgvet::kViolation;
-    Logger::log(LogLevel::Error, {d_ptr->binaryFacts.rpathExists ? pkgvet::kRpathNotAllowed
-                                                                 : pkgvet::kRpathMissing});
 }
+
+}  // namespace pkgvet

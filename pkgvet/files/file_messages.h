@@ -7,8 +7,6 @@
 
 namespace pkgvet {
 
-inline constexpr std::string_view kQmlOnlyShouldBeNoarch = "[arch] QML-only RPMs should be noarch";
-
 // Places.
 inline constexpr Message kMainBinaryMustNotExist = {
     "[binary] Main binary must not exist. Desktop file uses lumbra-qml"};

@@ -1,28 +1,25 @@
-// The rules on a package's name and its dependency lists.
+// The rules on a package's dependency lists.
 #include <algorithm>
+#include <array>
+#include <span>
 #include <string_view>
 
-#include "pkgvet/meta/meta_messages.h"
-#include "pkgvet/meta/meta_validator.h"
-#include "pkgvet/meta/meta_validator_private.h"
-#include "pkgvet/package/rpm_meta.h"
+#include "pkgvet/meta/header_facts.h"
+#include "pkgvet/meta/header_messages.h"
+#include "pkgvet/meta/header_rules.h"
 #include "pkgvet/pattern/pattern_list.h"
 #include "pkgvet/pattern/regex.h"
 #include "pkgvet/pattern/rule_pattern.h"
-#include "pkgvet/report/logger.h"
+#include "pkgvet/report/findings.h"
 #include "pkgvet/rules/configuration.h"
+
+namespace pkgvet {
 
 namespace {
 
-using pkgvet::kRulePattern;
-using pkgvet::PatternList;
-
-// Not anchored: some stretch of the name with three components is enough.
-constexpr std::string_view kDomainNotation = R"([^.]+\.[^.]+(\.[^.]+)+)";
-
 constexpr std::string_view kPlainApplication = R"(application\(\))";
-constexpr std::string_view kOwnApplicationBegin = R"(application\()";
-constexpr std::string_view kOwnApplicationEnd = R"(\.desktop\))";
+constexpr const char* kOwnApplicationBegin = R"(application\()";
+constexpr const char* kOwnApplicationEnd = R"(\.desktop\))";
 constexpr std::string_view kHandler = R"(mimehandler\(.*\))";
 constexpr std::size_t kHandlerBegin = 12;   // the size of "mimehandler("
 constexpr std::size_t kHandlerAround = 13;  // and of the closing parenthesis
@@ -30,7 +27,7 @@ constexpr std::size_t kHandlerAround = 13;  // and of the closing parenthesis
 constexpr std::string_view kWideSuffix = "(64bit)";
 constexpr std::string_view kUnversioned = "()";
 
-Regex rulePattern(const std::string& text) {
+Regex rulePattern(std::string_view text) {
     return Regex(text, kRulePattern.compile, kRulePattern.match);
 }
 
@@ -40,140 +37,152 @@ bool isFoundInAny(const std::string& name, const std::vector<std::string>& texts
                        [&](const std::string& text) { return pattern.match(text).has_value(); });
 }
 
-// A dependency name as the rule lists know it. A "()" anywhere in front of the suffix costs two
-// characters, even where it does not stand directly there.
-std::string baseName(const std::string& text) {
-    std::size_t size = text.rfind(kWideSuffix);
+// A dependency's name as the rule lists know it: "libfoo.so.1" for "libfoo.so.1()(64bit)". A "()"
+// anywhere in front of the suffix costs two characters, even where it does not stand directly
+// there.
+std::string baseName(const std::string& dependency) {
+    std::size_t size = dependency.rfind(kWideSuffix);
     if (size == std::string::npos) {
-        return text;
+        return dependency;
     }
-    if (text.rfind(kUnversioned, size) != std::string::npos) {
+    if (dependency.rfind(kUnversioned, size) != std::string::npos) {
         size -= kUnversioned.size();
     }
-    return text.substr(0, size);
+    return dependency.substr(0, size);
 }
 
-// Cut by fixed positions although the pattern is not anchored, so that a provide with text ahead of
-// "mimehandler(" gets a handler shifted to the left.
-std::string handlerOf(const std::string& provide) {
-    return provide.substr(kHandlerBegin, provide.size() - kHandlerAround);
-}
-
-// Lists in the order in which they are asked.
-class ListChain {
+// What the provides of one package are held against.
+class ProvidePatterns {
 public:
-    ListChain(std::initializer_list<std::vector<std::string>> lists)
-        : lists_(lists.begin(), lists.end()) {}
+    ProvidePatterns(const Configuration& configuration, const std::string& packageName)
+        : ownName_(rulePattern(Regex::escape(packageName) + ".*")),
+          plainApplication_(rulePattern(kPlainApplication)),
+          ownApplication_(
+              rulePattern(kOwnApplicationBegin + Regex::escape(packageName) + kOwnApplicationEnd)),
+          mandatoryName_(rulePattern(Regex::escape(configuration.provides()))),
+          handler_(rulePattern(kHandler)),
+          disallowedHandlers_(configuration.disallowedHandlers()) {}
 
-    bool contains(const std::string& dependency) {
-        const std::string name = baseName(dependency);
-        return std::any_of(lists_.begin(), lists_.end(),
-                           [&name](PatternList& list) { return list.matches(name); });
+    bool permit(const std::string& provide) {
+        return ownName_.match(provide) || plainApplication_.match(provide) ||
+               ownApplication_.match(provide) || mandatoryName_.match(provide) ||
+               (handler_.match(provide) && !isDisallowedHandler(provide));
     }
 
 private:
-    std::vector<PatternList> lists_;
+    // The handler is cut out by fixed positions although its pattern is not anchored. A provide
+    // with text ahead of "mimehandler(" therefore has its handler read from further left.
+    bool isDisallowedHandler(const std::string& provide) {
+        return disallowedHandlers_.matches(
+            baseName(provide.substr(kHandlerBegin, provide.size() - kHandlerAround)));
+    }
+
+    Regex ownName_;
+    Regex plainApplication_;
+    Regex ownApplication_;
+    Regex mandatoryName_;
+    Regex handler_;
+    PatternList disallowedHandlers_;
 };
+
+// Asks the lists in their order, so that a hit in one keeps a bad pattern of a later one from being
+// tried.
+bool isListed(const std::string& dependency, std::span<PatternList> lists) {
+    const std::string name = baseName(dependency);
+    return std::any_of(lists.begin(), lists.end(),
+                       [&name](PatternList& list) { return list.matches(name); });
+}
+
+struct OpenRequirement {
+    std::string name;
+    bool isTolerated;
+};
+
+// The requirements that are on no list of allowed ones.
+std::vector<OpenRequirement> openRequirements(const Configuration& configuration,
+                                              const std::vector<std::string>& requireNames) {
+    std::array allowed = {PatternList(configuration.allowedRequires()),
+                          PatternList(configuration.allowedLibraries())};
+    std::vector<OpenRequirement> open;
+    for (const std::string& name : requireNames) {
+        if (!isListed(name, allowed)) {
+            open.push_back({name, false});
+        }
+    }
+    std::array tolerated = {PatternList(configuration.unstableRequires()),
+                            PatternList(configuration.unstableLibraries()),
+                            PatternList(configuration.deprecatedRequires()),
+                            PatternList(configuration.deprecatedLibraries())};
+    for (OpenRequirement& requirement : open) {
+        requirement.isTolerated = isListed(requirement.name, tolerated);
+    }
+    return open;
+}
 
 }  // namespace
 
-void MetaValidator::checkDomainNotation(const RpmMeta& rpm) {
-    if (Regex::matchSimple(kDomainNotation, rpm.name(), kRulePattern.compile, kRulePattern.match)) {
+void checkMandatoryProvide(const std::string& mandatoryName,
+                           const std::vector<std::string>& provides, HeaderFacts* facts,
+                           Findings* findings) {
+    if (mandatoryName.empty() || isFoundInAny(mandatoryName, provides)) {
         return;
     }
-    d_ptr->failures |= pkgvet::kViolation;
-    d_ptr->domainNotation = false;
-    Logger::log(LogLevel::Error, {pkgvet::kNotDomainNotation});
+    facts->mandatoryProvide = false;
+    findings->violation(kMandatoryProvideMissing, {mandatoryName, mandatoryName});
 }
 
-void MetaValidator::checkMandatoryProvide(const Configuration& config, const RpmMeta& rpm) {
-    const std::string& name = config.provides();
-    if (name.empty() || isFoundInAny(name, rpm.provides())) {
+void checkMandatoryConflict(const std::string& mandatoryName,
+                            const std::vector<std::string>& conflicts, HeaderFacts* facts,
+                            Findings* findings) {
+    if (mandatoryName.empty() || isFoundInAny(mandatoryName, conflicts)) {
         return;
     }
-    d_ptr->failures |= pkgvet::kViolation;
-    d_ptr->mandatoryProvide = false;
-    Logger::log(LogLevel::Error,
-                {"[", name, pkgvet::kProvidesInfix, name, pkgvet::kMustBeSpecified});
+    facts->mandatoryConflict = false;
+    findings->violation(kMandatoryConflictMissing, {mandatoryName, mandatoryName});
 }
 
-// The mandatory conflict is the mandatory provide: it has no configuration of its own.
-void MetaValidator::checkMandatoryConflict(const Configuration& config, const RpmMeta& rpm) {
-    const std::string& name = config.provides();
-    if (name.empty() || isFoundInAny(name, rpm.conflicts())) {
-        return;
-    }
-    d_ptr->failures |= pkgvet::kViolation;
-    d_ptr->mandatoryConflict = false;
-    Logger::log(LogLevel::Error,
-                {"[", name, pkgvet::kConflictsInfix, name, pkgvet::kMustBeSpecified});
-}
-
-void MetaValidator::checkProvides(const Configuration& config, const RpmMeta& rpm) {
-    const std::string name = Regex::escape(rpm.name());
-    const Regex ownName = rulePattern(name + ".*");
-    const Regex plainApplication = rulePattern(std::string(kPlainApplication));
-    const Regex ownApplication =
-        rulePattern(std::string(kOwnApplicationBegin) + name + std::string(kOwnApplicationEnd));
-    const Regex mandatoryName = rulePattern(Regex::escape(config.provides()));
-    const Regex handler = rulePattern(std::string(kHandler));
-    ListChain disallowedHandlers({config.disallowedHandlers()});
-
-    const auto isPermitted = [&](const std::string& provide) {
-        if (ownName.match(provide) || plainApplication.match(provide) ||
-            ownApplication.match(provide) || mandatoryName.match(provide)) {
-            return true;
-        }
-        return handler.match(provide) && !disallowedHandlers.contains(handlerOf(provide));
-    };
-    for (const std::string& provide : rpm.provides()) {
-        if (!isPermitted(provide)) {
-            d_ptr->failures |= pkgvet::kViolation;
-            Logger::log(LogLevel::Error,
-                        {"[", provide, pkgvet::kProvidesInfix, provide, pkgvet::kNotAllowedInRpm});
+void checkProvides(const Configuration& configuration, const std::string& packageName,
+                   const std::vector<std::string>& provides, Findings* findings) {
+    ProvidePatterns patterns(configuration, packageName);
+    for (const std::string& provide : provides) {
+        if (!patterns.permit(provide)) {
+            findings->violation(kProvideNotAllowed, {provide, provide});
         }
     }
 }
 
 // With no mandatory name the pattern is empty and matches nothing: every conflict is a finding.
-void MetaValidator::checkConflicts(const Configuration& config, const RpmMeta& rpm) {
-    const Regex mandatoryName = rulePattern(Regex::escape(config.provides()));
-    for (const std::string& conflict : rpm.conflicts()) {
-        if (!mandatoryName.match(conflict)) {
-            d_ptr->failures |= pkgvet::kViolation;
-            Logger::log(LogLevel::Error, {"[", conflict, pkgvet::kConflictsInfix, conflict,
-                                          pkgvet::kNotAllowedInRpm});
+void checkConflicts(const std::string& mandatoryName, const std::vector<std::string>& conflicts,
+                    Findings* findings) {
+    const Regex pattern = rulePattern(Regex::escape(mandatoryName));
+    for (const std::string& conflict : conflicts) {
+        if (!pattern.match(conflict)) {
+            findings->violation(kConflictNotAllowed, {conflict, conflict});
         }
+    }
+}
+
+void checkObsoletes(const std::vector<std::string>& obsoletes, Findings* findings) {
+    for (const std::string& name : obsoletes) {
+        findings->violation(kObsoleteNotAllowed, {name, name});
     }
 }
 
 // All names are tried before the first line is written, so that a pattern that does not compile
 // ends the rule without half of its findings.
-void MetaValidator::checkRequires(const Configuration& config, const RpmMeta& rpm) {
-    ListChain allowed({config.allowedRequires(), config.allowedLibraries()});
-    std::vector<std::string> open;
-    std::copy_if(rpm.requireNames().begin(), rpm.requireNames().end(), std::back_inserter(open),
-                 [&allowed](const std::string& name) { return !allowed.contains(name); });
-
-    ListChain tolerated({config.unstableRequires(), config.unstableLibraries(),
-                         config.deprecatedRequires(), config.deprecatedLibraries()});
-    std::vector<bool> isTolerated;
-    isTolerated.reserve(open.size());
-    for (const std::string& name : open) {
-        isTolerated.push_back(tolerated.contains(name));
-    }
-
-    for (std::size_t i = 0; i < open.size(); ++i) {
-        if (isTolerated[i]) {
-            Logger::log(LogLevel::Warning, {"[", open[i], pkgvet::kDependencyUnstable});
+void checkRequires(const Configuration& configuration, const std::vector<std::string>& requireNames,
+                   Findings* findings) {
+    for (const OpenRequirement& requirement : openRequirements(configuration, requireNames)) {
+        if (requirement.isTolerated) {
+            findings->warning(kDependencyUnstable, {requirement.name});
         } else {
-            d_ptr->failures |= pkgvet::kViolation;
-            Logger::log(LogLevel::Error, {"[", open[i], pkgvet::kDependencyNotAllowed});
+            findings->violation(kDependencyNotAllowed, {requirement.name});
         }
     }
 }
 
-bool MetaValidator::vectorContains(const std::vector<std::string>& patterns,
-                                   const std::string& text) {
-    return PatternList(patterns).matches(baseName(text));
+bool vectorContains(const std::vector<std::string>& patterns, const std::string& dependency) {
+    return PatternList(patterns).matches(baseName(dependency));
 }
+
+}  // namespace pkgvet

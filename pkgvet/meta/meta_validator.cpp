@@ -1,20 +1,12 @@
-// The order of the rules on a header, its verdict, and the rules that need no list.
+// The life of a MetaValidator, the order of its rules and its verdict.
 #include "pkgvet/meta/meta_validator.h"
 
-#include <string_view>
 #include <utility>
 
-#include "pkgvet/meta/meta_messages.h"
+#include "pkgvet/meta/header_rules.h"
 #include "pkgvet/meta/meta_validator_private.h"
 #include "pkgvet/package/rpm_meta.h"
-#include "pkgvet/report/logger.h"
 #include "pkgvet/rules/configuration.h"
-
-namespace {
-
-constexpr std::string_view kToleratedVendor = "pelzo";
-
-}  // namespace
 
 MetaValidator::MetaValidator() : d_ptr(std::make_unique<MetaValidatorPrivate>()) {}
 
@@ -32,21 +24,23 @@ MetaValidator& MetaValidator::operator=(MetaValidator&& other) noexcept {
 MetaValidator::~MetaValidator() = default;
 
 bool MetaValidator::domainNotation() const {
-    return d_ptr->domainNotation;
+    return d_ptr->facts.domainNotation;
 }
 
 bool MetaValidator::mandatoryProvide() const {
-    return d_ptr->mandatoryProvide;
+    return d_ptr->facts.mandatoryProvide;
 }
 
 bool MetaValidator::mandatoryConflict() const {
-    return d_ptr->mandatoryConflict;
+    return d_ptr->facts.mandatoryConflict;
 }
 
 bool MetaValidator::scripts() const {
-    return d_ptr->scripts;
+    return d_ptr->facts.scripts;
 }
 
+// Findings go out in the order of the rules, which is part of what users see. No rule reads what
+// another one found.
 bool MetaValidator::validateMeta(const Configuration& config, const RpmMeta& rpm) {
     checkDomainNotation(rpm);
     checkScripts(rpm);
@@ -57,40 +51,53 @@ bool MetaValidator::validateMeta(const Configuration& config, const RpmMeta& rpm
     checkObsoletes(rpm);
     checkVendor(rpm);
     checkRequires(config, rpm);
-    return pkgvet::isAccepted(d_ptr->failures, config.validationEnabled());
+    return d_ptr->findings.isAccepted(config.validationEnabled());
 }
 
 bool MetaValidator::validateMeta(const Configuration& /*config*/) const {
     return false;
 }
 
+void MetaValidator::checkDomainNotation(const RpmMeta& rpm) {
+    pkgvet::checkDomainNotation(rpm.name(), &d_ptr->facts, &d_ptr->findings);
+}
+
 void MetaValidator::checkScripts(const RpmMeta& rpm) {
-    if (!rpm.scriptsFlag()) {
-        return;
-    }
-    d_ptr->failures |= pkgvet::kGraveFinding;
-    d_ptr->scripts = true;
-    Logger::log(LogLevel::Critical, {pkgvet::kScriptsNotAllowed});
+    pkgvet::checkScripts(rpm.scriptsFlag(), &d_ptr->facts, &d_ptr->findings);
+}
+
+void MetaValidator::checkMandatoryProvide(const Configuration& config, const RpmMeta& rpm) {
+    pkgvet::checkMandatoryProvide(config.provides(), rpm.provides(), &d_ptr->facts,
+                                  &d_ptr->findings);
+}
+
+// The mandatory conflict is the mandatory provide: it has no configuration of its own.
+void MetaValidator::checkMandatoryConflict(const Configuration& config, const RpmMeta& rpm) {
+    pkgvet::checkMandatoryConflict(config.provides(), rpm.conflicts(), &d_ptr->facts,
+                                   &d_ptr->findings);
+}
+
+void MetaValidator::checkProvides(const Configuration& config, const RpmMeta& rpm) {
+    pkgvet::checkProvides(config, rpm.name(), rpm.provides(), &d_ptr->findings);
+}
+
+void MetaValidator::checkConflicts(const Configuration& config, const RpmMeta& rpm) {
+    pkgvet::checkConflicts(config.provides(), rpm.conflicts(), &d_ptr->findings);
 }
 
 void MetaValidator::checkObsoletes(const RpmMeta& rpm) {
-    for (const std::string& name : rpm.obsoletes()) {
-        d_ptr->failures |= pkgvet::kViolation;
-        Logger::log(LogLevel::Error,
-                    {"[", name, pkgvet::kObsoletesInfix, name, pkgvet::kNotAllowedInRpm});
-    }
+    pkgvet::checkObsoletes(rpm.obsoletes(), &d_ptr->findings);
 }
 
 void MetaValidator::checkVendor(const RpmMeta& rpm) {
-    const std::string& vendor = rpm.vendor();
-    if (vendor.empty()) {
-        return;
-    }
-    if (vendor == kToleratedVendor) {
-        Logger::log(LogLevel::Warning,
-                    {pkgvet::kVendorIsSet, vendor, pkgvet::kVendorNotRecommended});
-        return;
-    }
-    d_ptr->failures |= pkgvet::kViolation;
-    Logger::log(LogLevel::Error, {pkgvet::kVendorIsSet, vendor, pkgvet::kVendorNotAllowed});
+    pkgvet::checkVendor(rpm.vendor(), &d_ptr->findings);
+}
+
+void MetaValidator::checkRequires(const Configuration& config, const RpmMeta& rpm) {
+    pkgvet::checkRequires(config, rpm.requireNames(), &d_ptr->findings);
+}
+
+bool MetaValidator::vectorContains(const std::vector<std::string>& patterns,
+                                   const std::string& text) {
+    return pkgvet::vectorContains(patterns, text);
 }

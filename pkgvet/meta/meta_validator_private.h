@@ -1,14 +1,10 @@
 // The record behind MetaValidator.
 #pragma once
 
-#include <cstdint>
-
-#include "pkgvet/report/failures.h"
+#include "pkgvet/meta/header_facts.h"
+#include "pkgvet/report/findings.h"
 
 struct MetaValidatorPrivate {
-    std::uint32_t failures = 0;
-    bool domainNotation = true;
-    bool mandatoryProvide = true;
-    bool mandatoryConflict = true;
-    bool scripts = false;
+    pkgvet::HeaderFacts facts;
+    pkgvet::Findings findings;
 };

@@ -1,11 +1,14 @@
 // The rule on the symbols of the main binary.
 #include <gmock/gmock.h>
 
+#include "pkgvet/elf/binary_facts.h"
+#include "pkgvet/elf/binary_rules.h"
+#include "pkgvet/report/findings.h"
 #include "tests/support/captured_log.h"
 #include "tests/support/compiled_elf.h"
 #include "tests/support/elf_image.h"
-#include "tests/support/validator_record.h"
 
+namespace pkgvet {
 namespace {
 
 using Lines = std::vector<std::string>;
@@ -26,7 +29,7 @@ constexpr const char* kBareTable =
 struct Case {
     const char* name;
     std::string description;  // empty: a shell script
-    bool ostrandImport;
+    bool importsToolkit;
     bool mainSymbol;
     bool mainExport;
     bool booster;
@@ -99,57 +102,60 @@ const Case kCases[] = {
 
 class ElfTabs : public testing::Test {
 protected:
-    Lines process(const std::string& path) {
+    Lines process(const std::string& path, bool isInstalled = true, bool importsToolkit = false) {
         const CapturedLog log;
-        validator_.processElfTabs(path);
+        processElfTabs(path, isInstalled, importsToolkit, &facts_, &findings_);
         return log.lines();
     }
 
-    std::string binary(const std::string& description) {
-        return directory_.write(
-            "binary", description.empty() ? "#!/bin/sh\nexec true\n" : elfImage(description));
+    Lines processCase(const Case& test, bool isInstalled) {
+        facts_ = BinaryFacts();
+        findings_ = Findings();
+        const std::string content =
+            test.description.empty() ? "#!/bin/sh\nexec true\n" : elfImage(test.description);
+        return process(directory_.write("binary", content), isInstalled, test.importsToolkit);
     }
 
-    void expectFlags(const Case& test) {
-        EXPECT_EQ(validator_.mainSymbol(), test.mainSymbol);
-        EXPECT_EQ(validator_.mainExport(), test.mainExport);
-        EXPECT_EQ(validator_.booster(), test.booster);
+    void expectFacts(const Case& test) const {
+        EXPECT_EQ(facts_.mainSymbol, test.mainSymbol);
+        EXPECT_EQ(facts_.mainExport, test.mainExport);
+        EXPECT_EQ(facts_.booster, test.booster);
     }
-
-    ContentValidatorPrivate& record() { return recordOf(validator_); }
 
     TemporaryDirectory directory_;
-    ContentValidator validator_{std::string()};
+    BinaryFacts facts_;
+    Findings findings_;
 };
 
 TEST_F(ElfTabs, EachOutcome) {
     for (const Case& test : kCases) {
         SCOPED_TRACE(test.name);
-        record() = ContentValidatorPrivate();
-        record().fileFacts.unwantedBinExists = true;
-        record().qmlFacts.ostrandImport = test.ostrandImport;
-        EXPECT_EQ(process(binary(test.description)), test.lines);
-        expectFlags(test);
+        EXPECT_EQ(processCase(test, true), test.lines);
+        expectFacts(test);
         const bool onlyWarns = test.lines.empty() || test.lines == Lines{kMightFail};
-        EXPECT_EQ(record().failures, onlyWarns ? 0U : pkgvet::kViolation);
+        EXPECT_EQ(findings_.failures(), onlyWarns ? 0U : kViolation);
     }
 }
 
 TEST_F(ElfTabs, PackageWithoutAMainBinaryHasNoFinding) {
     for (const Case& test : kCases) {
         SCOPED_TRACE(test.name);
-        record() = ContentValidatorPrivate();
-        record().qmlFacts.ostrandImport = test.ostrandImport;
-        EXPECT_THAT(process(binary(test.description)), IsEmpty());
-        expectFlags(test);
-        EXPECT_EQ(record().failures, 0U);
+        EXPECT_THAT(processCase(test, false), IsEmpty());
+        expectFacts(test);
+        EXPECT_EQ(findings_.failures(), 0U);
     }
 }
 
 TEST_F(ElfTabs, FileThatIsNotThereHasNoSymbols) {
-    EXPECT_THAT(process(directory_ / "missing"), IsEmpty());
-    record().fileFacts.unwantedBinExists = true;
+    EXPECT_THAT(process(directory_ / "missing", false), IsEmpty());
     EXPECT_THAT(process(directory_ / "missing"), ElementsAre(kNotLinked, kMustExport));
+}
+
+TEST_F(ElfTabs, WhatWasFoundOnceIsNotForgotten) {
+    facts_.mainSymbol = facts_.mainExport = true;
+    EXPECT_THAT(process(directory_ / "missing"), IsEmpty());
+    EXPECT_TRUE(facts_.mainSymbol && facts_.mainExport);
+    EXPECT_FALSE(facts_.booster);
 }
 
 TEST_F(ElfTabs, RealPrograms) {
@@ -175,11 +181,11 @@ TEST_F(ElfTabs, RealPrograms) {
     };
     for (const Program& program : programs) {
         SCOPED_TRACE(program.name);
-        record() = ContentValidatorPrivate();
-        record().fileFacts.unwantedBinExists = true;
+        facts_ = BinaryFacts();
         EXPECT_EQ(process(compileElf(directory_, "program", program.source, program.flags)),
                   program.lines);
     }
 }
 
 }  // namespace
+}  // namespace pkgvet

@@ -1,9 +1,12 @@
 // The rule on the requirement for the launcher.
 #include <gtest/gtest.h>
 
+#include "pkgvet/elf/binary_facts.h"
+#include "pkgvet/elf/binary_rules.h"
+#include "pkgvet/report/findings.h"
 #include "tests/support/captured_log.h"
-#include "tests/support/validator_record.h"
 
+namespace pkgvet {
 namespace {
 
 using Strings = std::vector<std::string>;
@@ -15,17 +18,9 @@ std::string invalid(const std::string& requirement) {
     return errorLine("[libtessaraapp] Invalid Requires: " + requirement);
 }
 
-RpmMeta metaWith(const Strings& requirements) {
-    PackageBuilder package("foo");
-    for (const std::string& requirement : requirements) {
-        package.tag("Requires: " + requirement);
-    }
-    return metaOf(package);
-}
-
 struct Case {
     const char* name;
-    bool qmlOnly;
+    bool isQmlOnly;
     Strings requirements;
     Strings lines;
     bool launcherSpec;
@@ -33,14 +28,14 @@ struct Case {
 };
 
 void expectOutcome(const Case& test) {
-    ContentValidator validator{std::string()};
-    recordOf(validator).desktopFacts.qmlOnly = test.qmlOnly;
+    BinaryFacts facts;
+    Findings findings;
     const CapturedLog log;
-    validator.processLiblumbraapp(metaWith(test.requirements));
+    processLiblumbraapp(test.requirements, test.isQmlOnly, &facts, &findings);
     EXPECT_EQ(log.lines(), test.lines);
-    EXPECT_EQ(validator.launcherSpec(), test.launcherSpec);
-    EXPECT_EQ(validator.launcherDesktop(), test.launcherDesktop);
-    EXPECT_EQ(recordOf(validator).failures, test.lines.empty() ? 0U : pkgvet::kViolation);
+    EXPECT_EQ(facts.launcherSpec, test.launcherSpec);
+    EXPECT_EQ(facts.launcherDesktop, test.launcherDesktop);
+    EXPECT_EQ(findings.failures(), test.lines.empty() ? 0U : kViolation);
 }
 
 TEST(LauncherRequirement, EachOutcome) {
@@ -50,7 +45,7 @@ TEST(LauncherRequirement, EachOutcome) {
         {"QML, present name", true, {present}, {}, false, false},
         {"QML, old name", true, {old}, {}, false, false},
         {"QML, both names", true, {old, present}, {}, false, false},
-        {"QML, with a version", true, {present + " >= 1.2"}, {}, false, false},
+        {"QML, among others", true, {"foo", present, "bar"}, {}, false, false},
         {"QML, none", true, {}, {kAdd}, true, false},
         {"QML, names alike",
          true,
@@ -67,6 +62,12 @@ TEST(LauncherRequirement, EachOutcome) {
          {invalid(old), invalid(present)},
          false,
          true},
+        {"program, one name twice",
+         false,
+         {present, present},
+         {invalid(present), invalid(present)},
+         false,
+         true},
         {"program, none", false, {}, {}, false, false},
         {"program, names alike", false, {old + "2", "libtessaraapp"}, {}, false, false},
     };
@@ -77,15 +78,14 @@ TEST(LauncherRequirement, EachOutcome) {
 }
 
 TEST(LauncherRequirement, SpecStartsAnewWithEachRun) {
-    ContentValidator validator{std::string()};
+    BinaryFacts facts;
+    Findings findings;
     const CapturedLog log;
-    const RpmMeta meta = metaWith({});
-    recordOf(validator).desktopFacts.qmlOnly = true;
-    validator.processLiblumbraapp(meta);
-    EXPECT_TRUE(validator.launcherSpec());
-    recordOf(validator).desktopFacts.qmlOnly = false;
-    validator.processLiblumbraapp(meta);
-    EXPECT_FALSE(validator.launcherSpec());
+    processLiblumbraapp({}, true, &facts, &findings);
+    EXPECT_TRUE(facts.launcherSpec);
+    processLiblumbraapp({}, false, &facts, &findings);
+    EXPECT_FALSE(facts.launcherSpec);
 }
 
 }  // namespace
+}  // namespace pkgvet

@@ -4,12 +4,15 @@
 #include <regex>
 #include <stdexcept>
 
+#include "pkgvet/elf/binary_facts.h"
+#include "pkgvet/elf/binary_rules.h"
+#include "pkgvet/report/findings.h"
 #include "tests/support/captured_log.h"
 #include "tests/support/compiled_elf.h"
 #include "tests/support/elf_image.h"
 #include "tests/support/rule_tree.h"
-#include "tests/support/validator_record.h"
 
+namespace pkgvet {
 namespace {
 
 using Lines = std::vector<std::string>;
@@ -37,34 +40,29 @@ class Libraries : public testing::Test {
 protected:
     // The lines for a main binary with these libraries, in a package "foo" with these files.
     Lines check(const Lines& libraries, const Lines& files = {}) {
-        PackageBuilder package("foo");
-        for (const std::string& file : files) {
-            package.ghost(file);
-        }
-        return checkFile(directory_.write("binary", imageOf(libraries)), metaOf(package));
+        return checkFile(directory_.write("binary", imageOf(libraries)), files);
     }
 
-    Lines checkFile(const std::string& path, const RpmMeta& meta) {
+    Lines checkFile(const std::string& path, const Lines& files = {}) {
         const CapturedLog log;
-        validator_.checkLibraries(load(tree_), meta, path);
+        checkLibraries(load(tree_), "foo", files, path, &facts_, &findings_);
         return log.lines();
     }
 
-    ContentValidatorPrivate& record() { return recordOf(validator_); }
     TierLists& lists() { return tree_.regular().libraries; }
 
     TemporaryDirectory directory_;
     RuleTree tree_;
-    ContentValidator validator_{std::string()};
+    BinaryFacts facts_;
+    Findings findings_;
 };
 
 TEST_F(Libraries, MainBinaryThatNeedsNoneHasNoFinding) {
     EXPECT_THAT(check({}), IsEmpty());
-    const RpmMeta meta = metaOf(PackageBuilder("foo"));
-    EXPECT_THAT(checkFile(directory_ / "missing", meta), IsEmpty());
-    EXPECT_THAT(checkFile(directory_.write("script", "#!/bin/sh\n"), meta), IsEmpty());
-    EXPECT_EQ(record().failures, 0U);
-    EXPECT_FALSE(record().binaryFacts.linksPrivateLibrary);
+    EXPECT_THAT(checkFile(directory_ / "missing"), IsEmpty());
+    EXPECT_THAT(checkFile(directory_.write("script", "#!/bin/sh\n")), IsEmpty());
+    EXPECT_EQ(findings_.failures(), 0U);
+    EXPECT_FALSE(facts_.linksPrivateLibrary);
 }
 
 TEST_F(Libraries, AllowedOnesHaveNoFindingWhereverTheyAre) {
@@ -72,14 +70,14 @@ TEST_F(Libraries, AllowedOnesHaveNoFindingWhereverTheyAre) {
     lists().unstable = {".*"};
     EXPECT_THAT(check({"libone.so.1", "libtwo.so.2"}, {"/usr/share/foo/lib/libone.so.1"}),
                 IsEmpty());
-    EXPECT_FALSE(record().binaryFacts.linksPrivateLibrary);
+    EXPECT_FALSE(facts_.linksPrivateLibrary);
 }
 
 TEST_F(Libraries, PatternsCoverTheWholeNameWithItsVersion) {
     lists().allowed = {"libone\\.so\\.1", "libtwo\\.so"};
     EXPECT_THAT(check({"libone.so", "libone.so.1", "libone.so.12", "libtwo.so", "libtwo.so.2"}),
                 ElementsAre(error("libone.so"), error("libone.so.12"), error("libtwo.so.2")));
-    EXPECT_EQ(record().failures, pkgvet::kViolation);
+    EXPECT_EQ(findings_.failures(), kViolation);
 }
 
 TEST_F(Libraries, UnstableAndDeprecatedOnesAreWarnedOf) {
@@ -100,8 +98,8 @@ TEST_F(Libraries, UnstableAndDeprecatedOnesAreWarnedOf) {
         lists().unstable = test.unstable;
         lists().deprecated = test.deprecated;
         EXPECT_EQ(check({foo}, {"/usr/share/foo/lib/libfoo.so.1"}), test.lines);
-        EXPECT_EQ(record().failures, 0U);
-        EXPECT_FALSE(record().binaryFacts.linksPrivateLibrary);
+        EXPECT_EQ(findings_.failures(), 0U);
+        EXPECT_FALSE(facts_.linksPrivateLibrary);
     }
 }
 
@@ -109,7 +107,7 @@ TEST_F(Libraries, ListedOneThatIsNeededTwiceIsNoError) {
     lists().unstable = {"libfoo.so"};
     EXPECT_THAT(check({"libfoo.so", "libfoo.so"}),
                 ElementsAre(warning("libfoo.so"), warning("libfoo.so")));
-    EXPECT_EQ(record().failures, 0U);
+    EXPECT_EQ(findings_.failures(), 0U);
 }
 
 TEST_F(Libraries, UnlistedOneThatIsNeededTwiceIsOneError) {
@@ -155,11 +153,12 @@ TEST_F(Libraries, PlacesForThePackagesOwn) {
     };
     for (const Case& test : cases) {
         SCOPED_TRACE(test.file);
-        record() = ContentValidatorPrivate();
+        facts_ = BinaryFacts();
+        findings_ = Findings();
         const Lines lines = check({test.library}, {test.file});
         EXPECT_EQ(lines, test.found ? Lines() : Lines{error(test.library)});
-        EXPECT_EQ(record().binaryFacts.linksPrivateLibrary, test.found);
-        EXPECT_EQ(record().failures, test.found ? 0U : pkgvet::kViolation);
+        EXPECT_EQ(facts_.linksPrivateLibrary, test.found);
+        EXPECT_EQ(findings_.failures(), test.found ? 0U : kViolation);
     }
 }
 
@@ -169,6 +168,13 @@ TEST_F(Libraries, ShareDirectoryIsConfiguredAndThirdPartyDirectoryIsNot) {
                 ElementsAre(error("libbar.so")));
     EXPECT_THAT(check({"libbar.so"}, {"/opt/share/foo/lib/libbar.so"}), IsEmpty());
     EXPECT_THAT(check({"libbar.so"}, {"/usr/lib/3rdparty/foo/libbar.so"}), IsEmpty());
+}
+
+TEST_F(Libraries, OwnOneIsFoundAmongOtherFiles) {
+    EXPECT_THAT(check({"libbar.so", "libother.so"},
+                      {"/usr/bin/foo", "/usr/share/foo/lib/libbar.so", "/usr/share/foo/main.qml"}),
+                ElementsAre(error("libother.so")));
+    EXPECT_TRUE(facts_.linksPrivateLibrary);
 }
 
 TEST_F(Libraries, StemIsCutByLengthAlone) {
@@ -201,7 +207,7 @@ TEST_F(Libraries, NameOfTwoCharactersThrowsBeforeAnyFinding) {
     CapturedLog log;
     EXPECT_THROW(check({"libu.so", "ab"}), std::out_of_range);
     EXPECT_THAT(log.lines(), IsEmpty());
-    EXPECT_EQ(record().failures, 0U);
+    EXPECT_EQ(findings_.failures(), 0U);
     lists().allowed = {"ab"};
     EXPECT_THAT(check({"libu.so", "ab"}), ElementsAre(warning("libu.so")));
 }
@@ -214,7 +220,7 @@ TEST_F(Libraries, BadPatternThrowsWhenTheWalkGetsToIt) {
     lists().deprecated = {"("};
     EXPECT_THAT(check({"libone.so"}), IsEmpty());
     EXPECT_THROW(check({"libtwo.so"}), std::regex_error);
-    EXPECT_EQ(record().failures, 0U);
+    EXPECT_EQ(findings_.failures(), 0U);
 }
 
 TEST_F(Libraries, RealProgramLinksItsOwnLibrary) {
@@ -224,11 +230,9 @@ TEST_F(Libraries, RealProgramLinksItsOwnLibrary) {
     const std::string program =
         compileElf(directory_, "program", "int f(); int main() { return f(); }\n", {library});
     lists().allowed = {"libc\\.so\\.6", "lib(stdc\\+\\+|m|gcc_s|[atu]+san)\\.so\\.[0-9]+"};
-    const RpmMeta meta = metaOf(PackageBuilder("foo").ghost("/usr/share/foo/lib/libown.so.1"));
-    EXPECT_THAT(checkFile(program, meta), IsEmpty());
-    EXPECT_TRUE(record().binaryFacts.linksPrivateLibrary);
-    EXPECT_THAT(checkFile(program, metaOf(PackageBuilder("foo"))),
-                ElementsAre(error("libown.so.1")));
+    EXPECT_THAT(checkFile(program, {"/usr/share/foo/lib/libown.so.1"}), IsEmpty());
+    EXPECT_TRUE(facts_.linksPrivateLibrary);
+    EXPECT_THAT(checkFile(program), ElementsAre(error("libown.so.1")));
 }
 
 TEST_F(Libraries, ManyAreCheckedInReasonableTime) {
@@ -241,3 +245,4 @@ TEST_F(Libraries, ManyAreCheckedInReasonableTime) {
 }
 
 }  // namespace
+}  // namespace pkgvet

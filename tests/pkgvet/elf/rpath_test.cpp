@@ -1,13 +1,15 @@
 // The rule on the run path of the main binary.
 #include <gmock/gmock.h>
 
-#include "pkgvet/content/content_validator.h"
+#include "pkgvet/elf/binary_facts.h"
+#include "pkgvet/elf/binary_rules.h"
 #include "pkgvet/elf/elf_reader.h"
+#include "pkgvet/report/findings.h"
 #include "tests/support/captured_log.h"
 #include "tests/support/compiled_elf.h"
 #include "tests/support/elf_image.h"
-#include "tests/support/validator_record.h"
 
+namespace pkgvet {
 namespace {
 
 using testing::ElementsAre;
@@ -23,27 +25,22 @@ std::string imageWith(const std::string& entry) {
 
 class Rpath : public testing::Test {
 protected:
-    static void SetUpTestSuite() { meta_ = new RpmMeta(metaOf(PackageBuilder("foo"))); }
-    static void TearDownTestSuite() {
-        delete meta_;
-        meta_ = nullptr;
-    }
-
-    // The lines for a main binary with this dynamic entry, none if it is empty.
-    std::vector<std::string> check(const std::string& entry) {
+    // The lines for the main binary at path, in a package "foo".
+    std::vector<std::string> checkFile(const std::string& path, bool isQmlOnly = false) {
         const CapturedLog log;
-        validator_.checkRpath(*meta_, directory_.write("binary", imageWith(entry)));
+        checkRpath("foo", path, isQmlOnly, &facts_, &findings_);
         return log.lines();
     }
 
-    ContentValidatorPrivate& record() { return recordOf(validator_); }
+    // The lines for a main binary with this dynamic entry, none if it is empty.
+    std::vector<std::string> check(const std::string& entry, bool isQmlOnly = false) {
+        return checkFile(directory_.write("binary", imageWith(entry)), isQmlOnly);
+    }
 
-    static const RpmMeta* meta_;
     TemporaryDirectory directory_;
-    ContentValidator validator_{std::string()};
+    BinaryFacts facts_;
+    Findings findings_;
 };
-
-const RpmMeta* Rpath::meta_ = nullptr;
 
 TEST_F(Rpath, PathsThatPassAndPathsThatFail) {
     struct Case {
@@ -110,19 +107,20 @@ TEST_F(Rpath, PathsThatPassAndPathsThatFail) {
     };
     for (const Case& test : cases) {
         SCOPED_TRACE(test.rpath);
-        record() = ContentValidatorPrivate();
+        facts_ = BinaryFacts();
+        findings_ = Findings();
         const std::vector<std::string> lines = check(std::string("rpath ") + test.rpath);
         EXPECT_EQ(lines, test.passes ? std::vector<std::string>() : std::vector{kNotAllowed});
-        EXPECT_TRUE(validator_.rpathExists());
-        EXPECT_EQ(validator_.rpathStatus(), test.passes);
-        EXPECT_EQ(record().failures, test.passes ? 0U : pkgvet::kViolation);
+        EXPECT_TRUE(facts_.rpathExists);
+        EXPECT_EQ(facts_.rpathStatus, test.passes);
+        EXPECT_EQ(findings_.failures(), test.passes ? 0U : kViolation);
     }
 }
 
 TEST_F(Rpath, EachOutcome) {
     struct Case {
         const char* name;
-        bool qmlOnly;
+        bool isQmlOnly;
         std::string entry;
         bool linksPrivateLibrary;
         bool exists;
@@ -151,57 +149,54 @@ TEST_F(Rpath, EachOutcome) {
     };
     for (const Case& test : cases) {
         SCOPED_TRACE(test.name);
-        record() = ContentValidatorPrivate();
-        record().desktopFacts.qmlOnly = test.qmlOnly;
-        record().binaryFacts.linksPrivateLibrary = test.linksPrivateLibrary;
-        EXPECT_EQ(check(test.entry), test.lines);
-        EXPECT_EQ(validator_.rpathExists(), test.exists);
-        EXPECT_EQ(validator_.rpathStatus(), test.status);
+        facts_ = BinaryFacts();
+        findings_ = Findings();
+        facts_.linksPrivateLibrary = test.linksPrivateLibrary;
+        EXPECT_EQ(check(test.entry, test.isQmlOnly), test.lines);
+        EXPECT_EQ(facts_.rpathExists, test.exists);
+        EXPECT_EQ(facts_.rpathStatus, test.status);
         const bool hasError = !test.lines.empty() && test.lines.back() != kWarning;
-        EXPECT_EQ(record().failures, hasError ? pkgvet::kViolation : 0U);
+        EXPECT_EQ(findings_.failures(), hasError ? kViolation : 0U);
     }
 }
 
 TEST_F(Rpath, StatusOfAnEmptyOneStaysInQmlPackages) {
-    record().desktopFacts.qmlOnly = true;
-    record().binaryFacts.rpathStatus = true;
-    EXPECT_THAT(check(""), IsEmpty());
-    EXPECT_TRUE(validator_.rpathStatus());
+    facts_.rpathStatus = true;
+    EXPECT_THAT(check("", true), IsEmpty());
+    EXPECT_TRUE(facts_.rpathStatus);
 }
 
 TEST_F(Rpath, WhatWasFoundOnceIsNotForgotten) {
     EXPECT_THAT(check("rpath /usr/lib/x"), IsEmpty());
     EXPECT_THAT(check(""), IsEmpty());
-    EXPECT_TRUE(validator_.rpathExists());
+    EXPECT_TRUE(facts_.rpathExists);
 }
 
 TEST_F(Rpath, MissingMainBinaryHasAnEmptyOne) {
-    const CapturedLog log;
-    validator_.checkRpath(*meta_, directory_ / "missing");
-    validator_.checkRpath(*meta_, directory_.write("script", "#!/bin/sh\n"));
-    EXPECT_THAT(log.lines(), ElementsAre(kWarning, kWarning));
-    EXPECT_EQ(record().failures, 0U);
+    EXPECT_THAT(checkFile(directory_ / "missing"), ElementsAre(kWarning));
+    EXPECT_THAT(checkFile(directory_.write("script", "#!/bin/sh\n")), ElementsAre(kWarning));
+    EXPECT_EQ(findings_.failures(), 0U);
 }
 
 TEST_F(Rpath, IsEmptyWhenThereIsNoneOfTheOldKind) {
     const auto isEmpty = [this](const std::string& entry) {
         const std::string path = directory_.write("binary", imageWith(entry));
-        return validator_.isRpathEmpty(ElfReader(path.c_str()));
+        return isRpathEmpty(ElfReader(path.c_str()));
     };
     EXPECT_TRUE(isEmpty(""));
     EXPECT_TRUE(isEmpty("runpath /usr/lib/x"));
     EXPECT_FALSE(isEmpty("rpath :"));
 }
 
-TEST_F(Rpath, NameOfThePackageIsNoPattern) {
-    const RpmMeta meta = metaOf(PackageBuilder("org.foo+"));
-    const CapturedLog log;
-    validator_.checkRpath(
-        meta, directory_.write("good", imageWith("rpath $ORIGIN/../share/org.foo+/lib")));
-    EXPECT_THAT(log.lines(), IsEmpty());
-    validator_.checkRpath(meta,
-                          directory_.write("bad", imageWith("rpath $ORIGIN/../share/orgxfoo/lib")));
-    EXPECT_THAT(log.lines(), ElementsAre(kNotAllowed));
+TEST_F(Rpath, NameOfThePackageIsNotAPattern) {
+    const auto linesFor = [this](const std::string& rpath) {
+        const std::string binary = directory_.write("binary", imageWith("rpath " + rpath));
+        const CapturedLog log;
+        checkRpath("org.foo+", binary, false, &facts_, &findings_);
+        return log.lines();
+    };
+    EXPECT_THAT(linesFor("$ORIGIN/../share/org.foo+/lib"), IsEmpty());
+    EXPECT_THAT(linesFor("$ORIGIN/../share/orgxfoo/lib"), ElementsAre(kNotAllowed));
 }
 
 TEST_F(Rpath, LinkerWritesBothKinds) {
@@ -210,12 +205,10 @@ TEST_F(Rpath, LinkerWritesBothKinds) {
                                        {"-Wl,--disable-new-dtags,-rpath,/usr/share/foo/lib"});
     const std::string young =
         compileElf(directory_, "new", program, {"-Wl,--enable-new-dtags,-rpath,/opt/x"});
-    const CapturedLog log;
-    validator_.checkRpath(*meta_, old);
-    EXPECT_THAT(log.lines(), IsEmpty());
-    ContentValidator other{std::string()};
-    other.checkRpath(*meta_, young);
-    EXPECT_THAT(log.lines(), ElementsAre(kWarning));
+    EXPECT_THAT(checkFile(old), IsEmpty());
+    facts_ = BinaryFacts();
+    EXPECT_THAT(checkFile(young), ElementsAre(kWarning));
 }
 
 }  // namespace
+}  // namespace pkgvet

@@ -1,34 +1,42 @@
-// The order of the rules on a header, its verdict, and the rules that need no list.
+// The life of a MetaValidator, the order of its rules and its verdict.
 #include "pkgvet/meta/meta_validator.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <functional>
+#include <iterator>
 #include <regex>
 #include <utility>
 
 #include "pkgvet/package/rpm_meta.h"
 #include "tests/support/captured_log.h"
+#include "tests/support/package_builder.h"
 #include "tests/support/rule_tree.h"
-#include "tests/support/validator_record.h"
 
 namespace {
 
 using testing::ElementsAre;
 
+// The header of the package, once it is built.
+RpmMeta headerOf(const PackageBuilder& package) {
+    const TemporaryDirectory directory;
+    return RpmMeta(package.build(directory).c_str());
+}
+
 RpmMeta cleanPackage() {
-    return metaOf(PackageBuilder("org.example.app"));
+    return headerOf(PackageBuilder("org.example.app"));
 }
 
 // Violates every rule, with one line for each.
 RpmMeta badPackage() {
-    return metaOf(PackageBuilder("bad")
-                      .tag("Provides: other")
-                      .tag("Conflicts: foe")
-                      .tag("Obsoletes: old")
-                      .tag("Vendor: Acme")
-                      .tag("Requires: needed")
-                      .script("%post\ntrue"));
+    return headerOf(PackageBuilder("bad")
+                        .tag("Provides: other")
+                        .tag("Conflicts: foe")
+                        .tag("Obsoletes: old")
+                        .tag("Vendor: Acme")
+                        .tag("Requires: needed")
+                        .script("%post\ntrue"));
 }
 
 Configuration strictRules(bool validationEnabled = true) {
@@ -89,9 +97,24 @@ TEST(MetaValidator, CleanPackageIsAcceptedInSilence) {
     EXPECT_EQ(log.text(), "");
 }
 
+TEST(MetaValidator, WarningsRejectNothing) {
+    RuleTree tree;
+    tree.regular().libraries.deprecated = {R"(libold\.so\.1)"};
+    const RpmMeta meta = headerOf(PackageBuilder("org.example.app")
+                                      .tag("Vendor: pelzo")
+                                      .tag("Requires: libold.so.1()(64bit)"));
+    const CapturedLog log;
+    EXPECT_TRUE(MetaValidator().validateMeta(load(tree), meta));
+    EXPECT_THAT(
+        log.lines(),
+        ElementsAre(warningLine("[vendor] Vendor is set to pelzo, this is not recommended"),
+                    warningLine("[libold.so.1()(64bit)] Dependency is unstable or deprecated")));
+}
+
 TEST(MetaValidator, OnlyScriptsRejectWithValidationOff) {
-    const RpmMeta violations = metaOf(PackageBuilder("bad").tag("Obsoletes: old"));
-    const RpmMeta scripts = metaOf(PackageBuilder("org.example.app").script("%post -p /bin/true"));
+    const RpmMeta violations = headerOf(PackageBuilder("bad").tag("Obsoletes: old"));
+    const RpmMeta scripts =
+        headerOf(PackageBuilder("org.example.app").script("%post -p /bin/true"));
     struct Case {
         const char* name;
         const RpmMeta& meta;
@@ -184,52 +207,39 @@ TEST(MetaValidator, MoveAssignmentExchanges) {
     EXPECT_TRUE(fresh.scripts());
 }
 
-TEST(CheckScripts, PackageWithoutScriptsHasNoLine) {
-    const CapturedLog log;
-    MetaValidator validator;
-    validator.checkScripts(cleanPackage());
-    EXPECT_EQ(log.text(), "");
-    EXPECT_FALSE(validator.scripts());
-}
-
-TEST(CheckObsoletes, EachIsALine) {
-    const CapturedLog log;
-    MetaValidator validator;
-    validator.checkObsoletes(
-        metaOf(PackageBuilder("org.example.app").tag("Obsoletes: b < 2").tag("Obsoletes: a")));
-    EXPECT_THAT(log.lines(),
-                testing::UnorderedElementsAre(errorLine("[b] Obsoletes: b is not allowed in RPM"),
-                                              errorLine("[a] Obsoletes: a is not allowed in RPM")));
-    EXPECT_TRUE(validator.domainNotation());
-}
-
-TEST(CheckVendor, OneVendorIsToleratedAndNoneWanted) {
-    struct Case {
-        std::string vendor;
-        std::vector<std::string> lines;
-        bool accepted;
+// Each rule looks at the part of the header that it is called for.
+TEST(MetaValidator, RulesCanBeCalledOneByOne) {
+    const RpmMeta meta = badPackage();
+    const Configuration rules = strictRules();
+    const std::function<void(MetaValidator*)> calls[] = {
+        [&](MetaValidator* validator) { validator->checkDomainNotation(meta); },
+        [&](MetaValidator* validator) { validator->checkScripts(meta); },
+        [&](MetaValidator* validator) { validator->checkMandatoryProvide(rules, meta); },
+        [&](MetaValidator* validator) { validator->checkMandatoryConflict(rules, meta); },
+        [&](MetaValidator* validator) { validator->checkProvides(rules, meta); },
+        [&](MetaValidator* validator) { validator->checkConflicts(rules, meta); },
+        [&](MetaValidator* validator) { validator->checkObsoletes(meta); },
+        [&](MetaValidator* validator) { validator->checkVendor(meta); },
+        [&](MetaValidator* validator) { validator->checkRequires(rules, meta); },
     };
-    const Case cases[] = {
-        {"pelzo", {warningLine("[vendor] Vendor is set to pelzo, this is not recommended")}, true},
-        {"Pelzo",
-         {errorLine("[vendor] Vendor is set to Pelzo. Setting a vendor in RPM is not allowed")},
-         false},
-        {"pelzo2",
-         {errorLine("[vendor] Vendor is set to pelzo2. Setting a vendor in RPM is not allowed")},
-         false},
-        {"the pelzo",
-         {errorLine("[vendor] Vendor is set to the pelzo. Setting a vendor in RPM is not allowed")},
-         false},
-    };
-    for (const Case& test : cases) {
-        SCOPED_TRACE(test.vendor);
-        const CapturedLog log;
-        EXPECT_EQ(
-            MetaValidator().validateMeta(
-                kNoRules, metaOf(PackageBuilder("org.example.app").tag("Vendor: " + test.vendor))),
-            test.accepted);
-        EXPECT_EQ(log.lines(), test.lines);
+    CapturedLog log;
+    MetaValidator().validateMeta(rules, meta);
+    const std::vector<std::string> all = log.lines();
+    ASSERT_EQ(all.size(), std::size(calls));
+    const RpmMeta clean = cleanPackage();
+    for (std::size_t i = 0; i < all.size(); ++i) {
+        SCOPED_TRACE(all[i]);
+        log.clear();
+        MetaValidator validator;
+        calls[i](&validator);
+        EXPECT_THAT(log.lines(), ElementsAre(all[i]));
+        EXPECT_FALSE(validator.validateMeta(kNoRules, clean)) << "the effect lasts";
     }
+}
+
+TEST(MetaValidator, VectorContainsReadsNothingOfTheObject) {
+    EXPECT_TRUE(MetaValidator().vectorContains({"bar", "foo"}, "foo()(64bit)"));
+    EXPECT_FALSE(MetaValidator().vectorContains({"foo"}, "foobar"));
 }
 
 }  // namespace
