@@ -19,10 +19,10 @@ constexpr Entry kEntries[] = {
      .relatedIds = {"qml-only-not-noarch"},
      .message = &kShouldNotBeNoarch},
     {.id = "executable-wrong-format",
-     .title = "Executable file is no program of this platform",
+     .title = "Executable file is not a program of this platform",
      .demand = "Each file that its owner may execute is an ELF file in little-endian byte order.",
-     .why = "Scripts need an interpreter, which is no part of the platform's interface, and "
-            "programs of other byte order do not run.",
+     .why = "Scripts need an interpreter, which is not part of the platform's interface, and "
+            "programs in the other byte order do not run.",
      .fix = "If the file is data, such as a script that the application reads, take its execute "
             "permission away in the .spec file. If it is a program, compile it for the device. "
             "Start no shell scripts: let the application do what they do.",
@@ -36,18 +36,18 @@ constexpr Entry kEntries[] = {
      .why = "These are the places from which the sandbox lets programs be started.",
      .fix =
          "Install helper programs into `%{_libexecdir}/%{name}/` in the .spec file and start them "
-         "from there. A library must be called so, with `.so` in its name.",
+         "from there. A library must have `.so` in its name.",
      .example = "install -D -m 0755 helper %{buildroot}%{_libexecdir}/%{name}/helper\n",
      .relatedIds = {"file-executable", "path-not-allowed"},
      .message = &kExecutableBadLocation},
     {.id = "main-binary-not-executable",
-     .title = "Main program is missing or no executable program",
+     .title = "Main program is missing or is not an executable program",
      .demand = "At /usr/bin/NAME, where NAME is the name of the package, lies an ELF file in "
                "little-endian byte order that its owner may execute, unless the application is "
                "written in QML alone.",
      .why = "This is what the platform starts.",
      .fix = "Install the program under this name with mode 0755 in the .spec file. A script, a "
-            "link to a script or a file without execute permission does not do. For an "
+            "link to a script or a file without execute permission is not enough. For an "
             "application in QML alone, let `Exec` in the desktop file start `lumbra-qml NAME`.",
      .example = "install -D -m 0755 pilot %{buildroot}%{_bindir}/%{name}\n",
      .relatedIds = {"main-binary-missing", "executable-wrong-format", "desktop-exec-invalid"},
@@ -148,7 +148,7 @@ constexpr Entry kEntries[] = {
      .relatedIds = {"qml-only-application", "arch-content-in-noarch"},
      .message = &kQmlOnlyShouldBeNoarch},
     {.id = "launcher-requires-not-allowed",
-     .title = "Package requires the QML launcher without need",
+     .title = "Package requires the QML launcher but does not need it",
      .demand = "Only a package whose desktop file starts a QML launcher requires "
                "`liblumbraapp-launcher` or `libtessaraapp-launcher`.",
      .why = "An application with a program of its own is not started by it.",
@@ -171,9 +171,10 @@ constexpr Entry kEntries[] = {
     {.id = "main-binary-not-a-program",
      .title = "Main program does not start like a program",
      .demand = "The name `__libc_start_main` stands among the symbols of the main program.",
-     .why = "It is how an ordinary program enters the C library. Where it is missing, the file is "
-            "a script or another foreign thing, is linked statically, or starts at code that "
-            "nobody can check.",
+     .why =
+         "It is how an ordinary program enters the C library. Where it is missing, the file is "
+         "a script or another file that is not a program, is linked statically, or starts at code "
+         "that nobody can check.",
      .fix = "Build the program as an ordinary dynamically linked one: without `-static` and "
             "`-nostartfiles`, and install the program itself as /usr/bin/NAME, not a script that "
             "starts it.",

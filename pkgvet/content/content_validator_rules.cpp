@@ -78,13 +78,13 @@ void ContentValidator::checkQmlImports(const Configuration& configuration, const
 void ContentValidator::checkExecutables(const Configuration& configuration, const RpmMeta& rpm,
                                         const std::string& root) {
     pkgvet::checkExecutables(
-        configuration, {rpm.name(), rpm.arch(), rpm.paths(), root, d_ptr->desktopFacts.qmlOnly},
+        {rpm.name(), rpm.arch(), rpm.paths(), root, d_ptr->desktopFacts.qmlOnly}, configuration,
         &d_ptr->binaryFacts, &d_ptr->findings);
 }
 
 void ContentValidator::checkLibraries(const Configuration& configuration, const RpmMeta& rpm,
                                       const std::string& path) {
-    pkgvet::checkLibraries(configuration, rpm.name(), rpm.paths(), path, &d_ptr->binaryFacts,
+    pkgvet::checkLibraries(rpm.name(), rpm.paths(), path, configuration, &d_ptr->binaryFacts,
                            &d_ptr->findings);
 }
 

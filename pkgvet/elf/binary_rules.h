@@ -16,28 +16,30 @@ struct BinaryFacts;
 // The architecture of a package that can be installed on all devices.
 inline constexpr std::string_view kNoArch = "noarch";
 
-// A package as checkExecutables looks at it. It only refers to what it is made of.
+// In all rules, paths are paths of the package, and binary is the path of its main binary on disk.
+// A main binary that is missing, or is not an ELF file, has no symbols, libraries or run path. A
+// package is QML-only if a QML launcher starts it, so that it has no main binary.
+
+// A package as checkExecutables looks at it. It only refers to what it is made of, and is meant for
+// the length of a call.
 struct PackageFiles {
     const std::string& packageName;
     const std::string& arch;
-    const std::vector<std::string>& paths;  // as in the package
-    const std::string& root;                // on disk: in front of a path it gives the file
-    bool isQmlOnly;                         // a QML launcher starts it; it has no main binary
+    const std::vector<std::string>& paths;
+    const std::string& root;  // the directory on disk that the package was unpacked into
+    bool isQmlOnly;
 };
-
-// In all rules, binary is the path of the main binary on disk. A file that is missing, or is not an
-// ELF file, has no symbols, libraries or run path, and that alone is not a finding.
 
 // Each executable must be a good ELF file in one of the places for executables, and the main binary
 // must be among them unless the package is QML-only.
-void checkExecutables(const Configuration& configuration, const PackageFiles& files,
+void checkExecutables(const PackageFiles& files, const Configuration& configuration,
                       BinaryFacts* facts, Findings* findings);
 
 // Each library that the main binary needs must be listed by the rule set or, by its path, be among
 // the package's own. Throws std::regex_error for a pattern that does not compile, and
 // std::out_of_range for a name of less than three characters that is on no list.
-void checkLibraries(const Configuration& configuration, const std::string& packageName,
-                    const std::vector<std::string>& paths, const std::string& binary,
+void checkLibraries(const std::string& packageName, const std::vector<std::string>& paths,
+                    const std::string& binary, const Configuration& configuration,
                     BinaryFacts* facts, Findings* findings);
 
 // The run path of the main binary must lead to the package's own directories or the system's, and

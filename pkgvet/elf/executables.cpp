@@ -112,7 +112,7 @@ bool isExecutable(const std::string& path) {
 
 // All formats are judged before the first place, so that findings come in two groups, each in the
 // order of the package.
-void checkExecutables(const Configuration& configuration, const PackageFiles& files,
+void checkExecutables(const PackageFiles& files, const Configuration& configuration,
                       BinaryFacts* facts, Findings* findings) {
     const std::vector<std::string> goodPaths = checkFormats(files, facts, findings);
     checkPlaces(PlaceFinder(configuration, files.packageName), files.root, goodPaths, facts,

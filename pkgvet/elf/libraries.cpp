@@ -55,8 +55,8 @@ void appendTolerated(const std::vector<std::string>& suspects,
 }
 
 // One finding for each element that is on a list, and two if it is on both.
-std::vector<LibraryFinding> toleratedOnes(const std::vector<std::string>& suspects,
-                                          const Configuration& configuration) {
+std::vector<LibraryFinding> toleratedLibraries(const std::vector<std::string>& suspects,
+                                               const Configuration& configuration) {
     std::vector<LibraryFinding> findings;
     appendTolerated(suspects, configuration.unstableLibraries(), &findings);
     appendTolerated(suspects, configuration.deprecatedLibraries(), &findings);
@@ -84,8 +84,8 @@ std::string stemOf(const std::string& library) {
 // decides, not what was unpacked.
 class OwnLibraries {
 public:
-    OwnLibraries(const Configuration& configuration, const std::string& packageName,
-                 const std::vector<std::string>& paths)
+    OwnLibraries(const std::string& packageName, const std::vector<std::string>& paths,
+                 const Configuration& configuration)
         : shareRoot_(configuration.shareDir() + packageName + "/"),
           libRoot_(kLibraryDirectory + packageName + "/"),
           paths_(paths.begin(), paths.end()) {}
@@ -126,8 +126,8 @@ void report(const std::vector<LibraryFinding>& libraries, Findings* findings) {
 
 // All names are tried before the first line is written, so that a pattern that does not compile, or
 // a name that is too short, ends the rule without half of its findings.
-void checkLibraries(const Configuration& configuration, const std::string& packageName,
-                    const std::vector<std::string>& paths, const std::string& binary,
+void checkLibraries(const std::string& packageName, const std::vector<std::string>& paths,
+                    const std::string& binary, const Configuration& configuration,
                     BinaryFacts* facts, Findings* findings) {
     const ElfReader reader(binary.c_str());
     const std::vector<std::string> suspects =
@@ -135,8 +135,8 @@ void checkLibraries(const Configuration& configuration, const std::string& packa
     if (suspects.empty()) {
         return;
     }
-    std::vector<LibraryFinding> libraries = toleratedOnes(suspects, configuration);
-    const OwnLibraries ownLibraries(configuration, packageName, paths);
+    std::vector<LibraryFinding> libraries = toleratedLibraries(suspects, configuration);
+    const OwnLibraries ownLibraries(packageName, paths, configuration);
     for (const std::string& library : remaining(suspects, libraries)) {
         if (ownLibraries.contain(library)) {
             facts->linksPrivateLibrary = true;

@@ -51,10 +51,10 @@ std::string baseName(const std::string& dependency) {
     return dependency.substr(0, size);
 }
 
-// What the provides of one package are held against.
-class ProvidePatterns {
+// The names that a package may provide.
+class PermittedProvides {
 public:
-    ProvidePatterns(const Configuration& configuration, const std::string& packageName)
+    PermittedProvides(const std::string& packageName, const Configuration& configuration)
         : ownName_(rulePattern(Regex::escape(packageName) + ".*")),
           plainApplication_(rulePattern(kPlainApplication)),
           ownApplication_(
@@ -63,7 +63,7 @@ public:
           handler_(rulePattern(kHandler)),
           disallowedHandlers_(configuration.disallowedHandlers()) {}
 
-    bool permit(const std::string& provide) {
+    bool contain(const std::string& provide) {
         return ownName_.match(provide) || plainApplication_.match(provide) ||
                ownApplication_.match(provide) || mandatoryName_.match(provide) ||
                (handler_.match(provide) && !isDisallowedHandler(provide));
@@ -99,8 +99,8 @@ struct OpenRequirement {
 };
 
 // The requirements that are on no list of allowed ones.
-std::vector<OpenRequirement> openRequirements(const Configuration& configuration,
-                                              const std::vector<std::string>& requireNames) {
+std::vector<OpenRequirement> openRequirements(const std::vector<std::string>& requireNames,
+                                              const Configuration& configuration) {
     std::array allowed = {PatternList(configuration.allowedRequires()),
                           PatternList(configuration.allowedLibraries())};
     std::vector<OpenRequirement> open;
@@ -141,11 +141,11 @@ void checkMandatoryConflict(const std::string& mandatoryName,
     findings->violation(kMandatoryConflictMissing, {mandatoryName, mandatoryName});
 }
 
-void checkProvides(const Configuration& configuration, const std::string& packageName,
-                   const std::vector<std::string>& provides, Findings* findings) {
-    ProvidePatterns patterns(configuration, packageName);
+void checkProvides(const std::string& packageName, const std::vector<std::string>& provides,
+                   const Configuration& configuration, Findings* findings) {
+    PermittedProvides permitted(packageName, configuration);
     for (const std::string& provide : provides) {
-        if (!patterns.permit(provide)) {
+        if (!permitted.contain(provide)) {
             findings->violation(kProvideNotAllowed, {provide, provide});
         }
     }
@@ -170,9 +170,9 @@ void checkObsoletes(const std::vector<std::string>& obsoletes, Findings* finding
 
 // All names are tried before the first line is written, so that a pattern that does not compile
 // ends the rule without half of its findings.
-void checkRequires(const Configuration& configuration, const std::vector<std::string>& requireNames,
+void checkRequires(const std::vector<std::string>& requireNames, const Configuration& configuration,
                    Findings* findings) {
-    for (const OpenRequirement& requirement : openRequirements(configuration, requireNames)) {
+    for (const OpenRequirement& requirement : openRequirements(requireNames, configuration)) {
         if (requirement.isTolerated) {
             findings->warning(kDependencyUnstable, {requirement.name});
         } else {

@@ -34,8 +34,8 @@ void checkMandatoryConflict(const std::string& mandatoryName,
 
 // Each of provides must hold the package's name or the mandatory name, or be an application
 // capability or a handler that is not reserved.
-void checkProvides(const Configuration& configuration, const std::string& packageName,
-                   const std::vector<std::string>& provides, Findings* findings);
+void checkProvides(const std::string& packageName, const std::vector<std::string>& provides,
+                   const Configuration& configuration, Findings* findings);
 
 // Each of conflicts must hold mandatoryName somewhere, so that an empty one permits none.
 void checkConflicts(const std::string& mandatoryName, const std::vector<std::string>& conflicts,
@@ -45,7 +45,7 @@ void checkConflicts(const std::string& mandatoryName, const std::vector<std::str
 void checkObsoletes(const std::vector<std::string>& obsoletes, Findings* findings);
 
 // Each of requireNames must be listed by the rule set, among its requirements or its libraries.
-void checkRequires(const Configuration& configuration, const std::vector<std::string>& requireNames,
+void checkRequires(const std::vector<std::string>& requireNames, const Configuration& configuration,
                    Findings* findings);
 
 // Whether one of patterns matches the whole of dependency, once "(64bit)" and a "()" in front of it

@@ -78,7 +78,7 @@ void MetaValidator::checkMandatoryConflict(const Configuration& config, const Rp
 }
 
 void MetaValidator::checkProvides(const Configuration& config, const RpmMeta& rpm) {
-    pkgvet::checkProvides(config, rpm.name(), rpm.provides(), &d_ptr->findings);
+    pkgvet::checkProvides(rpm.name(), rpm.provides(), config, &d_ptr->findings);
 }
 
 void MetaValidator::checkConflicts(const Configuration& config, const RpmMeta& rpm) {
@@ -94,7 +94,7 @@ void MetaValidator::checkVendor(const RpmMeta& rpm) {
 }
 
 void MetaValidator::checkRequires(const Configuration& config, const RpmMeta& rpm) {
-    pkgvet::checkRequires(config, rpm.requireNames(), &d_ptr->findings);
+    pkgvet::checkRequires(rpm.requireNames(), config, &d_ptr->findings);
 }
 
 bool MetaValidator::vectorContains(const std::vector<std::string>& patterns,

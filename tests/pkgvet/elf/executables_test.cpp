@@ -52,7 +52,7 @@ protected:
 
     Lines check() {
         const CapturedLog log;
-        checkExecutables(load(tree_), {packageName_, arch_, paths_, root(), isQmlOnly_}, &facts_,
+        checkExecutables({packageName_, arch_, paths_, root(), isQmlOnly_}, load(tree_), &facts_,
                          &findings_);
         return log.lines();
     }

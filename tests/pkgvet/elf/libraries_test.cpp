@@ -45,7 +45,7 @@ protected:
 
     Lines checkFile(const std::string& path, const Lines& files = {}) {
         const CapturedLog log;
-        checkLibraries(load(tree_), "foo", files, path, &facts_, &findings_);
+        checkLibraries("foo", files, path, load(tree_), &facts_, &findings_);
         return log.lines();
     }
 

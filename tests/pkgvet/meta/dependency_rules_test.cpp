@@ -63,7 +63,7 @@ std::string isObsoleted(const std::string& name) {
 
 Strings provideFindings(const Strings& provides, const RuleTree& tree = RuleTree()) {
     return linesOf(
-        [&](Findings* findings) { checkProvides(load(tree), kPackage, provides, findings); });
+        [&](Findings* findings) { checkProvides(kPackage, provides, load(tree), findings); });
 }
 
 Strings conflictFindings(const std::string& mandatoryName, const Strings& conflicts) {
@@ -71,7 +71,7 @@ Strings conflictFindings(const std::string& mandatoryName, const Strings& confli
 }
 
 Strings requireFindings(const Strings& requirements, const RuleTree& tree = RuleTree()) {
-    return linesOf([&](Findings* findings) { checkRequires(load(tree), requirements, findings); });
+    return linesOf([&](Findings* findings) { checkRequires(requirements, load(tree), findings); });
 }
 
 // What the two rules on the mandatory name say of a package with these lists.
@@ -270,7 +270,7 @@ TEST(CheckRequires, BadPatternThrowsBeforeAnyLine) {
     tree.regular().libraries.deprecated = {"b", "("};
     Findings findings;
     const CapturedLog log;
-    EXPECT_THROW(checkRequires(load(tree), {"b", "a"}, &findings), std::regex_error);
+    EXPECT_THROW(checkRequires({"b", "a"}, load(tree), &findings), std::regex_error);
     EXPECT_EQ(log.text(), "");
     EXPECT_EQ(findings.failures(), 0U);
 }
