@@ -17,6 +17,8 @@ struct ElfLayout {
     std::uint64_t tableOffset;
     std::uint64_t tableStride;
     std::uint64_t tableCount;
+    std::uint64_t segmentCount;
+    std::uint64_t sectionNames;
 
     std::uint64_t sectionHeader;
     std::uint64_t sectionOffset;
@@ -31,6 +33,8 @@ inline constexpr ElfLayout kElfLayout32 = {
     .tableOffset = offsetof(Elf32_Ehdr, e_shoff),
     .tableStride = offsetof(Elf32_Ehdr, e_shentsize),
     .tableCount = offsetof(Elf32_Ehdr, e_shnum),
+    .segmentCount = offsetof(Elf32_Ehdr, e_phnum),
+    .sectionNames = offsetof(Elf32_Ehdr, e_shstrndx),
     .sectionHeader = sizeof(Elf32_Shdr),
     .sectionOffset = offsetof(Elf32_Shdr, sh_offset),
     .sectionSize = offsetof(Elf32_Shdr, sh_size),
@@ -44,6 +48,8 @@ inline constexpr ElfLayout kElfLayout64 = {
     .tableOffset = offsetof(Elf64_Ehdr, e_shoff),
     .tableStride = offsetof(Elf64_Ehdr, e_shentsize),
     .tableCount = offsetof(Elf64_Ehdr, e_shnum),
+    .segmentCount = offsetof(Elf64_Ehdr, e_phnum),
+    .sectionNames = offsetof(Elf64_Ehdr, e_shstrndx),
     .sectionHeader = sizeof(Elf64_Shdr),
     .sectionOffset = offsetof(Elf64_Shdr, sh_offset),
     .sectionSize = offsetof(Elf64_Shdr, sh_size),

@@ -29,7 +29,7 @@ enum class ElfEncoding : std::uint32_t {
 // Nothing is logged. A file that cannot be loaded leaves the object empty, with
 // ElfClass::NotLoaded: one that cannot be opened or is no regular file, that lacks the
 // identification or a whole ELF header, whose class is neither 32 nor 64 bit, that shrinks while it
-// is read, or whose tables repeat each other beyond all measure. Damage elsewhere costs only the
+// is read, or whose tables and names would take more than 512 MiB. Damage elsewhere costs only the
 // facts that it hides.
 //
 // The record never changes. Copies are independent of each other.
@@ -53,8 +53,9 @@ public:
     ElfEncoding encoding() const;
 
     // The names in all symbol tables, in the order of the file: one for every entry, so that each
-    // table begins with the empty name and a name in two tables stands twice. Names that a file
-    // exports and names that it imports cannot be told apart.
+    // table begins with the empty name and a name in two tables stands twice. An entry that the
+    // file does not hold, although the table states it, or whose name cannot be found, has the
+    // empty name. Names that a file exports and names that it imports cannot be told apart.
     const std::vector<std::string>& symbols() const;
     // The libraries that the file needs (DT_NEEDED), in the order of the file.
     const std::vector<std::string>& libraries() const;

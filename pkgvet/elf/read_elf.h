@@ -1,5 +1,6 @@
-// Where ElfReader learns what it knows. The build takes one of two sources for it: one that stands
-// on ELFIO, and one of our own for systems that do not package ELFIO.
+// Where ElfReader learns what it knows. The build takes one of two sources for it: one that loads
+// sections with ELFIO, and one of our own for systems that do not package ELFIO. Both judge the
+// header and read the loaded sections with the same code.
 #pragma once
 
 #include <string>

@@ -1,78 +1,150 @@
-// The facts of an ELF file as ELFIO tells them.
+// The sections of an ELF file as ELFIO loads them. ELFIO stands in front of our own headers, since
+// the macros of elf.h would replace its constants.
+#include <algorithm>
 #include <elfio/elfio.hpp>
+#include <istream>
+#include <optional>
+#include <streambuf>
 #include <string>
+#include <string_view>
+#include <vector>
 
 #include "pkgvet/base/file_ranges.h"
-#include "pkgvet/elf/elf_budget.h"
+#include "pkgvet/elf/elf_header.h"
+#include "pkgvet/elf/elf_layout.h"
+#include "pkgvet/elf/elf_sections.h"
 #include "pkgvet/elf/read_elf.h"
 
 namespace pkgvet {
 
 namespace {
 
-bool readDynamicSection(const ELFIO::elfio& elf, ELFIO::section* section, ElfBudget& budget,
-                        ElfReaderPrivate& record) {
-    const ELFIO::dynamic_section_accessor entries(elf, section);
-    for (ELFIO::Elf_Xword i = 0; i < entries.get_entries_num(); ++i) {
-        ELFIO::Elf_Xword tag = ELFIO::DT_NULL;
-        ELFIO::Elf_Xword value = 0;
-        std::string text;
-        entries.get_entry(i, tag, value, text);
-        if (tag == ELFIO::DT_NULL || !budget.spendEntry(text.size())) {
-            return tag == ELFIO::DT_NULL;
-        }
-        if (tag == ELFIO::DT_NEEDED && !text.empty()) {
-            record.libraries.push_back(text);
-        }
-        if (tag == ELFIO::DT_RPATH && !text.empty()) {
-            record.rpath = text;
-        }
-    }
-    return true;
+// The header as ELFIO is to see it, whose other fields are judged without it: in one of the two
+// byte orders that it knows, without segments, of which one that is damaged makes it give up, and
+// without names of sections, of which it copies each, although all may be the same megabyte.
+std::string headerForElfio(std::string bytes, const ElfHeader& header) {
+    bytes[EI_DATA] = header.order() == ByteOrder::Little ? ELFDATA2LSB : ELFDATA2MSB;
+    bytes.replace(header.layout.segmentCount, kElfHalf, kElfHalf, '\0');
+    bytes.replace(header.layout.sectionNames, kElfHalf, kElfHalf, '\0');
+    return bytes;
 }
 
-bool readSymbolTable(const ELFIO::elfio& elf, ELFIO::section* section, ElfBudget& budget,
-                     ElfReaderPrivate& record) {
-    const ELFIO::symbol_section_accessor entries(elf, section);
-    for (ELFIO::Elf_Xword i = 0; i < entries.get_symbols_num(); ++i) {
-        std::string name;
-        ELFIO::Elf64_Addr value = 0;
-        ELFIO::Elf_Xword size = 0;
-        ELFIO::Elf_Half index = 0;
-        unsigned char bind = 0, type = 0, other = 0;
-        entries.get_symbol(i, name, value, size, bind, type, index, other);
-        if (!budget.spendEntry(name.size())) {
-            return false;
-        }
-        record.symbols.push_back(name);
+// The file as ELFIO reads it. A stream that has failed once reads nothing more, which would cost
+// every section behind one that is damaged: here no seek and no read ever fails, and NUL bytes
+// stand for those that the file does not have.
+class FileBuffer : public std::streambuf {
+public:
+    // Header stands in for the beginning of the file until showBeginning is called.
+    FileBuffer(const FileRanges& file, std::string header)
+        : file_(file), header_(std::move(header)) {}
+
+    void showBeginning() { header_.clear(); }
+    // Whether bytes were missing that the file held when it was opened.
+    bool hasFailed() const { return hasFailed_; }
+
+private:
+    static constexpr std::uint64_t kChunk = std::uint64_t{1} << 16U;
+
+    std::streamsize xsgetn(char* to, std::streamsize count) override;
+    pos_type seekoff(off_type offset, std::ios_base::seekdir from,
+                     std::ios_base::openmode mode) override;
+    pos_type seekpos(pos_type position, std::ios_base::openmode mode) override;
+
+    void readFile(char* to, std::uint64_t size);
+
+    const FileRanges& file_;
+    std::string header_;
+    std::uint64_t position_ = 0;
+    bool hasFailed_ = false;
+};
+
+std::streamsize FileBuffer::xsgetn(char* to, std::streamsize count) {
+    std::fill_n(to, count, '\0');
+    const auto size = static_cast<std::uint64_t>(count);
+    if (position_ < file_.size()) {
+        readFile(to, std::min(size, file_.size() - position_));
     }
-    return true;
+    if (position_ < header_.size()) {
+        header_.copy(to, size, position_);
+    }
+    position_ += size;
+    return count;
+}
+
+void FileBuffer::readFile(char* to, std::uint64_t size) {
+    for (std::uint64_t done = 0; done < size;) {
+        const std::optional<std::string> chunk =
+            file_.read(position_ + done, std::min(kChunk, size - done));
+        if (!chunk) {
+            hasFailed_ = true;
+            return;
+        }
+        std::copy(chunk->begin(), chunk->end(), to + done);
+        done += chunk->size();
+    }
+}
+
+// ELFIO loads only sections smaller than the stream, so that the stream is a byte longer than the
+// file: a section may be the whole file.
+FileBuffer::pos_type FileBuffer::seekoff(off_type offset, std::ios_base::seekdir from,
+                                         std::ios_base::openmode mode) {
+    off_type start = 0;
+    if (from == std::ios_base::cur) {
+        start = static_cast<off_type>(position_);
+    } else if (from == std::ios_base::end) {
+        start = static_cast<off_type>(file_.size() + 1);
+    }
+    return seekpos(start + offset, mode);
+}
+
+FileBuffer::pos_type FileBuffer::seekpos(pos_type position, std::ios_base::openmode /*mode*/) {
+    const off_type offset = std::max<off_type>(position, 0);
+    position_ = static_cast<std::uint64_t>(offset);
+    return offset;
+}
+
+// Those that lie inside the file. ELFIO has one for every section that the header states.
+std::vector<ElfSection> sectionsOf(const ELFIO::elfio& elf, const ElfHeader& header) {
+    std::vector<ElfSection> sections;
+    for (ELFIO::Elf_Half i = 0; i < header.sectionCount; ++i) {
+        const ELFIO::section* section = elf.sections[i];
+        sections.push_back({section->get_type(), section->get_offset(), section->get_size(),
+                            section->get_link(), section->get_entry_size()});
+    }
+    return sections;
+}
+
+ElfReaderPrivate readWithElfio(const FileRanges& file, const ElfHeader& header,
+                               const std::string& headerBytes) {
+    FileBuffer buffer(file, headerForElfio(headerBytes, header));
+    std::istream stream(&buffer);
+    ELFIO::elfio elf;
+    constexpr bool kIsLazy = true;  // sections that nobody asks for cost nothing
+    if (!elf.load(stream, kIsLazy) || elf.sections.size() < header.sectionCount ||
+        buffer.hasFailed()) {
+        return {};
+    }
+    buffer.showBeginning();
+    const auto load = [&](std::size_t index,
+                          std::uint64_t size) -> std::optional<std::string_view> {
+        ELFIO::section* section = elf.sections[static_cast<unsigned>(index)];
+        section->set_size(size);  // ELFIO takes all of a section or nothing
+        const char* bytes = section->get_data();
+        if (bytes == nullptr || buffer.hasFailed()) {
+            return std::nullopt;
+        }
+        return std::string_view(bytes, size);
+    };
+    return readElfSections(header, file.size(), sectionsOf(elf, header), load);
 }
 
 }  // namespace
 
 ElfReaderPrivate readElf(const std::string& path) {
-    // ELFIO waits for whatever it is told to open, so it gets a regular file by its descriptor.
     const FileRanges file(path);
-    ELFIO::elfio elf;
-    if (!file.isOpen() || !elf.load("/proc/self/fd/" + std::to_string(file.descriptor()))) {
-        return {};
-    }
-    ElfReaderPrivate record;
-    record.elfClass = elf.get_class() == ELFIO::ELFCLASS32 ? ElfClass::Elf32 : ElfClass::Elf64;
-    record.encoding = elf.get_encoding() == ELFIO::ELFDATA2LSB ? ElfEncoding::LittleEndian
-                                                               : ElfEncoding::BigEndian;
-    ElfBudget budget(file.size());
-    for (ELFIO::Elf_Half i = 0; i < elf.sections.size(); ++i) {
-        ELFIO::section* section = elf.sections[i];
-        const ELFIO::Elf_Word type = section->get_type();
-        const bool isSymbols = type == ELFIO::SHT_SYMTAB || type == ELFIO::SHT_DYNSYM;
-        if ((type == ELFIO::SHT_DYNAMIC && !readDynamicSection(elf, section, budget, record)) ||
-            (isSymbols && !readSymbolTable(elf, section, budget, record))) {
-            return {};
-        }
-    }
-    return record;
+    const std::optional<ElfHeader> header = readElfHeader(file);
+    const auto bytes = header ? file.read(0, header->layout.header) : std::nullopt;
+    return bytes ? readWithElfio(file, *header, *bytes) : ElfReaderPrivate();
 }
 
 }  // namespace pkgvet

@@ -1,10 +1,13 @@
 // The facts of ELF files, of real ones and of others that any reader must agree on.
 #include "pkgvet/elf/elf_reader.h"
 
+#include <elf.h>
 #include <gmock/gmock.h>
 #include <sys/stat.h>
 
 #include <algorithm>
+#include <cstddef>
+#include <cstring>
 #include <filesystem>
 #include <stdexcept>
 
@@ -62,6 +65,26 @@ TEST(ElfReader, ReadsAProgram) {
     EXPECT_THAT(reader.symbols(), Contains("main"));
     EXPECT_THAT(reader.libraries(), Contains("libc.so.6"));
     EXPECT_EQ(reader.rpath(), "");
+}
+
+// Debuggers and packers leave such files behind, which run like any other.
+TEST(ElfReader, ReadsAProgramWithASectionBehindItsEnd) {
+    if (sizeof(void*) != sizeof(Elf64_Off)) {
+        GTEST_SKIP() << "the compiler makes no 64-bit code";
+    }
+    const TemporaryDirectory directory;
+    const std::string path = compileElf(directory, "program", kProgram);
+    std::string image = readFile(path);
+    Elf64_Ehdr header{};
+    std::memcpy(&header, image.data(), sizeof(header));
+    const Elf64_Off far = std::uint64_t{1} << 40U;
+    std::memcpy(&image[header.e_shoff + sizeof(Elf64_Shdr) + offsetof(Elf64_Shdr, sh_offset)], &far,
+                sizeof(far));
+    const ElfReader whole = read(path);
+    const ElfReader damaged = read(directory.write("damaged", image));
+    EXPECT_EQ(damaged.elfClass(), ElfClass::Elf64);
+    EXPECT_EQ(damaged.symbols(), whole.symbols());
+    EXPECT_EQ(damaged.libraries(), whole.libraries());
 }
 
 TEST(ElfReader, BothSymbolTablesContribute) {

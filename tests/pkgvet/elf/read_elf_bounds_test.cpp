@@ -1,8 +1,10 @@
 // What is left of ELF files whose sizes, counts and offsets lie, each named for its defect.
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 
 #include <filesystem>
 
+#include "tests/support/child_process.h"
 #include "tests/support/elf_facts.h"
 #include "tests/support/elf_image.h"
 #include "tests/support/temporary_directory.h"
@@ -12,6 +14,29 @@ namespace {
 using Strings = std::vector<std::string>;
 
 const Strings kNone;
+
+constexpr long kMebibyte = 1 << 20;
+const std::string kLongText(kMebibyte, 'x');
+
+long peakMemory() {
+    rusage usage{};
+    getrusage(RUSAGE_SELF, &usage);
+    return usage.ru_maxrss * 1024;
+}
+
+// By how many bytes the reading of image raises what a process takes at most.
+long memoryToRead(const std::string& image) {
+    const TemporaryDirectory directory;
+    const std::string path = directory.write("file", image);
+    const std::string answer = directory / "answer";
+    holdsInChild([&] {
+        const long before = peakMemory();
+        pkgvet::readElf(path);
+        writeFile(answer, std::to_string(peakMemory() - before));
+        return true;
+    });
+    return std::stol(readFile(answer));
+}
 
 TEST(ReadElfBounds, OddEntrySizesReadNothingOutOfBounds) {
     expectElfFacts({
@@ -84,9 +109,34 @@ TEST(ReadElfBounds, OddEntrySizesReadNothingOutOfBounds) {
     });
 }
 
-TEST(ReadElfBounds, EntriesAreThoseInsideTheFile) {
+TEST(ReadElfBounds, EntryBehindTheEndOfTheFileHasTheEmptyName) {
     expectElfFacts({
-        {"sections larger than the file",
+        {"tables behind the file",
+         R"(elf 64 little
+            section strtab
+            section symtab link=1 offset=0x7FFFFFFFFFFFFFFF
+              symbol a
+            section dynsym link=1 offset=0xFFFFFFFFFFFFFFFF
+              symbol a
+              symbol b
+            section dynamic link=1 offset=0xFFFFFFFFFFFFFFFF
+              needed libone.so)",
+         {"", "", "", "", ""},
+         kNone,
+         ""},
+        {"tables larger than the file",
+         R"(elf 32 little
+            section strtab
+            section symtab link=1 size=0x640 entsize=0x100
+              symbol name
+            section dynsym link=1 size=0x8000 entsize=0x4000
+            section strtab
+            section dynsym link=4
+              symbol good)",
+         {"", "", "", "", "", "", "", "", "", "good"},
+         kNone,
+         ""},
+        {"strings and dynamic section larger than the file",
          R"(elf 64 little
             section strtab size=0xFFFFFFFFFFFFFFFF
               text name
@@ -95,13 +145,6 @@ TEST(ReadElfBounds, EntriesAreThoseInsideTheFile) {
          kNone,
          {"name"},
          ""},
-        {"section behind the file", R"(elf 64 little
-            section strtab
-            section symtab link=1 offset=0x7FFFFFFFFFFFFFFF
-              symbol a
-            section dynamic link=1 offset=0xFFFFFFFFFFFFFFFF
-              needed libone.so)",
-         kNone, kNone, ""},
         {"file cut in the middle of a table",
          R"(elf 64 little
             set shoff=64
@@ -109,10 +152,10 @@ TEST(ReadElfBounds, EntriesAreThoseInsideTheFile) {
             byte 64=0
             byte 68=11
             byte 88=128
-            byte 97=16
+            byte 96=80
             byte 120=24
             end 152)",
-         {""},
+         {"", "", ""},
          kNone,
          ""},
     });
@@ -160,27 +203,74 @@ TEST(ReadElfBounds, LastSectionHeaderIncompleteIsNoSection) {
     EXPECT_EQ(facts.libraries, Strings{"libone.so"});
 }
 
-TEST(ReadElfBounds, CountOfFourBillionInASmallFileCostsNothing) {
-    const ElfReaderPrivate facts = readElfImage(elfImage(R"(elf 32 little
-        section strtab
-        section symtab link=1 size=0xFFFFFFFF entsize=1
-        set shnum=0xFFFF
-        end 1024)"));
-    EXPECT_LT(facts.symbols.size(), 1024U);
-    EXPECT_EQ(facts.elfClass, ElfClass::Elf32);
+// More than the file has bytes, and no reason to refuse it.
+TEST(ReadElfBounds, CountThatAMachineCanHoldIsLoaded) {
+    const std::string good = "elf 64 little\nsection strtab\nsection dynsym link=1\nsymbol main\n";
+    struct Case {
+        const char* table;
+        std::size_t count;
+    };
+    const Case cases[] = {
+        {"section symtab offset=0 size=307200 entsize=1\nend 307200", 307200},
+        {"section symtab offset=4096 size=1000000 entsize=1", 1000000},
+        {"section symtab link=1 offset=0xFFFFFFFF size=24000000 entsize=24", 1000000},
+    };
+    for (const Case& test : cases) {
+        SCOPED_TRACE(test.table);
+        const ElfReaderPrivate facts = readElfImage(elfImage(good + test.table));
+        EXPECT_EQ(facts.elfClass, ElfClass::Elf64);
+        ASSERT_EQ(facts.symbols.size(), 2 + test.count);
+        EXPECT_EQ(facts.symbols[1], "main");
+    }
+}
+
+TEST(ReadElfBounds, CountThatNoMachineCanHoldIsRefusedAtNoCost) {
+    for (const char* size : {"0xFFFFFFFF", "0x1000000000000000", "0xFFFFFFFFFFFFFFFF"}) {
+        SCOPED_TRACE(size);
+        const std::string image = elfImage(R"(elf 64 little
+            section strtab
+            section dynsym link=1
+              symbol main
+            section symtab link=1 entsize=1 size=)" +
+                                           std::string(size));
+        EXPECT_LT(memoryToRead(image), 8 * kMebibyte);
+        const ElfReaderPrivate facts = readElfImage(image);
+        EXPECT_EQ(facts.elfClass, ElfClass::NotLoaded);
+        EXPECT_EQ(facts.symbols, kNone);
+    }
+}
+
+// Neither the bytes nor the name of a section that no rule asks for take any memory.
+TEST(ReadElfBounds, SectionsOverTheSameMegabyteCostItOnce) {
+    std::string description = "elf 64 little\nsection strtab\ntext " + kLongText + "\n";
+    for (int i = 0; i < 300; ++i) {
+        description += "section progbits name=1 offset=66 size=0x100000\n";
+    }
+    description += "section dynsym link=1\nsymbol @1\nbyte 62=1\n";
+    const std::string image = elfImage(description);
+    EXPECT_EQ(readElfImage(image).symbols, (Strings{"", kLongText}));
+    EXPECT_LT(memoryToRead(image), 32 * kMebibyte);
+}
+
+TEST(ReadElfBounds, RunPathsThatAreReplacedCostNothing) {
+    std::string description =
+        "elf 64 little\nsection strtab\ntext " + kLongText + "\nsection dynamic link=1\n";
+    for (int i = 0; i < 10000; ++i) {
+        description += "rpath @1\n";
+    }
+    EXPECT_EQ(readElfImage(elfImage(description + "rpath @2")).rpath, kLongText.substr(1));
 }
 
 // A table of symbols that all name one long string, and the same table in thousands of sections.
 TEST(ReadElfBounds, FileThatStandsForFarMoreThanItHoldsIsNotLoaded) {
-    std::string names = "elf 64 little\nsection strtab\ntext " + std::string(1 << 20, 'x') +
-                        "\nsection symtab link=1\n";
+    std::string names =
+        "elf 64 little\nsection strtab\ntext " + kLongText + "\nsection symtab link=1\n";
     for (int i = 0; i < 10000; ++i) {
         names += "symbol @1\n";
     }
     EXPECT_EQ(readElfImage(elfImage(names)).elfClass, ElfClass::NotLoaded);
 
-    std::string sections =
-        "elf 64 little\nsection strtab\nsection progbits\ntext " + std::string(1 << 20, 'x') + "\n";
+    std::string sections = "elf 64 little\nsection strtab\ntext " + kLongText + "\n";
     for (int i = 0; i < 10000; ++i) {
         sections += "section dynamic link=1 offset=66 size=0x100000 entsize=16\n";
     }

@@ -197,6 +197,17 @@ TEST(ReadElf, NameThatCannotBeResolvedIsEmpty) {
          {"", ""},
          kNone,
          ""},
+        {"strings outside the file, and a good table behind them",
+         R"(elf 32 big
+            section strtab offset=0xFFFFFFF0
+            section symtab link=1
+              symbol @1
+            section strtab
+            section dynsym link=3
+              symbol good)",
+         {"", "", "", "good"},
+         kNone,
+         ""},
         {"table that is its own string table",
          R"(elf 64 little
             section symtab link=1
@@ -234,6 +245,65 @@ TEST(ReadElf, StringWithoutAnEndStopsWithItsSection) {
          kNone,
          {"ab"},
          "b"},
+    });
+}
+
+// A program that is damaged there still runs.
+TEST(ReadElf, DamageOutsideTheTablesCostsNothing) {
+    const Strings damages[] = {
+        {},
+        {"byte 54=1", "byte 56=1"},                      // program headers of one byte
+        {"byte 39=0x7F", "byte 54=56", "byte 56=1"},     // program headers behind the file
+        {"byte 54=56", "byte 56=0xFF", "byte 57=0xFF"},  // far too many of them
+        {"byte 62=77"},                                  // names of sections in no section
+        {"byte 62=1"},                                   // names of sections that mislead
+    };
+    for (const Strings& damage : damages) {
+        std::string description = R"(elf 64 little
+            section strtab name=0xFFFF
+            section progbits offset=0x7FFFFFFFFFFFFFFF size=16 name=1
+            section progbits offset=8 size=0xFFFFFFFFFFFFFFFF name=1
+            section dynamic link=1 name=3
+              needed libone.so
+              rpath /one
+            section dynsym link=1
+              symbol first
+            )";
+        for (const std::string& line : damage) {
+            description += line + "\n";
+        }
+        SCOPED_TRACE(testing::PrintToString(damage));
+        const ElfReaderPrivate facts = readElfImage(elfImage(description));
+        EXPECT_EQ(facts.elfClass, ElfClass::Elf64);
+        EXPECT_EQ(facts.symbols, (Strings{"", "first"}));
+        EXPECT_EQ(facts.libraries, Strings{"libone.so"});
+        EXPECT_EQ(facts.rpath, "/one");
+    }
+}
+
+TEST(ReadElf, SectionMayBeTheWholeFile) {
+    expectElfFacts({
+        {"in a known byte order",
+         R"(elf 64 little
+            section strtab offset=0 size=0xFFFF
+            section dynsym link=1
+              symbol @1)",
+         {"\x7F"
+          "ELF\x2\x1\x1",
+          "ELF\x2\x1\x1"},
+         kNone,
+         ""},
+        {"in an unknown one",
+         R"(elf 32 big
+            section strtab offset=0 size=0xFFFF
+            section dynsym link=1
+              symbol @1
+            byte 5=3)",
+         {"\x7F"
+          "ELF\x1\x3\x1",
+          "ELF\x1\x3\x1"},
+         kNone,
+         ""},
     });
 }
 

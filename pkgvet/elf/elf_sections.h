@@ -1,0 +1,37 @@
+// What the sections of an ELF file tell, whoever loads them.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string_view>
+#include <vector>
+
+#include "pkgvet/elf/elf_header.h"
+#include "pkgvet/elf/read_elf.h"
+
+namespace pkgvet {
+
+// As its header states it, true or not.
+struct ElfSection {
+    std::uint64_t type = 0;
+    std::uint64_t offset = 0;
+    std::uint64_t size = 0;
+    std::uint64_t link = 0;
+    std::uint64_t entrySize = 0;
+};
+
+// Loads the first size bytes, which lie inside the file, of the section at index. They must stay
+// where they are until all sections have been read. Nothing when they cannot be loaded.
+using LoadElfSection =
+    std::function<std::optional<std::string_view>(std::size_t index, std::uint64_t size)>;
+
+// The facts of a file with this header, this size and these sections. Sections are loaded when they
+// are needed, each of them once. The record of a file that could not be loaded when load gives
+// nothing or when the file costs more than the budget has.
+ElfReaderPrivate readElfSections(const ElfHeader& header, std::uint64_t fileSize,
+                                 const std::vector<ElfSection>& sections,
+                                 const LoadElfSection& load);
+
+}  // namespace pkgvet
