@@ -272,7 +272,7 @@ TEST(ReadElfBounds, FileThatStandsForFarMoreThanItHoldsIsNotLoaded) {
 
     std::string sections = "elf 64 little\nsection strtab\ntext " + kLongText + "\n";
     for (int i = 0; i < 10000; ++i) {
-        sections += "section dynamic link=1 offset=66 size=0x100000 entsize=16\n";
+        sections += "section dynamic link=1 offset=66 size=0x100000 entsize=0x10000\n";
     }
     const ElfReaderPrivate facts = readElfImage(elfImage(sections));
     EXPECT_EQ(facts.elfClass, ElfClass::NotLoaded);
