@@ -93,4 +93,10 @@ std::string JsonReader::text(const Json& object, const std::string& key, const c
     return member->get<std::string>();
 }
 
+std::vector<Fault> faultsOfJson(const std::string& path) {
+    std::vector<Fault> faults;
+    static_cast<void>(JsonReader(path, &faults).load());
+    return faults;
+}
+
 }  // namespace pkgvet::cli

@@ -40,4 +40,7 @@ private:
     std::vector<Fault>* faults_;
 };
 
+// What such a reader finds wrong with the JSON of the file at path, whatever the file is for.
+std::vector<Fault> faultsOfJson(const std::string& path);
+
 }  // namespace pkgvet::cli

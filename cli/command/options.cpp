@@ -9,6 +9,7 @@
 
 #include "cli/base/version.h"
 #include "cli/command/exit_status.h"
+#include "pkgvet/rules/profile_names.h"
 
 namespace pkgvet::cli {
 
@@ -17,11 +18,15 @@ namespace {
 template <typename Value>
 using Names = std::vector<std::pair<std::string, Value>>;
 
-const Names<Profiles> kProfiles = {
-    {"regular", Profiles::Regular}, {"extended", Profiles::Extended},
-    {"mdm", Profiles::Mdm},         {"antivirus", Profiles::Antivirus},
-    {"auth", Profiles::Auth},       {"market", Profiles::Market},
-};
+Names<Profiles> profileNames() {
+    Names<Profiles> names;
+    for (std::size_t i = 0; i < kProfileNames.size(); ++i) {
+        names.emplace_back(kProfileNames[i], static_cast<Profiles>(i));
+    }
+    return names;
+}
+
+const Names<Profiles> kProfiles = profileNames();
 const Names<ValidationMode> kValidationModes = {
     {"auto", ValidationMode::Auto}, {"on", ValidationMode::On}, {"off", ValidationMode::Off}};
 const Names<ColorMode> kColorModes = {

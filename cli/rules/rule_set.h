@@ -1,32 +1,18 @@
 // The rules of a profile with the places that they come from.
 #pragma once
 
-#include <set>
 #include <string>
-#include <utility>
 #include <vector>
 
 #include "cli/base/fault.h"
+#include "cli/rules/rule_tree_walk.h"
 #include "pkgvet/rules/profiles.h"
 
 namespace pkgvet::cli {
 
-// An element of a list.
-struct RuleElement {
-    std::string text;
-    std::string file;
-    std::string key;  // its place there, such as "libraries[0].list[3]"
-};
-
 struct RuleList {
-    std::string name;  // such as "paths" or "libraries.allowed"
+    std::string name;  // one of ruleListNames()
     std::vector<RuleElement> elements;
-};
-
-struct RuleScalar {
-    std::string name;  // its key in the configuration file
-    std::string value;
-    std::string key;
 };
 
 // What a Configuration is made of, in the same order, parents included. Unlike there, a permission

@@ -2,7 +2,6 @@
 #include "cli/rules/rule_warnings.h"
 
 #include <map>
-#include <nlohmann/json.hpp>
 #include <string_view>
 
 #include "cli/base/strict_json.h"
@@ -15,7 +14,7 @@ namespace {
 constexpr std::string_view kDirectorySuffix = "_dir";
 constexpr const char* kNoSlash = "does not end in a slash";
 constexpr const char* kLenient =
-    "is no proper JSON, which is taken all the same, but not always as it was meant: ";
+    "is not strict JSON; it is read all the same, but not always as it was meant: ";
 
 void warnAboutDirectories(const std::string& file, const RuleSet& rules,
                           std::vector<Fault>* warnings) {
@@ -51,9 +50,7 @@ void warnAboutRepeats(const RuleSet& rules, std::vector<Fault>* warnings) {
 // The library's own reader loses a single backslash, for example, without a word.
 void warnAboutLenience(const RuleSet& rules, std::vector<Fault>* warnings) {
     for (const std::string& file : rules.files) {
-        std::vector<Fault> faults;
-        static_cast<void>(JsonReader(file, &faults).load());
-        for (const Fault& fault : faults) {
+        for (const Fault& fault : faultsOfJson(file)) {
             warnings->push_back({file, fault.key, kLenient + fault.cause});
         }
     }

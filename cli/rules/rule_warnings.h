@@ -1,4 +1,4 @@
-// What is lawful in a rule tree and hardly meant.
+// What a rule tree may hold but is unlikely to mean.
 #pragma once
 
 #include <string>

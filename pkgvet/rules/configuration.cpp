@@ -4,157 +4,97 @@
 #include <json-glib/json-glib.h>
 
 #include <array>
+#include <optional>
 #include <string_view>
 #include <utility>
 
 #include "pkgvet/rules/configuration_private.h"
 #include "pkgvet/rules/developer_mode.h"
+#include "pkgvet/rules/profile_names.h"
 #include "pkgvet/rules/rule_files.h"
+#include "pkgvet/rules/rule_tree_format.h"
 
 namespace {
 
 using pkgvet::mandatoryString;
 
-// Indexed by the numeric Profiles value.
-constexpr std::array<std::string_view, 6> kProfileNames = {"regular",   "extended", "mdm",
-                                                           "antivirus", "auth",     "market"};
 constexpr std::string_view kUnknownProfile = "<unknown>";
 
-struct Parent {
-    std::string_view name;
-    guint index;
-};
-
-// The only profiles that can be parents.
-constexpr std::array<Parent, 2> kParents = {{{"regular", 0}, {"extended", 1}}};
-
-constexpr const char* kProfilesKey = "profiles";
-constexpr const char* kDirsKey = "dirs";
-constexpr const char* kIconSizesKey = "icon_sizes";
-constexpr const char* kDisallowedComponentsKey = "disallowed_components";
-constexpr const char* kInheritanceKey = "inheritance";
-constexpr const char* kRequireDesktopKey = "require_desktop";
-constexpr const char* kRequireIconsKey = "require_icons";
-
-struct TextKey {
-    const char* key;
-    std::string ConfigurationPrivate::*field;
-};
-
-constexpr std::array<TextKey, 5> kDirectoryKeys = {{
-    {"bin_dir", &ConfigurationPrivate::binDir},
-    {"share_dir", &ConfigurationPrivate::shareDir},
-    {"desktop_dir", &ConfigurationPrivate::desktopDir},
-    {"icon_dir", &ConfigurationPrivate::iconDir},
-    {"libexec_dir", &ConfigurationPrivate::libexecDir},
-}};
-
-constexpr std::array<TextKey, 3> kProfileKeys = {{
-    {"name", &ConfigurationPrivate::name},
-    {"provides", &ConfigurationPrivate::provides},
-    {kInheritanceKey, &ConfigurationPrivate::inheritance},
-}};
-
-// The list files of a profile, in the order in which they are read.
-constexpr std::array<const char*, 5> kListFileKeys = {
-    "paths_list", "libraries_list", "requires_list", "qmlimports_list", "permissions_list"};
-enum ListFile : std::size_t { Paths, Libraries, Requires, Qmlimports, Permissions };
-
-using ListFiles = std::array<std::string, kListFileKeys.size()>;
-
-void loadListFile(std::size_t kind, const std::string& path, ConfigurationPrivate* record) {
-    switch (kind) {
-        case Paths:
-            return pkgvet::loadPathsFile(path, record);
-        case Libraries:
-            return pkgvet::loadTierFile(path, "libraries", record);
-        case Requires:
-            return pkgvet::loadTierFile(path, "requires", record);
-        case Qmlimports:
-            return pkgvet::loadTierFile(path, "qmlimports", record);
-        default:
-            return pkgvet::loadPermissionsFile(path, record);
-    }
-}
+// In the order of kListFiles.
+using ListPaths = std::array<std::string, pkgvet::kListFiles.size()>;
 
 // An absent array of sizes is json-glib's complaint and an empty list.
 void readIconSizes(JsonObject* root, ConfigurationPrivate* record) {
-    JsonArray* sizes = json_object_get_array_member(root, kIconSizesKey);
+    JsonArray* sizes = json_object_get_array_member(root, pkgvet::kIconSizesKey);
     const guint length = sizes == nullptr ? 0 : json_array_get_length(sizes);
     for (guint i = 0; i < length; ++i) {
         record->iconSizes.push_back(static_cast<int>(json_array_get_int_element(sizes, i)));
     }
 }
 
-JsonObject* objectMember(JsonObject* object, const char* key) {
-    JsonNode* node = json_object_get_member(object, key);
-    return node != nullptr && JSON_NODE_HOLDS_OBJECT(node) ? json_node_get_object(node) : nullptr;
-}
-
 // Returns the path of the disallowed components file, which the record does not keep.
 std::string readDirectories(JsonObject* root, const std::string& file,
                             ConfigurationPrivate* record) {
-    JsonObject* dirs = objectMember(root, kDirsKey);
+    JsonObject* dirs = pkgvet::objectOf(json_object_get_member(root, pkgvet::kDirsKey));
     if (dirs == nullptr) {
-        pkgvet::refuse(file, kDirsKey, "is missing or no object");
+        pkgvet::refuse(file, pkgvet::kDirsKey, "is missing or not an object");
     }
-    for (const TextKey& text : kDirectoryKeys) {
-        record->*text.field = mandatoryString(dirs, text.key, file);
+    for (const pkgvet::TextKey& key : pkgvet::kDirectoryKeys) {
+        record->*key.field = mandatoryString(dirs, key.name, file);
     }
-    return json_object_get_string_member(dirs, kDisallowedComponentsKey);
+    return json_object_get_string_member(dirs, pkgvet::kDisallowedComponentsKey);
 }
 
 JsonArray* profilesOf(JsonObject* root, const std::string& file) {
-    JsonNode* node = json_object_get_member(root, kProfilesKey);
+    JsonNode* node = json_object_get_member(root, pkgvet::kProfilesKey);
     if (node == nullptr || !JSON_NODE_HOLDS_ARRAY(node)) {
-        pkgvet::refuse(file, kProfilesKey, "is missing or no array");
+        pkgvet::refuse(file, pkgvet::kProfilesKey, "is missing or not an array");
     }
     return json_node_get_array(node);
 }
 
 // Null where the array has no object at index.
 JsonObject* profileAt(JsonArray* profiles, guint index) {
-    if (index >= json_array_get_length(profiles)) {
-        return nullptr;
-    }
-    JsonNode* node = json_array_get_element(profiles, index);
-    return JSON_NODE_HOLDS_OBJECT(node) ? json_node_get_object(node) : nullptr;
+    const bool exists = index < json_array_get_length(profiles);
+    return exists ? pkgvet::objectOf(json_array_get_element(profiles, index)) : nullptr;
 }
 
-ListFiles readProfile(JsonObject* profile, const std::string& file, ConfigurationPrivate* record) {
-    ListFiles lists;
-    for (std::size_t i = 0; i < lists.size(); ++i) {
-        lists[i] = mandatoryString(profile, kListFileKeys[i], file);
+ListPaths readProfile(JsonObject* profile, const std::string& file, ConfigurationPrivate* record) {
+    ListPaths paths;
+    for (std::size_t i = 0; i < paths.size(); ++i) {
+        paths[i] = mandatoryString(profile, pkgvet::kListFiles[i].pathKey, file);
     }
-    for (const TextKey& text : kProfileKeys) {
-        record->*text.field = mandatoryString(profile, text.key, file);
+    for (const pkgvet::TextKey& key : pkgvet::kProfileTextKeys) {
+        record->*key.field = mandatoryString(profile, key.name, file);
     }
-    record->desktopRequirement = json_object_get_boolean_member(profile, kRequireDesktopKey);
-    record->iconRequirement = json_object_get_boolean_member(profile, kRequireIconsKey);
-    return lists;
+    for (const pkgvet::FlagKey& key : pkgvet::kProfileFlagKeys) {
+        record->*key.field = json_object_get_boolean_member(profile, key.name);
+    }
+    return paths;
 }
 
-JsonObject* parentProfile(std::string_view name, JsonArray* profiles) {
-    for (const Parent& parent : kParents) {
-        if (parent.name == name) {
-            return profileAt(profiles, parent.index);
-        }
+// The disallowed components come between the profile's paths and its other lists.
+void loadLists(const ListPaths& paths, const std::string& disallowedComponents,
+               ConfigurationPrivate* record) {
+    pkgvet::loadListFile(pkgvet::kListFiles.front(), paths.front(), record);
+    pkgvet::loadDisallowedComponentsFile(disallowedComponents, record);
+    for (std::size_t i = 1; i < paths.size(); ++i) {
+        pkgvet::loadListFile(pkgvet::kListFiles[i], paths[i], record);
     }
-    return nullptr;
 }
 
 // Since only two profiles can be parents, a third inherited level is one of them again.
 void refuseCycle(std::string parent, JsonArray* profiles, const std::string& file) {
-    for (std::size_t level = 0; level <= kParents.size(); ++level) {
-        JsonObject* profile = parentProfile(parent, profiles);
+    for (std::size_t level = 0; level <= pkgvet::kParents.size(); ++level) {
+        const std::optional<unsigned> index = pkgvet::parentIndex(parent);
+        JsonObject* profile = index ? profileAt(profiles, *index) : nullptr;
         JsonNode* next =
-            profile == nullptr ? nullptr : json_object_get_member(profile, kInheritanceKey);
-        if (profile == nullptr || next == nullptr ||
-            json_node_get_value_type(next) != G_TYPE_STRING) {
+            profile == nullptr ? nullptr : json_object_get_member(profile, pkgvet::kInheritanceKey);
+        if (next == nullptr || json_node_get_value_type(next) != G_TYPE_STRING) {
             return;
         }
-        if (level == kParents.size()) {
-            pkgvet::refuse(file, kInheritanceKey, "leads profiles back to themselves");
+        if (level == pkgvet::kParents.size()) {
+            pkgvet::refuse(file, pkgvet::kInheritanceKey, "leads profiles back to themselves");
         }
         parent = json_node_get_string(next);
     }
@@ -174,28 +114,25 @@ Configuration::Configuration(const std::string& path, Profiles profile)
     JsonArray* profiles = profilesOf(file.root, path);
     JsonObject* chosen = profileAt(profiles, static_cast<guint>(profile));
     if (chosen == nullptr) {
-        pkgvet::refuse(path, kProfilesKey, "has no object for " + getProfileName(profile));
+        pkgvet::refuse(path, pkgvet::kProfilesKey, "has no object for " + getProfileName(profile));
     }
-    const ListFiles lists = readProfile(chosen, path, d_ptr.get());
-    loadListFile(Paths, lists[Paths], d_ptr.get());
-    pkgvet::loadDisallowedComponentsFile(disallowedComponents, d_ptr.get());
-    for (std::size_t kind = Libraries; kind < lists.size(); ++kind) {
-        loadListFile(kind, lists[kind], d_ptr.get());
-    }
+    loadLists(readProfile(chosen, path, d_ptr.get()), disallowedComponents, d_ptr.get());
     refuseCycle(d_ptr->inheritance, profiles, path);
     applyInheritance(d_ptr->inheritance, profiles);
 }
 
 void Configuration::applyInheritance(const std::string& parent, JsonArray* profiles) {
-    JsonObject* profile = parentProfile(parent, profiles);
+    const std::optional<unsigned> index = pkgvet::parentIndex(parent);
+    // json-glib complains of a parent that is not there, and the walk ends.
+    JsonObject* profile = index ? json_array_get_object_element(profiles, *index) : nullptr;
     if (profile == nullptr) {
         return;
     }
-    for (std::size_t kind = 0; kind < kListFileKeys.size(); ++kind) {
-        loadListFile(kind, json_object_get_string_member(profile, kListFileKeys[kind]),
-                     d_ptr.get());
+    for (const pkgvet::ListFile& list : pkgvet::kListFiles) {
+        pkgvet::loadListFile(list, json_object_get_string_member(profile, list.pathKey),
+                             d_ptr.get());
     }
-    applyInheritance(json_object_get_string_member(profile, kInheritanceKey), profiles);
+    applyInheritance(json_object_get_string_member(profile, pkgvet::kInheritanceKey), profiles);
 }
 
 Configuration::Configuration(const Configuration& other)
@@ -218,5 +155,6 @@ void Configuration::setValidationEnabled(bool enabled) const {
 
 std::string Configuration::getProfileName(Profiles profile) {
     const auto index = static_cast<unsigned>(profile);
-    return std::string(index < kProfileNames.size() ? kProfileNames[index] : kUnknownProfile);
+    return std::string(index < pkgvet::kProfileNames.size() ? pkgvet::kProfileNames[index]
+                                                            : kUnknownProfile);
 }

@@ -30,10 +30,10 @@ public:
     // relative ones start at the working directory. profile chooses by position in the file.
     //
     // Throws std::logic_error ("basic_string: construction from null is not valid") where
-    // "disallowed_components" is missing, where an element of a list is no string and where a
+    // "disallowed_components" is missing, where an element of a list is not a string and where a
     // parent lacks a key; std::invalid_argument, with file and key in its text, for any other
-    // mandatory key that is missing, for a profile that the file does not hold, and for profiles
-    // that inherit in a circle.
+    // mandatory key that is missing, for a profile that the file does not hold, for profiles that
+    // inherit in a circle, and with the file for one that nests too deeply to be parsed.
     Configuration(const std::string& path, Profiles profile);
     Configuration(const Configuration& other);
     Configuration& operator=(const Configuration&) = delete;

@@ -1,66 +1,36 @@
 // Reads the list files of a rule tree.
 #include "pkgvet/rules/rule_files.h"
 
+#include <algorithm>
 #include <array>
 #include <stdexcept>
 #include <string_view>
+#include <vector>
 
 namespace pkgvet {
 
 namespace {
 
-using StringList = std::vector<std::string> ConfigurationPrivate::*;
+// The mime handlers come first, before the patterns.
+constexpr std::array<ListKey, 2> kComponentLists = {kDisallowedHandlersKey, kDisallowedPatternsKey};
 
-struct Tier {
-    std::string_view name;
-    StringList list;
-};
+// json-glib itself complains of a root that is not an object, and again when the null that it gives
+// for one is asked for a key.
+JsonObject* rootOf(const JsonFile& file) {
+    return json_node_get_object(file.node);
+}
 
-struct TierFile {
-    std::string_view key;
-    std::array<Tier, 3> tiers;
-};
+// A null array is empty.
+guint lengthOf(JsonArray* array) {
+    return array == nullptr ? 0 : json_array_get_length(array);
+}
 
-constexpr std::array<TierFile, 3> kTierFiles = {{
-    {"libraries",
-     {{{"allowed", &ConfigurationPrivate::allowedLibraries},
-       {"unstable", &ConfigurationPrivate::unstableLibraries},
-       {"deprecated", &ConfigurationPrivate::deprecatedLibraries}}}},
-    {"requires",
-     {{{"allowed", &ConfigurationPrivate::allowedRequires},
-       {"unstable", &ConfigurationPrivate::unstableRequires},
-       {"deprecated", &ConfigurationPrivate::deprecatedRequires}}}},
-    {"qmlimports",
-     {{{"allowed", &ConfigurationPrivate::allowedQmlimports},
-       {"unstable", &ConfigurationPrivate::unstableQmlimports},
-       {"deprecated", &ConfigurationPrivate::deprecatedQmlimports}}}},
-}};
-
-struct ComponentList {
-    const char* key;
-    StringList list;
-};
-
-constexpr std::array<ComponentList, 2> kComponentLists = {{
-    {"mimehandlers", &ConfigurationPrivate::disallowedHandlers},
-    {"patterns", &ConfigurationPrivate::disallowedPatterns},
-}};
-
-constexpr const char* kPathsKey = "paths";
-constexpr const char* kPermissionsKey = "permissions";
-constexpr const char* kTierListKey = "list";
-constexpr const char* kTierNameKey = "name";
-
-// The strings of the array that object has under key. json-glib itself complains of an absent one,
-// and of a file whose root is not an object.
+// json-glib itself complains of an array that is not there. An element that is not a string comes
+// as null, which std::string refuses with std::logic_error.
 std::vector<std::string> stringsOf(JsonObject* object, const char* key) {
     std::vector<std::string> strings;
     JsonArray* array = json_object_get_array_member(object, key);
-    if (array == nullptr) {
-        return strings;
-    }
-    const guint length = json_array_get_length(array);
-    for (guint i = 0; i < length; ++i) {
+    for (guint i = 0; i < lengthOf(array); ++i) {
         strings.emplace_back(json_array_get_string_element(array, i));
     }
     return strings;
@@ -70,27 +40,26 @@ void append(const std::vector<std::string>& strings, std::vector<std::string>* l
     list->insert(list->end(), strings.begin(), strings.end());
 }
 
-JsonObject* objectAt(JsonArray* array, guint index) {
-    JsonNode* node = json_array_get_element(array, index);
-    return JSON_NODE_HOLDS_OBJECT(node) ? json_node_get_object(node) : nullptr;
+// Null for a key that no tier file has.
+const ListFile* tierFileOf(std::string_view key) {
+    const auto* found = std::find_if(kListFiles.begin(), kListFiles.end(), [key](const auto& file) {
+        return file.form == ListForm::Tiers && file.contentKey == key;
+    });
+    return found == kListFiles.end() ? nullptr : found;
 }
 
-// A tier of another name is read and dropped, and so is every tier of an unknown kind of file.
-void addTier(std::string_view key, const std::string& name, const std::vector<std::string>& strings,
+// A tier of another name is read and dropped.
+void addTier(const ListFile* file, std::string_view name, const std::vector<std::string>& strings,
              ConfigurationPrivate* record) {
-    for (const TierFile& file : kTierFiles) {
-        for (const Tier& tier : file.tiers) {
-            if (file.key == key && tier.name == name) {
-                append(strings, &(record->*tier.list));
-            }
+    for (std::size_t i = 0; file != nullptr && i < kTierNames.size(); ++i) {
+        if (kTierNames[i] == name) {
+            append(strings, &(record->*file->tiers[i]));
         }
     }
 }
 
 }  // namespace
 
-// One that nests too deeply to be parsed may be a valid file all the same, and going on without it
-// would judge packages by rules that nobody wrote.
 JsonFile loadRuleFile(const std::string& path) {
     JsonFile file = loadJsonFile(path);
     if (file.outcome == JsonOutcome::TooDeep) {
@@ -102,15 +71,14 @@ JsonFile loadRuleFile(const std::string& path) {
 void loadPathsFile(const std::string& path, ConfigurationPrivate* record) {
     const JsonFile file = loadRuleFile(path);
     if (file.outcome == JsonOutcome::Loaded) {
-        append(stringsOf(json_node_get_object(file.node), kPathsKey), &record->pathsList);
+        append(stringsOf(rootOf(file), kPathsKey), &record->pathsList);
     }
 }
 
 void loadPermissionsFile(const std::string& path, ConfigurationPrivate* record) {
     const JsonFile file = loadRuleFile(path);
     if (file.outcome == JsonOutcome::Loaded) {
-        const std::vector<std::string> permissions =
-            stringsOf(json_node_get_object(file.node), kPermissionsKey);
+        const std::vector<std::string> permissions = stringsOf(rootOf(file), kPermissionsKey);
         record->allowedPermissions.insert(permissions.begin(), permissions.end());
     }
 }
@@ -120,9 +88,9 @@ void loadDisallowedComponentsFile(const std::string& path, ConfigurationPrivate*
     if (file.outcome != JsonOutcome::Loaded) {
         return;
     }
-    JsonObject* root = json_node_get_object(file.node);
-    for (const ComponentList& component : kComponentLists) {
-        append(stringsOf(root, component.key), &(record->*component.list));
+    JsonObject* root = rootOf(file);
+    for (const ListKey& list : kComponentLists) {
+        append(stringsOf(root, list.name), &(record->*list.field));
     }
 }
 
@@ -131,22 +99,36 @@ void loadTierFile(const std::string& path, const std::string& key, Configuration
     if (file.outcome != JsonOutcome::Loaded) {
         return;
     }
-    JsonArray* tiers = json_object_get_array_member(json_node_get_object(file.node), key.c_str());
-    const guint length = tiers == nullptr ? 0 : json_array_get_length(tiers);
-    for (guint i = 0; i < length; ++i) {
-        JsonObject* tier = objectAt(tiers, i);
+    JsonArray* tiers = json_object_get_array_member(rootOf(file), key.c_str());
+    for (guint i = 0; i < lengthOf(tiers); ++i) {
+        JsonObject* tier = objectOf(json_array_get_element(tiers, i));
         if (tier == nullptr) {
-            refuse(path, key + "[" + std::to_string(i) + "]", "is no object");
+            refuse(path, key + "[" + std::to_string(i) + "]", "is not an object");
         }
         const std::vector<std::string> strings = stringsOf(tier, kTierListKey);
-        addTier(key, mandatoryString(tier, kTierNameKey, path), strings, record);
+        addTier(tierFileOf(key), mandatoryString(tier, kTierNameKey, path), strings, record);
     }
+}
+
+void loadListFile(const ListFile& list, const std::string& path, ConfigurationPrivate* record) {
+    switch (list.form) {
+        case ListForm::Patterns:
+            return loadPathsFile(path, record);
+        case ListForm::Tiers:
+            return loadTierFile(path, list.contentKey, record);
+        case ListForm::Names:
+            return loadPermissionsFile(path, record);
+    }
+}
+
+JsonObject* objectOf(JsonNode* node) {
+    return node != nullptr && JSON_NODE_HOLDS_OBJECT(node) ? json_node_get_object(node) : nullptr;
 }
 
 std::string mandatoryString(JsonObject* object, const char* key, const std::string& file) {
     JsonNode* node = object == nullptr ? nullptr : json_object_get_member(object, key);
     if (node == nullptr || json_node_get_value_type(node) != G_TYPE_STRING) {
-        refuse(file, key, "is missing or no string");
+        refuse(file, key, "is missing or not a string");
     }
     return json_node_get_string(node);
 }

@@ -46,10 +46,12 @@ TEST_F(RulesCommand, CheckNamesTheFaultsOfAllProfilesInOneRun) {
     const std::string path = tree_.write(directory_);
     const ProgramResult result = runPkgvet({"rules", "check", path});
     EXPECT_EQ(result.status, 2);
-    EXPECT_THAT(result.output, HasSubstr("error: " + (directory_ / "profile-0/libraries.json") +
-                                         ": \"libraries[0].list[0]\" is no regular expression: "));
-    EXPECT_THAT(result.output, HasSubstr("error: " + (directory_ / "profile-5/requires.json") +
-                                         ": \"requires[1].list[1]\" is no regular expression: "));
+    EXPECT_THAT(result.output,
+                HasSubstr("error: " + (directory_ / "profile-0/libraries.json") +
+                          ": \"libraries[0].list[0]\" is not a regular expression: "));
+    EXPECT_THAT(result.output,
+                HasSubstr("error: " + (directory_ / "profile-5/requires.json") +
+                          ": \"requires[1].list[1]\" is not a regular expression: "));
     EXPECT_THAT(result.output, HasSubstr("\n2 errors, 0 warnings\n"));
     EXPECT_EQ(runPkgvet({"rules", "check", "--profile", "mdm", path}).status, 0);
 }

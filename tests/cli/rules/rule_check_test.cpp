@@ -88,17 +88,17 @@ TEST_F(RuleCheck, ListFilesAreHeldToTheirShape) {
          "paths.json||parse error at line 1, column 1: syntax error while parsing value - "
          "unexpected end of input; expected '[', '{', or a literal"},
         {"paths.json", "{}", "paths.json|paths|is missing"},
-        {"paths.json", R"({"paths": "x"})", "paths.json|paths|is no array"},
-        {"paths.json", R"({"paths": ["a", 1]})", "paths.json|paths[1]|is no string"},
+        {"paths.json", R"({"paths": "x"})", "paths.json|paths|is not an array"},
+        {"paths.json", R"({"paths": ["a", 1]})", "paths.json|paths[1]|is not a string"},
         {"permissions.json", R"({"permissions": [null]})",
-         "permissions.json|permissions[0]|is no string"},
-        {"libraries.json", R"({"libraries": [1]})", "libraries.json|libraries[0]|is no object"},
+         "permissions.json|permissions[0]|is not a string"},
+        {"libraries.json", R"({"libraries": [1]})", "libraries.json|libraries[0]|is not an object"},
         {"libraries.json", R"({"libraries": [{"list": []}]})",
          "libraries.json|libraries[0].name|is missing"},
         {"requires.json", R"({"requires": [{"name": "allowed"}]})",
          "requires.json|requires[0].list|is missing"},
         {"qmlimports.json", R"({"qmlimports": [{"name": "allowed", "list": [{}]}]})",
-         "qmlimports.json|qmlimports[0].list[0]|is no string"},
+         "qmlimports.json|qmlimports[0].list[0]|is not a string"},
     };
     for (const Case& test : cases) {
         SCOPED_TRACE(test.fault);
@@ -119,10 +119,9 @@ TEST_F(RuleCheck, WhatTheLibraryDoesNotReadIsAFault) {
     std::filesystem::remove(list("paths.json"));
     ASSERT_EQ(mkfifo(list("paths.json").c_str(), 0600), 0);
     writeFile(list("libraries.json"),
-              R"({"libraries": )" + std::string(30000, '[') + std::string(30000, ']') + "}");
-    EXPECT_THAT(faults(),
-                testing::ElementsAre("paths.json||is no regular file",
-                                     "libraries.json||is too large or too deep to be read"));
+              R"({"libraries": )" + std::string(60000, '[') + std::string(60000, ']') + "}");
+    EXPECT_THAT(faults(), testing::ElementsAre("paths.json||is not a regular file",
+                                               "libraries.json||is nested too deeply to be read"));
 }
 
 TEST_F(RuleCheck, PatternThatDoesNotCompileIsAFault) {
@@ -130,11 +129,13 @@ TEST_F(RuleCheck, PatternThatDoesNotCompileIsAFault) {
               R"({"libraries": [{"name": "deprecated", "list": ["ok", "(", "[b"]}]})");
     const std::vector<std::string> found = faults();
     ASSERT_EQ(found.size(), 2U);
-    EXPECT_EQ(found[0].find("libraries.json|libraries[0].list[1]|is no regular expression: "), 0U);
-    EXPECT_EQ(found[1].find("libraries.json|libraries[0].list[2]|is no regular expression: "), 0U);
+    EXPECT_EQ(found[0].find("libraries.json|libraries[0].list[1]|is not a regular expression: "),
+              0U);
+    EXPECT_EQ(found[1].find("libraries.json|libraries[0].list[2]|is not a regular expression: "),
+              0U);
 }
 
-TEST_F(RuleCheck, PermissionsAreNoPatterns) {
+TEST_F(RuleCheck, PermissionsAreNotPatterns) {
     writeFile(list("permissions.json"), R"({"permissions": ["("]})");
     EXPECT_THAT(faults(), IsEmpty());
 }
@@ -187,13 +188,13 @@ TEST_F(RuleCheck, FileThatServesForTwoListsIsHeldToBothShapes) {
     EXPECT_THAT(faults(), testing::ElementsAre("libraries.json|requires|is missing"));
 }
 
-TEST_F(RuleCheck, ParentThatIsNoTextIsAFault) {
+TEST_F(RuleCheck, ParentThatIsNotATextIsAFault) {
     for (const Json& parent : {Json::object(), Json::array(), Json(nullptr), Json(1)}) {
         Json broken = configuration();
         broken["profiles"][0]["inheritance"] = parent;
         write(broken);
         EXPECT_THAT(faults(), testing::ElementsAre(
-                                  "configuration.json|profiles[0].inheritance|is no string"));
+                                  "configuration.json|profiles[0].inheritance|is not a string"));
     }
 }
 

@@ -130,9 +130,10 @@ TEST(RuleSet, UnknownTiersAndParentsAreDropped) {
     const RuleSet rules = loadRuleSet(path, Profiles::Mdm);
     ASSERT_EQ(rules.dropped.size(), 2U);
     EXPECT_EQ(rules.dropped[0].key, "libraries[0].name");
-    EXPECT_EQ(rules.dropped[0].cause, "\"Allowed\" is no tier, so its list is dropped");
+    EXPECT_EQ(rules.dropped[0].cause,
+              "\"Allowed\" is not the name of a tier, so its list is dropped");
     EXPECT_EQ(rules.dropped[1].key, "profiles[2].inheritance");
-    EXPECT_EQ(rules.dropped[1].cause, "\"Extended\" can be no parent, so nothing is inherited");
+    EXPECT_EQ(rules.dropped[1].cause, "\"Extended\" cannot be a parent, so nothing is inherited");
     EXPECT_THAT(texts(rules, "libraries.allowed"), IsEmpty());
     EXPECT_THAT(texts(rules, "paths"), ElementsAre("/mdm", "/twice", "/twice"));
 }

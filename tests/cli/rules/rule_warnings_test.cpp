@@ -1,4 +1,4 @@
-// What is lawful in a rule tree and hardly meant.
+// What a rule tree may hold but is unlikely to mean.
 #include "cli/rules/rule_warnings.h"
 
 #include <gmock/gmock.h>
@@ -52,8 +52,8 @@ TEST_F(RuleWarnings, DirectoriesEndInASlash) {
 TEST_F(RuleWarnings, ParentsOfUnknownNameInheritNothing) {
     tree_.profiles[2].inheritance = "antivirus";
     EXPECT_THAT(warnings(),
-                ElementsAre("configuration.json|profiles[2].inheritance|\"antivirus\" can be no "
-                            "parent, so nothing is inherited"));
+                ElementsAre("configuration.json|profiles[2].inheritance|\"antivirus\" cannot be "
+                            "a parent, so nothing is inherited"));
 }
 
 TEST_F(RuleWarnings, ParentThatAllProfilesShareIsWarnedAboutOnce) {
@@ -85,7 +85,7 @@ TEST_F(RuleWarnings, FileThatProfileAndParentShareRepeatsNothing) {
     EXPECT_THAT(warningsAbout(path), IsEmpty());
 }
 
-TEST_F(RuleWarnings, SameTextInAnotherTierIsNoRepeat) {
+TEST_F(RuleWarnings, SameTextInAnotherTierIsNotARepeat) {
     tree_.regular().libraries = {{"a"}, {"a"}, {}};
     EXPECT_THAT(warnings(), IsEmpty());
 }
@@ -95,7 +95,7 @@ TEST_F(RuleWarnings, BackslashThatTheLibraryLosesIsFound) {
     writeFile(list("paths.json"), R"({"paths": ["/a\.b"]})");
     const std::vector<std::string> found = warningsAbout(path);
     ASSERT_EQ(found.size(), 1U);
-    EXPECT_THAT(found[0], testing::StartsWith("profile-0/paths.json||is no proper JSON"));
+    EXPECT_THAT(found[0], testing::StartsWith("profile-0/paths.json||is not strict JSON"));
 }
 
 TEST_F(RuleWarnings, UnreadableTreeIsLeftToTheCheck) {

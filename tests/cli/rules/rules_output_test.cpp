@@ -34,10 +34,10 @@ std::string difference(const RuleSet& before, const RuleSet& after) {
 
 TEST(RulesOutput, CheckEndsWithTheNumbers) {
     std::ostringstream stream;
-    writeRuleCheck({{"/a.json", "paths[1]", "is no string"}, {"/b.json", "", "is gone"}},
+    writeRuleCheck({{"/a.json", "paths[1]", "is not a string"}, {"/b.json", "", "is gone"}},
                    {{"/c\033.json", "dirs.bin_dir", "does not end in a slash"}}, stream);
     EXPECT_EQ(stream.str(),
-              "error: /a.json: \"paths[1]\" is no string\n"
+              "error: /a.json: \"paths[1]\" is not a string\n"
               "error: /b.json: is gone\n"
               "warning: /c\\x1b.json: \"dirs.bin_dir\" does not end in a slash\n"
               "2 errors, 1 warning\n");

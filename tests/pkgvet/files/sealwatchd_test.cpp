@@ -147,3 +147,11 @@ TEST(Sealwatchd, WhatIsNotARegularFileIsInvalid) {
     }
 }
 
+TEST(Sealwatchd, HasNoLargestSize) {
+    const TemporaryDirectory directory;
+    const std::string blanks(17 * 1024 * 1024, ' ');
+    const std::string file = directory.write("app.json", blanks + R"({"watch": []})");
+    EXPECT_EQ(checkSealwatchdFile(file, kPaths), kValid);
+}
+
+}  // namespace

@@ -70,7 +70,7 @@ TEST(ConfigurationFailures, MandatoryTextIsRefusedWithFileAndKey) {
     }
     for (const Case& test : cases) {
         SCOPED_TRACE(test.key);
-        const std::string expected = "\"" + test.key + "\" is missing or no string";
+        const std::string expected = "\"" + test.key + "\" is missing or not a string";
         SpoiltTree tree;
         Json& object = tree.json[Json::json_pointer(test.object)];
         for (const Json& value : kNoStrings) {
@@ -91,13 +91,13 @@ TEST(ConfigurationFailures, ShapesWithoutMeaningAreRefusedWithFileAndKey) {
     };
     const Case cases[] = {
         {"no dirs", [](Json* json) { json->erase("dirs"); }, Profiles::Regular,
-         "\"dirs\" is missing or no object"},
+         "\"dirs\" is missing or not an object"},
         {"dirs is a list", [](Json* json) { (*json)["dirs"] = Json::array(); }, Profiles::Regular,
-         "\"dirs\" is missing or no object"},
+         "\"dirs\" is missing or not an object"},
         {"no profiles", [](Json* json) { json->erase("profiles"); }, Profiles::Regular,
-         "\"profiles\" is missing or no array"},
+         "\"profiles\" is missing or not an array"},
         {"profiles is an object", [](Json* json) { (*json)["profiles"] = Json::object(); },
-         Profiles::Regular, "\"profiles\" is missing or no array"},
+         Profiles::Regular, "\"profiles\" is missing or not an array"},
         {"profiles is empty", [](Json* json) { (*json)["profiles"] = Json::array(); },
          Profiles::Regular, "\"profiles\" has no object for regular"},
         {"too few profiles", [](Json* json) { (*json)["profiles"].erase(5); }, Profiles::Market,
@@ -179,7 +179,7 @@ TEST(ConfigurationFailures, ArrayMissingInAListFileIsACriticalMessage) {
                 HasSubstr("json_object_get_array_member: assertion 'node != NULL' failed"));
 }
 
-TEST(ConfigurationFailures, ElementThatIsNoTextThrows) {
+TEST(ConfigurationFailures, ElementThatIsNotATextThrows) {
     const TemporaryDirectory directory;
     SpoiltTree tree;
     tree.json["profiles"][0]["permissions_list"] =
@@ -218,12 +218,42 @@ TEST(ConfigurationFailures, OtherKeysOfAParentAreNotRead) {
     EXPECT_EQ(standardError.text(), "");
 }
 
-TEST(ConfigurationFailures, ParentThatIsNoObjectEndsTheWalk) {
+TEST(ConfigurationFailures, ParentThatIsNotAnObjectEndsTheWalk) {
     RuleTree sound;
     sound.profiles[2].inheritance = "extended";
     SpoiltTree tree(sound);
+    const CapturedDescriptor standardError;
     tree.json["profiles"][1] = nullptr;
     EXPECT_EQ(tree.load(Profiles::Mdm).name(), "mdm");
+    EXPECT_EQ(standardError.text(), "");
+    tree.json["profiles"][1] = "x";
+    EXPECT_EQ(tree.load(Profiles::Mdm).name(), "mdm");
+    EXPECT_THAT(standardError.text(), HasSubstr("json_array_get_object_element: assertion"));
+}
+
+TEST(ConfigurationFailures, ParentThatIsNotThereIsACriticalMessageAndEndsTheWalk) {
+    RuleTree sound;
+    sound.regular().inheritance = "extended";
+    sound.regular().paths = {"/a"};
+    SpoiltTree tree(sound);
+    while (tree.json["profiles"].size() > 1) {
+        tree.json["profiles"].erase(1);
+    }
+    const CapturedDescriptor standardError;
+    EXPECT_THAT(tree.load().pathsList(), ElementsAre("/a"));
+    EXPECT_THAT(standardError.text(), HasSubstr("json_array_get_object_element: assertion"));
+}
+
+TEST(ConfigurationFailures, FileThatIsNestedTooDeeplyIsRefused) {
+    SpoiltTree tree;
+    writeFile(tree.path(),
+              R"({"other": )" + std::string(60000, '[') + std::string(60000, ']') + "}");
+    try {
+        const Configuration configuration(tree.path(), Profiles::Regular);
+        FAIL() << "nothing was thrown";
+    } catch (const std::invalid_argument& error) {
+        EXPECT_EQ(error.what(), tree.path() + ": is nested too deeply to be read");
+    }
 }
 
 }  // namespace

@@ -127,7 +127,7 @@ TEST(Profiles, DuplicatesStayInListsAndMergeInPermissions) {
     EXPECT_THAT(configuration.allowedPermissions(), UnorderedElementsAre("Same", "Regular", "Mdm"));
 }
 
-TEST(Profiles, WhatIsNoListIsNotInherited) {
+TEST(Profiles, WhatIsNotAListIsNotInherited) {
     RuleTree tree;
     tree.regular().provides = "provided";
     tree.regular().requireDesktop = true;
@@ -199,7 +199,7 @@ TEST(Profiles, CirclesAreRefusedWithFileAndKey) {
     }
 }
 
-TEST(Profiles, NamingOneselfIsNoCircleForThoseThatCannotBeParents) {
+TEST(Profiles, NamingOneselfIsNotACircleForThoseThatCannotBeParents) {
     RuleTree tree = markedTree();
     tree.profiles[kMdm].inheritance = "mdm";
     EXPECT_THAT(merged(tree, Profiles::Mdm), ElementsAre("mdm"));

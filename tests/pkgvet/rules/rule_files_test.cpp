@@ -144,6 +144,63 @@ TEST(RuleFiles, FileThatCannotBeReadAddsNothingInSilence) {
     EXPECT_EQ(standardError.text(), "");
 }
 
+TEST(RuleFiles, RootThatIsNotAnObjectIsACriticalMessageAndNothingElse) {
+    for (const auto& [name, load] : kAllLoaders) {
+        for (const char* content : {"", " \n", "[]", "[{}]", "null", "1", "\"x\""}) {
+            SCOPED_TRACE(std::string(name) + ": " + content);
+            const CapturedDescriptor standardError;
+            EXPECT_TRUE(isEmpty(loaded(load, content)));
+            EXPECT_THAT(standardError.text(), HasSubstr("json_node_get_object: assertion"));
+        }
+    }
+}
+
+TEST(RuleFiles, FileThatIsNestedTooDeeplyIsRefused) {
+    const TemporaryDirectory directory;
+    const std::string path = directory.write(
+        "list.json", R"({"other": )" + std::string(60000, '[') + std::string(60000, ']') + "}");
+    for (const auto& [name, load] : kAllLoaders) {
+        SCOPED_TRACE(name);
+        ConfigurationPrivate record;
+        EXPECT_EQ(thrownText([&, &loadFile = load] { loadFile(path, &record); }),
+                  path + ": is nested too deeply to be read");
+    }
+}
+
+TEST(RuleFiles, CommentAtTheHeadHidesNothing) {
+    std::string tiers =
+        R"(/* what "it's" for */ {"libraries": [{"name": "allowed", "list": ["a"]})";
+    for (int i = 0; i < 25000; ++i) {
+        tiers += R"(, {"name": "allowed", "list": []})";
+    }
+    EXPECT_THAT(loaded(tierFile("libraries"), tiers + "]}").allowedLibraries, ElementsAre("a"));
+}
+
+TEST(RuleFiles, EachListFileIsReadByItsForm) {
+    for (const pkgvet::ListFile& list : pkgvet::kListFiles) {
+        SCOPED_TRACE(list.contentKey);
+        const bool hasTiers = list.form == pkgvet::ListForm::Tiers;
+        const std::string element = hasTiers ? R"({"name": "allowed", "list": ["x"]})" : "\"x\"";
+        const ConfigurationPrivate record = loaded(
+            [&list](const std::string& path, ConfigurationPrivate* filled) {
+                pkgvet::loadListFile(list, path, filled);
+            },
+            std::string("{\"") + list.contentKey + "\": [" + element + "]}");
+        const std::vector<std::string> expected = {"x"};
+        switch (list.form) {
+            case pkgvet::ListForm::Patterns:
+                EXPECT_EQ(record.pathsList, expected);
+                break;
+            case pkgvet::ListForm::Tiers:
+                EXPECT_EQ(record.*list.tiers[0], expected);
+                break;
+            case pkgvet::ListForm::Names:
+                EXPECT_THAT(record.allowedPermissions, ElementsAre("x"));
+                break;
+        }
+    }
+}
+
 TEST(RuleFiles, AbsentArrayIsACriticalMessageAndNothingElse) {
     for (const auto& [name, load] : kAllLoaders) {
         SCOPED_TRACE(name);
@@ -161,7 +218,7 @@ TEST(RuleFiles, OneAbsentArrayLeavesTheOther) {
     EXPECT_THAT(standardError.text(), HasSubstr(kNoArray));
 }
 
-TEST(RuleFiles, ValueThatIsNoArrayCountsAsAbsent) {
+TEST(RuleFiles, ValueThatIsNotAnArrayCountsAsAbsent) {
     const CapturedDescriptor standardError;
     for (const auto& [name, load] : kAllLoaders) {
         SCOPED_TRACE(name);
@@ -181,7 +238,7 @@ TEST(RuleFiles, AbsentListOfATierIsACriticalMessageAndNothingElse) {
     EXPECT_THAT(standardError.text(), HasSubstr(kNoArray));
 }
 
-TEST(RuleFiles, ElementThatIsNoStringThrows) {
+TEST(RuleFiles, ElementThatIsNotAStringThrows) {
     const CapturedDescriptor standardError;
     for (const char* element : {"1", "true", "null", "{}", "[]", "1.5", "[\"x\"]"}) {
         SCOPED_TRACE(element);
@@ -218,11 +275,11 @@ TEST(RuleFiles, TierWithoutANameIsRefusedWithFileAndKey) {
         ConfigurationPrivate record;
         EXPECT_THROW(pkgvet::loadTierFile(path, "requires", &record), std::invalid_argument);
         EXPECT_EQ(thrownText([&] { pkgvet::loadTierFile(path, "requires", &record); }),
-                  path + ": \"name\" is missing or no string");
+                  path + ": \"name\" is missing or not a string");
     }
 }
 
-TEST(RuleFiles, TierThatIsNoObjectIsRefusedWithFileAndKey) {
+TEST(RuleFiles, TierThatIsNotAnObjectIsRefusedWithFileAndKey) {
     const TemporaryDirectory directory;
     for (const char* tier : {"1", "\"x\"", "[]", "null"}) {
         SCOPED_TRACE(tier);
@@ -231,44 +288,8 @@ TEST(RuleFiles, TierThatIsNoObjectIsRefusedWithFileAndKey) {
             std::string(R"({"requires": [{"name": "allowed", "list": []}, )") + tier + "]}");
         ConfigurationPrivate record;
         EXPECT_EQ(thrownText([&] { pkgvet::loadTierFile(path, "requires", &record); }),
-                  path + ": \"requires[1]\" is no object");
+                  path + ": \"requires[1]\" is not an object");
     }
-}
-
-// json-glib says what is wrong, as it does of a key that is absent.
-TEST(RuleFiles, RootThatIsNotAnObjectAddsNothing) {
-    const TemporaryDirectory directory;
-    for (const char* content : {"[]", "\"x\"", "null", ""}) {
-        const std::string path = directory.write("list.json", content);
-        for (const auto& [key, load] : kAllLoaders) {
-            SCOPED_TRACE(std::string(content) + " for " + key);
-            const CapturedDescriptor standardError;
-            ConfigurationPrivate record;
-            load(path, &record);
-            EXPECT_TRUE(isEmpty(record));
-            EXPECT_THAT(standardError.text(), HasSubstr("json_node_get_object: assertion"));
-        }
-    }
-}
-
-TEST(RuleFiles, FileThatNestsTooDeeplyIsRefused) {
-    const TemporaryDirectory directory;
-    const std::string path = directory.write("list.json", std::string(30000, '['));
-    for (const auto& [key, load] : kAllLoaders) {
-        SCOPED_TRACE(key);
-        ConfigurationPrivate record;
-        EXPECT_EQ(thrownText([&, &load = load] { load(path, &record); }),
-                  path + ": is nested too deeply to be read");
-    }
-}
-
-TEST(RuleFiles, CommentAtTheHeadHidesNothing) {
-    std::string tiers =
-        R"(/* what "it's" for */ {"libraries": [{"name": "allowed", "list": ["a"]})";
-    for (int i = 0; i < 25000; ++i) {
-        tiers += R"(, {"name": "allowed", "list": []})";
-    }
-    EXPECT_THAT(loaded(tierFile("libraries"), tiers + "]}").allowedLibraries, ElementsAre("a"));
 }
 
 TEST(RuleFiles, MandatoryStringIsGivenOrRefused) {
@@ -278,9 +299,9 @@ TEST(RuleFiles, MandatoryStringIsGivenOrRefused) {
     EXPECT_EQ(pkgvet::mandatoryString(file.root, "text", "f"), "x");
     EXPECT_EQ(pkgvet::mandatoryString(file.root, "empty", "f"), "");
     EXPECT_EQ(thrownText([&] { pkgvet::mandatoryString(file.root, "other", "f"); }),
-              "f: \"other\" is missing or no string");
+              "f: \"other\" is missing or not a string");
     EXPECT_EQ(thrownText([&] { pkgvet::mandatoryString(nullptr, "text", "f"); }),
-              "f: \"text\" is missing or no string");
+              "f: \"text\" is missing or not a string");
 }
 
 }  // namespace
