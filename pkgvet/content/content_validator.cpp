@@ -99,8 +99,7 @@ bool ContentValidator::validateContent(const Configuration& config, const RpmMet
     processLiblumbraapp(meta);
     processPermissions(config, meta, tempDir);
     processElfTabs(mainBinaryPath);
-    return pkgvet::isAccepted(d_ptr->failures | d_ptr->findings.failures(),
-                              config.validationEnabled());
+    return d_ptr->findings.isAccepted(config.validationEnabled());
 }
 
 bool ContentValidator::validateContent(const Configuration& config, const RpmMeta& meta) const {

@@ -1,18 +1,15 @@
 // The record behind ContentValidator: what its rules found and what they pass on to each other.
 #pragma once
 
-#include <cstdint>
 #include <string>
 
 #include "pkgvet/desktop/desktop_facts.h"
 #include "pkgvet/elf/binary_facts.h"
 #include "pkgvet/files/file_facts.h"
 #include "pkgvet/qml/qml_facts.h"
-#include "pkgvet/report/failures.h"
 #include "pkgvet/report/findings.h"
 
 struct ContentValidatorPrivate {
-    std::uint32_t failures = 0;
     pkgvet::DesktopFacts desktopFacts;
     pkgvet::QmlFacts qmlFacts;
     pkgvet::BinaryFacts binaryFacts;

@@ -12,6 +12,7 @@
 #include "pkgvet/package/rpm_meta.h"
 #include "tests/support/captured_log.h"
 #include "tests/support/sample_packages.h"
+#include "tests/support/temporary_directory.h"
 
 namespace pkgvet::cli {
 

@@ -6,6 +6,7 @@
 
 #include "tests/support/program.h"
 #include "tests/support/rule_tree.h"
+#include "tests/support/temporary_directory.h"
 
 namespace {
 

@@ -138,6 +138,11 @@ std::string PackageBuilder::build(const TemporaryDirectory& directory) const {
     return top / "out" / "package.rpm";
 }
 
+RpmMeta metaOf(const PackageBuilder& package) {
+    const TemporaryDirectory directory;
+    return RpmMeta(package.build(directory).c_str());
+}
+
 int runProgram(const std::vector<std::string>& command, std::string* output) {
     std::vector<char*> arguments;
     for (const std::string& word : command) {

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "pkgvet/package/rpm_meta.h"
 #include "tests/support/temporary_directory.h"
 
 // Describes a package and builds it. Unless told otherwise it is a noarch package 1.0-1 without
@@ -54,6 +55,9 @@ private:
     std::string scripts_;
     std::vector<Entry> entries_;
 };
+
+// The header of the package, once it is built.
+RpmMeta metaOf(const PackageBuilder& package);
 
 // Runs a program and waits for it; what it wrote to either stream goes to output unless null.
 // Returns the exit status, or 128 and the number of the signal that ended it.

@@ -1,18 +1,10 @@
 #include "tests/support/rule_run.h"
 
-#include <stdexcept>
+#include <gtest/gtest.h>
+
+#include <algorithm>
 
 #include "tests/support/captured_log.h"
-#include "tests/support/validator_record.h"
-
-UnpackedPackage::UnpackedPackage(const PackageBuilder& builder)
-    : file_(builder.build(directory_)), meta_(file_.c_str()) {
-    ContentValidator validator{std::string()};
-    const CapturedDescriptor descriptor;
-    if (validator.extractRpm(tree_.path().c_str(), file_.c_str()) != 0) {
-        throw std::runtime_error("cannot unpack " + file_);
-    }
-}
 
 RuleRun runRule(const std::function<void(pkgvet::Findings*)>& rule) {
     const CapturedLog log;
@@ -21,9 +13,11 @@ RuleRun runRule(const std::function<void(pkgvet::Findings*)>& rule) {
     return {log.lines(), findings.failures()};
 }
 
-RuleRun runRule(ContentValidator& validator, const std::function<void()>& rule) {
-    const CapturedLog log;
-    rule();
-    const ContentValidatorPrivate& record = recordOf(validator);
-    return {log.lines(), record.failures | record.findings.failures()};
+std::vector<std::string> linesOf(const std::function<void(pkgvet::Findings*)>& rule) {
+    const RuleRun run = runRule(rule);
+    const bool isRejected =
+        std::any_of(run.lines.begin(), run.lines.end(),
+                    [](const std::string& line) { return line.starts_with(errorLine("")); });
+    EXPECT_EQ(run.failures, isRejected ? pkgvet::kViolation : 0U);
+    return run.lines;
 }

@@ -8,6 +8,7 @@
 #include <nlohmann/json.hpp>
 
 #include "tests/support/rule_tree.h"
+#include "tests/support/temporary_directory.h"
 
 namespace {
 

@@ -5,6 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "tests/support/rule_tree.h"
+#include "tests/support/temporary_directory.h"
 
 namespace {
 

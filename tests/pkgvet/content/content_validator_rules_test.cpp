@@ -6,6 +6,7 @@
 #include "pkgvet/package/rpm_meta.h"
 #include "tests/support/captured_log.h"
 #include "tests/support/desktop_file.h"
+#include "tests/support/package_builder.h"
 #include "tests/support/rule_run.h"
 #include "tests/support/rule_tree.h"
 

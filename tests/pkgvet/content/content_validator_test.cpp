@@ -21,6 +21,16 @@
 
 namespace {
 
+// The header of a package that is called kPackage and holds its desktop file alone. Built once.
+const RpmMeta& packageHeader() {
+    static const RpmMeta header = [] {
+        const TemporaryDirectory directory;
+        const std::string path = std::string("/usr/share/applications/") + kPackage + ".desktop";
+        return RpmMeta(PackageBuilder(kPackage).file(path, "").build(directory).c_str());
+    }();
+    return header;
+}
+
 namespace fs = std::filesystem;
 
 using Strings = std::vector<std::string>;
@@ -80,7 +90,7 @@ void findASpecialBit(ContentValidator& validator) {
     const TemporaryDirectory root;
     const std::string file = root.write(kDesktopPath + 1, "");
     ASSERT_EQ(chmod(file.c_str(), 04644), 0);
-    validator.processPermissions(load(RuleTree()), packageHeader(kPackage), root.path());
+    validator.processPermissions(load(RuleTree()), packageHeader(), root.path());
 }
 
 Strings linesOf(const std::function<void()>& rule) {
@@ -195,11 +205,11 @@ TEST(ContentValidator, CopyKnowsWhatTheSourceFound) {
     const Configuration rules = load(RuleTree());
     const CapturedLog log;
     ContentValidator source{std::string()};
-    source.processDesktopFile(packageHeader(kPackage), entry);
-    source.processPinfold(rules, packageHeader(kPackage), entry, "");
+    source.processDesktopFile(packageHeader(), entry);
+    source.processPinfold(rules, packageHeader(), entry, "");
     findASpecialBit(source);
     const auto tasks = [&](ContentValidator& validator) {
-        return linesOf([&] { validator.processBackgroundTasks(packageHeader(kPackage), entry); });
+        return linesOf([&] { validator.processBackgroundTasks(packageHeader(), entry); });
     };
     const Package shared(
         sample().ghost("/usr/bin/org.example.app").ghost("/usr/share/common/org.example/app/x"));
@@ -235,7 +245,7 @@ TEST(ContentValidator, MoveAssignmentExchangesWhatWasFound) {
     const CapturedLog log;
     ContentValidator one(kMissing);
     ContentValidator two(kMissing);
-    one.processDesktopFile(packageHeader(kPackage), desktopEntry("[Desktop Entry]\nName=App\n"));
+    one.processDesktopFile(packageHeader(), desktopEntry("[Desktop Entry]\nName=App\n"));
     two = std::move(one);
     EXPECT_TRUE(two.desktopName());
     EXPECT_FALSE(one.desktopName());  // NOLINT(bugprone-use-after-move)

@@ -6,7 +6,7 @@
 #include "pkgvet/desktop/desktop_facts.h"
 #include "pkgvet/desktop/desktop_rules.h"
 #include "tests/support/captured_log.h"
-#include "tests/support/rule_lines.h"
+#include "tests/support/rule_run.h"
 #include "tests/support/rule_tree.h"
 
 namespace {

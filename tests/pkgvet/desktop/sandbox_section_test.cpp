@@ -5,7 +5,7 @@
 #include "pkgvet/desktop/desktop_rules.h"
 #include "tests/support/captured_log.h"
 #include "tests/support/desktop_file.h"
-#include "tests/support/rule_lines.h"
+#include "tests/support/rule_run.h"
 
 namespace {
 

@@ -11,6 +11,7 @@
 #include "tests/support/compiled_elf.h"
 #include "tests/support/elf_image.h"
 #include "tests/support/rule_tree.h"
+#include "tests/support/temporary_directory.h"
 
 namespace pkgvet {
 namespace {

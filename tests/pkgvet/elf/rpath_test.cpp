@@ -8,6 +8,7 @@
 #include "tests/support/captured_log.h"
 #include "tests/support/compiled_elf.h"
 #include "tests/support/elf_image.h"
+#include "tests/support/temporary_directory.h"
 
 namespace pkgvet {
 namespace {

@@ -8,6 +8,7 @@
 #include "tests/support/captured_log.h"
 #include "tests/support/child_process.h"
 #include "tests/support/rule_run.h"
+#include "tests/support/temporary_directory.h"
 
 namespace {
 

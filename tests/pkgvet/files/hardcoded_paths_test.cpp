@@ -8,6 +8,7 @@
 #include "pkgvet/files/file_rules.h"
 #include "tests/support/captured_log.h"
 #include "tests/support/rule_run.h"
+#include "tests/support/temporary_directory.h"
 
 namespace {
 

@@ -12,6 +12,7 @@
 #include "tests/support/png_image.h"
 #include "tests/support/rule_run.h"
 #include "tests/support/rule_tree.h"
+#include "tests/support/temporary_directory.h"
 
 namespace {
 

@@ -11,6 +11,7 @@
 #include "tests/support/captured_log.h"
 #include "tests/support/rule_run.h"
 #include "tests/support/rule_tree.h"
+#include "tests/support/temporary_directory.h"
 
 namespace {
 

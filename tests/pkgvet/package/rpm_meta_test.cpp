@@ -10,7 +10,7 @@
 
 #include "pkgvet/base/c_handle.h"
 #include "tests/support/captured_log.h"
-#include "tests/support/validator_record.h"
+#include "tests/support/package_builder.h"
 
 namespace {
 

@@ -8,7 +8,7 @@
 #include "pkgvet/qml/qml_facts.h"
 #include "pkgvet/qml/qml_rules.h"
 #include "tests/support/captured_log.h"
-#include "tests/support/rule_lines.h"
+#include "tests/support/rule_run.h"
 #include "tests/support/rule_tree.h"
 #include "tests/support/temporary_directory.h"
 

@@ -9,6 +9,7 @@
 
 #include "tests/support/captured_log.h"
 #include "tests/support/rule_tree.h"
+#include "tests/support/temporary_directory.h"
 
 namespace {
 
