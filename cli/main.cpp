@@ -3,10 +3,11 @@
 #include <unistd.h>
 
 #include <exception>
-#include <iostream>
+#include <optional>
 
+#include "cli/base/exit_status.h"
+#include "cli/base/terminal.h"
 #include "cli/command/check.h"
-#include "cli/command/exit_status.h"
 #include "cli/command/explain.h"
 #include "cli/command/options.h"
 #include "cli/command/rules.h"
@@ -46,11 +47,11 @@ int main(int argc, char** argv) {
     using namespace pkgvet::cli;
     openStandardDescriptors();
     try {
-        int exitStatus = kUsageError;
-        const auto options = parseCommandLine(argc, argv, &exitStatus);
-        return options ? run(*options) : exitStatus;
+        Options options;
+        const std::optional<int> status = parseCommandLine(commandTable(&options), argc, argv);
+        return status ? *status : run(options);
     } catch (const std::exception& error) {
-        std::cerr << "pkgvet: " << error.what() << '\n';
+        complain(error.what());
         return kNotJudged;
     }
 }

@@ -1,4 +1,4 @@
-// Sums up files.
+// Computes checksums.
 #include "cli/base/checksum.h"
 
 #include <fcntl.h>

@@ -1,4 +1,4 @@
-// Reads, writes and finds out days.
+// Reads and writes dates, and asks for the present one.
 #include "cli/base/date.h"
 
 #include <charconv>

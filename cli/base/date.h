@@ -1,4 +1,4 @@
-// Days.
+// Dates of the calendar.
 #pragma once
 
 #include <chrono>

@@ -1,4 +1,4 @@
-// Escapes what a terminal would act upon.
+// Escapes what a terminal or a reader of URIs would act upon.
 #include "cli/base/escape.h"
 
 #include <glib.h>
@@ -73,6 +73,20 @@ std::string printable(std::string_view text) {
         const gunichar c = g_utf8_get_char(text.data());
         result += isEscaped(c) ? escaped(c) : std::string(text.substr(0, size));
         text.remove_prefix(size);
+    }
+    return result;
+}
+
+std::string percentEncoded(std::string_view text, bool (*keeps)(char byte)) {
+    constexpr std::string_view kDigits = "0123456789ABCDEF";
+    std::string result;
+    for (const char c : text) {
+        if (keeps(c)) {
+            result += c;
+            continue;
+        }
+        const auto byte = static_cast<unsigned char>(c);
+        result += {'%', kDigits[byte >> 4U], kDigits[byte & 0xfU]};
     }
     return result;
 }

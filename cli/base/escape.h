@@ -1,4 +1,4 @@
-// Text from packages made fit for a terminal.
+// Text from packages made fit for a terminal and for URIs.
 #pragma once
 
 #include <string>
@@ -6,9 +6,12 @@
 
 namespace pkgvet::cli {
 
-// text with control characters, marks that turn the direction of writing, and bytes that are no
-// UTF-8 written as "\xNN" or "\u{NNNN}", so that no package can colour, move or reorder what a
+// text with control characters, marks that turn the direction of writing, and bytes that are
+// not UTF-8 written as "\xNN" or "\u{NNNN}", so that no package can colour, move or reorder what a
 // person reads. Line feeds and tabs are escaped too.
 std::string printable(std::string_view text);
+
+// text with every byte that keeps() refuses written as "%NN".
+std::string percentEncoded(std::string_view text, bool (*keeps)(char byte));
 
 }  // namespace pkgvet::cli

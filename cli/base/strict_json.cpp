@@ -8,6 +8,8 @@
 #include <nlohmann/json.hpp>
 #include <utility>
 
+#include "cli/base/json_place.h"
+
 namespace pkgvet::cli {
 
 namespace {
@@ -21,10 +23,6 @@ std::string causeOf(const Json::exception& error) {
     const std::string message = error.what();
     const std::size_t position = message.find("] ");
     return position == std::string::npos ? message : message.substr(position + 2);
-}
-
-std::string memberOf(const std::string& key, std::string_view name) {
-    return key.empty() ? std::string(name) : key + "." + std::string(name);
 }
 
 }  // namespace
@@ -60,7 +58,7 @@ void JsonReader::refuseUnknown(const Json& object, const std::string& key,
                                std::initializer_list<std::string_view> known) const {
     for (const auto& item : object.items()) {
         if (std::find(known.begin(), known.end(), item.key()) == known.end()) {
-            report(memberOf(key, item.key()), "is no known key");
+            report(member(key, item.key()), "is not a known key");
         }
     }
 }
@@ -69,28 +67,28 @@ std::vector<std::pair<std::string, Json>> JsonReader::objects(const Json& root,
                                                               const char* name) const {
     const auto array = root.find(name);
     if (array == root.end() || !array->is_array()) {
-        report(name, array == root.end() ? kMissing : "is no array");
+        report(name, array == root.end() ? kMissing : "is not an array");
         return {};
     }
     std::vector<std::pair<std::string, Json>> objects;
     for (std::size_t i = 0; i < array->size(); ++i) {
-        const std::string key = std::string(name) + "[" + std::to_string(i) + "]";
+        const std::string key = element(name, i);
         if ((*array)[i].is_object()) {
             objects.emplace_back(key, (*array)[i]);
         } else {
-            report(key, "is no object");
+            report(key, "is not an object");
         }
     }
     return objects;
 }
 
 std::string JsonReader::text(const Json& object, const std::string& key, const char* name) const {
-    const auto member = object.find(name);
-    if (member == object.end() || !member->is_string()) {
-        report(memberOf(key, name), member == object.end() ? kMissing : "is no string");
+    const auto found = object.find(name);
+    if (found == object.end() || !found->is_string()) {
+        report(member(key, name), found == object.end() ? kMissing : "is not a string");
         return std::string();
     }
-    return member->get<std::string>();
+    return found->get<std::string>();
 }
 
 std::vector<Fault> faultsOfJson(const std::string& path) {

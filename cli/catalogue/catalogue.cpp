@@ -1,9 +1,8 @@
-// Finds entries of the catalogue, by their ids and by the lines that they stand for.
+// Holds the chapters of the catalogue and finds entries by their ids.
 #include "cli/catalogue/catalogue.h"
 
 #include <algorithm>
 #include <numeric>
-#include <optional>
 #include <tuple>
 #include <utility>
 
@@ -13,7 +12,6 @@ namespace pkgvet::cli {
 
 namespace {
 
-constexpr std::string_view kOtherRemark = "other-remark";
 constexpr std::size_t kMostSuggestions = 3;
 
 constexpr Entry kOtherRemarks[] = {
@@ -35,33 +33,6 @@ std::vector<const Entry*> flattened(const std::vector<Chapter>& chapters) {
         }
     }
     return result;
-}
-
-// Piece by piece, so that a name out of a package never counts as words of a rule. The library ends
-// some lines with pieces that say nothing.
-bool isComposedAs(const LogLine& line, const Entry& entry) {
-    const std::span<const Piece> pieces = entry.pieces();
-    if (pieces.empty() || line.pieces.size() < pieces.size()) {
-        return false;
-    }
-    const auto rest = line.pieces.begin() + static_cast<std::ptrdiff_t>(pieces.size());
-    return std::equal(pieces.begin(), pieces.end(), line.pieces.begin(),
-                      [](const Piece& piece, const std::string& text) {
-                          return piece.kind != Piece::Kind::Words || text == piece.words;
-                      }) &&
-           std::all_of(rest, line.pieces.end(),
-                       [](const std::string& text) { return text.empty(); });
-}
-
-// An entry has one piece at the most that is its subject.
-std::optional<std::string> subjectOf(const LogLine& line, const Entry& entry) {
-    const std::span<const Piece> pieces = entry.pieces();
-    for (std::size_t i = 0; i < pieces.size(); ++i) {
-        if (pieces[i].kind == Piece::Kind::Subject) {
-            return line.pieces[i];
-        }
-    }
-    return std::nullopt;
 }
 
 // How many characters must be put in, taken out or replaced to make one word of the other.
@@ -135,20 +106,8 @@ bool isGrave(std::string_view id) {
     return entry != nullptr && entry->grave;
 }
 
-Finding identify(const LogLine& line) {
-    Finding finding;
-    finding.severity = line.severity;
-    finding.message = line.text();
-    const auto found =
-        std::find_if(entries().begin(), entries().end(),
-                     [&line](const Entry* entry) { return isComposedAs(line, *entry); });
-    if (found == entries().end()) {
-        finding.rule = kOtherRemark;
-    } else {
-        finding.rule = (*found)->id;
-        finding.subject = subjectOf(line, **found);
-    }
-    return finding;
+bool isGrave(const Finding& finding) {
+    return finding.severity == Severity::Critical || isGrave(finding.rule);
 }
 
 }  // namespace pkgvet::cli

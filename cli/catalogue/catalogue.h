@@ -7,11 +7,13 @@
 #include <string_view>
 #include <vector>
 
-#include "cli/judge/finding_capture.h"
 #include "cli/model/model.h"
 #include "pkgvet/report/message.h"
 
 namespace pkgvet::cli {
+
+// The id of what no rule of the library stands behind.
+inline constexpr std::string_view kOtherRemark = "other-remark";
 
 // A message of the library. Ids are never reused and never change their meaning: waivers, baselines
 // and other people's pages refer to them. Entries live as long as the process.
@@ -50,14 +52,14 @@ const std::vector<const Entry*>& entries();
 // The entry with this id, null when there is none.
 const Entry* findEntry(std::string_view id);
 
-// The ids that are most like a word that is no id, the best first, three at the most.
+// The ids that are most like a word that is not one of them, the best first, three at the most.
 std::vector<std::string> nearestIds(std::string_view word);
 
-// Whether findings of the rule reject a package in any case. False for what is no id.
+// Whether findings of the rule reject a package in any case. False for what is not an id.
 bool isGrave(std::string_view id);
 
-// The finding that a line of the library tells: its id, its severity, its subject. A line that no
-// rule composes, such as a remark of a library in use, gets the id "other-remark".
-Finding identify(const LogLine& line);
+// Whether the finding rejects a package whatever waivers, baseline and validation mode say:
+// scripts, and setuid, setgid and sticky bits.
+bool isGrave(const Finding& finding);
 
 }  // namespace pkgvet::cli

@@ -4,23 +4,22 @@
 #include <signal.h>
 
 #include <algorithm>
+#include <array>
 #include <iostream>
 #include <optional>
 #include <stdexcept>
-#include <string_view>
 #include <utility>
 
 #include "cli/base/date.h"
 #include "cli/base/escape.h"
+#include "cli/base/exit_status.h"
 #include "cli/base/output_file.h"
 #include "cli/base/processors.h"
 #include "cli/base/progress.h"
 #include "cli/base/terminal.h"
-#include "cli/command/exit_status.h"
-#include "cli/command/input.h"
-#include "cli/command/reports.h"
 #include "cli/policy/baseline.h"
 #include "cli/policy/policy.h"
+#include "cli/report/reports.h"
 #include "cli/rules/default_rules.h"
 #include "cli/rules/rule_check.h"
 #include "cli/worker/worker_pool.h"
@@ -30,11 +29,9 @@ namespace pkgvet::cli {
 
 namespace {
 
-constexpr std::string_view kProgram = "pkgvet: ";
-
-void complain(const std::string& text) {
-    std::cerr << kProgram << text << '\n';
-}
+constexpr const char* kExitStatuses =
+    "Exit status: 0 every package was accepted; 1 at least one was rejected; 2 usage error or a\n"
+    "rule tree that cannot be used; 3 at least one package could not be judged (3 outranks 1).";
 
 // Whether there is nothing to complain of.
 bool isSound(const std::vector<Fault>& faults) {
@@ -44,27 +41,27 @@ bool isSound(const std::vector<Fault>& faults) {
     return faults.empty();
 }
 
-void complain(const PackageReport& package) {
+void complainOf(const PackageReport& package) {
     std::string text =
         printable(package.path) + ": could not be judged: " + printable(package.cause);
-    if (!package.lastWords.empty()) {
-        text += ": " + printable(package.lastWords);
+    if (!package.lastErrorLine.empty()) {
+        text += ": " + printable(package.lastErrorLine);
     }
     complain(text);
 }
 
 ReportStyle styleOf(const CheckOptions& options) {
     ReportStyle style;
-    style.color = wantsColor(options.color);
-    style.quiet = options.quiet;
-    style.showWaived = options.showWaived;
-    style.explain = options.explain;
-    style.timings = options.timings;
-    style.failOn = options.failOn.value_or(style.failOn);
+    style.color = wantsColor(options.report.color);
+    style.quiet = options.report.quiet;
+    style.showWaived = options.policy.showWaived;
+    style.explain = options.report.explain;
+    style.timings = options.report.timings;
+    style.failOn = options.policy.failOn.value_or(style.failOn);
     return style;
 }
 
-bool isValidationEnabled(const CheckOptions& options, const std::string& rules) {
+bool isValidationEnabled(const JudgingOptions& options, const std::string& rules) {
     if (options.validation == ValidationMode::Auto) {
         return Configuration(rules, options.profiles.front()).validationEnabled();
     }
@@ -72,21 +69,21 @@ bool isValidationEnabled(const CheckOptions& options, const std::string& rules) 
 }
 
 // The command line of a worker, up to the path of its package.
-std::vector<std::string> workerCommand(const CheckOptions& options, const std::string& rules) {
+std::vector<std::string> workerCommand(const JudgingOptions& options, const std::string& rules) {
     std::vector<std::string> command = {"worker", "--rules=" + rules};
     for (const Profiles profile : options.profiles) {
-        command.push_back("--profile=" + std::string(profileName(profile)));
+        command.push_back("--profile=" + Configuration::getProfileName(profile));
     }
     command.push_back("--validation=" + std::string(validationName(options.validation)));
     command.emplace_back("--");
     return command;
 }
 
-PoolOptions poolOptions(const CheckOptions& options, const std::string& rules) {
+PoolOptions poolOptions(const JudgingOptions& options, const std::string& rules) {
     PoolOptions pool;
     pool.command = workerCommand(options, rules);
     for (const Profiles profile : options.profiles) {
-        pool.profiles.emplace_back(profileName(profile));
+        pool.profiles.push_back(Configuration::getProfileName(profile));
     }
     pool.jobs = options.jobs == 0 ? availableProcessors() : options.jobs;
     pool.timeout = options.timeout;
@@ -98,24 +95,24 @@ class Run {
 public:
     // Opens all files that are to be written; std::runtime_error names one that cannot be.
     Run(const CheckOptions& options, const std::string& rules, std::vector<Input> inputs,
-        Choice choice)
+        Policy policy)
         : options_(options),
           rules_(rules),
           inputs_(std::move(inputs)),
-          choice_(std::move(choice)),
-          validationEnabled_(isValidationEnabled(options, rules)),
+          policy_(std::move(policy)),
+          validationEnabled_(isValidationEnabled(options.judging, rules)),
           progress_(inputs_.size()),
-          reports_(options.format, styleOf(options), std::cout, options.outputs) {
-        if (!options.writeBaseline.empty()) {
-            baselineFile_.emplace(options.writeBaseline);
+          reports_(options.report.format, styleOf(options), std::cout, options.report.outputs) {
+        if (!options.policy.writeBaseline.empty()) {
+            baselineFile_.emplace(options.policy.writeBaseline);
         }
     }
 
     int judgeAll() {
         const auto receive = [this](PackageReport package) { return take(std::move(package)); };
-        WorkerPool pool(inputs_, poolOptions(options_, rules_), receive, &progress_);
+        WorkerPool pool(inputs_, poolOptions(options_.judging, rules_), receive, &progress_);
         report_.partial = !pool.run();
-        report_.notices = choice_.notices(!report_.partial);
+        report_.notices = policy_.notices(!report_.partial);
         for (const std::string& notice : report_.notices) {
             complain(notice);
         }
@@ -135,18 +132,18 @@ private:
             // A worker that came to nothing did not say.
             package.validationEnabled = validationEnabled_;
         }
-        // What counts is chosen here, before anything is counted or shown.
-        choice_.apply(&package);
+        // The policy comes first: everything below counts or shows what it made of the findings.
+        policy_.apply(&package);
         if (package.judged() && !package.passes()) {
             progress_.countRejected();
         }
-        if (!options_.timings) {
+        if (!options_.report.timings) {
             package.seconds = 0;
         }
         progress_.clear();
         reports_.add(package);
         if (!package.judged()) {
-            complain(package);
+            complainOf(package);
         }
         report_.packages.push_back(std::move(package));
         return std::cout.good();
@@ -173,13 +170,13 @@ private:
             return kNotJudged;
         }
         const bool passed = std::all_of(packages.begin(), packages.end(), passes);
-        return passed || options_.exitZero ? kAccepted : kRejected;
+        return passed || options_.policy.exitZero ? kAccepted : kRejected;
     }
 
     const CheckOptions& options_;
     const std::string& rules_;
     std::vector<Input> inputs_;
-    Choice choice_;
+    Policy policy_;
     bool validationEnabled_;
     Progress progress_;
     Reports reports_;
@@ -187,10 +184,10 @@ private:
     RunReport report_;
 };
 
-int judgeInputs(const CheckOptions& options, const std::string& rules, Choice choice) {
+int judgeInputs(const CheckOptions& options, const std::string& rules, Policy policy) {
     std::optional<Run> run;
     try {
-        run.emplace(options, rules, collectInput(options), std::move(choice));
+        run.emplace(options, rules, collectInput(options.input), std::move(policy));
     } catch (const std::runtime_error& error) {
         complain(printable(error.what()));
         return kUsageError;
@@ -198,23 +195,40 @@ int judgeInputs(const CheckOptions& options, const std::string& rules, Choice ch
     return run->judgeAll();
 }
 
+std::vector<Option> allOptions(CheckOptions* options) {
+    std::vector<Option> all;
+    for (const std::vector<Option>& some :
+         std::array{inputOptions(&options->input), judgingOptions(&options->judging),
+                    policyOptions(&options->policy), reportOptions(&options->report)}) {
+        all.insert(all.end(), some.begin(), some.end());
+    }
+    return all;
+}
+
 }  // namespace
+
+CommandRow checkCommand(CheckOptions* options) {
+    CommandRow row;
+    row.name = "check";
+    row.description = "Judge packages";
+    row.options = allOptions(options);
+    row.operand = inputOperand(&options->input);
+    row.footer = kExitStatuses;
+    row.missing = [options] { return missingInput(options->input); };
+    return row;
+}
 
 int check(const CheckOptions& options) {
     // A reader that goes away is an error like any other when it comes to writing.
     signal(SIGPIPE, SIG_IGN);
-    const std::string rules = options.rules.empty() ? defaultRules() : options.rules;
-    std::vector<Fault> faults = checkRuleTree(rules, options.profiles);
-    Choice choice(options, localDate(), &faults);
+    const std::string rules =
+        options.judging.rules.empty() ? defaultRules() : options.judging.rules;
+    std::vector<Fault> faults = checkRuleTree(rules, options.judging.profiles);
+    Policy policy(options.policy, localDate(), &faults);
     if (!isSound(faults)) {
         return kUsageError;
     }
-    const int status = judgeInputs(options, rules, std::move(choice));
-    if (!std::cout) {
-        complain("cannot write to standard output");
-        return kNotJudged;
-    }
-    return status;
+    return statusAfterOutput(judgeInputs(options, rules, std::move(policy)));
 }
 
 }  // namespace pkgvet::cli

@@ -1,9 +1,22 @@
 // The command that judges packages.
 #pragma once
 
-#include "cli/command/options.h"
+#include "cli/command/command_table.h"
+#include "cli/command/input.h"
+#include "cli/policy/policy_options.h"
+#include "cli/report/report_options.h"
+#include "cli/worker/judging_options.h"
 
 namespace pkgvet::cli {
+
+struct CheckOptions {
+    InputOptions input;
+    JudgingOptions judging;
+    PolicyOptions policy;
+    ReportOptions report;
+};
+
+CommandRow checkCommand(CheckOptions* options);
 
 // Judges the packages in order, each as far as it can be judged, and returns the exit status.
 // Findings and verdicts go to standard output, all else to standard error.

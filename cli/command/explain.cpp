@@ -5,60 +5,43 @@
 #include <sstream>
 
 #include "cli/base/escape.h"
+#include "cli/base/exit_status.h"
 #include "cli/base/terminal.h"
 #include "cli/base/text.h"
-#include "cli/command/exit_status.h"
 
 namespace pkgvet::cli {
 
 namespace {
 
-constexpr std::string_view kProgram = "pkgvet: ";
-constexpr std::string_view kPlaceholder = "...";
 constexpr std::string_view kIndent = "    ";
 constexpr std::size_t kColumns = 80;
+constexpr std::string_view kSeparator = ", ";
 
-constexpr std::string_view kBold = "\033[1m";
-constexpr std::string_view kReset = "\033[m";
-
-// What is written, and whether its headings stand out.
-struct Paper {
+// Where entries are written, and whether their headings stand out.
+struct EntryStream {
     std::ostream& stream;
     bool color;
 };
 
-void writeHeading(std::string_view heading, const Paper& paper) {
-    if (paper.color) {
-        paper.stream << kBold << heading << kReset << '\n';
-    } else {
-        paper.stream << heading << '\n';
-    }
+void writeHeading(std::string_view heading, const EntryStream& out) {
+    out.stream << painted(heading, kBold, out.color) << '\n';
 }
 
-void writeParagraph(std::string_view heading, std::string_view text, const Paper& paper) {
-    paper.stream << '\n';
-    writeHeading(heading, paper);
+void writeParagraph(std::string_view heading, std::string_view text, const EntryStream& out) {
+    out.stream << '\n';
+    writeHeading(heading, out);
     for (const std::string& line : wrapped(text, kColumns - kIndent.size())) {
-        paper.stream << kIndent << line << '\n';
+        out.stream << kIndent << line << '\n';
     }
 }
 
-void writeExample(std::string_view example, const Paper& paper) {
-    paper.stream << '\n';
-    writeHeading("Example", paper);
+void writeExample(std::string_view example, const EntryStream& out) {
+    out.stream << '\n';
+    writeHeading("Example", out);
     std::istringstream lines{std::string(example)};
     for (std::string line; std::getline(lines, line);) {
-        paper.stream << (line.empty() ? std::string_view() : kIndent) << line << '\n';
+        out.stream << (line.empty() ? std::string_view() : kIndent) << line << '\n';
     }
-}
-
-template <typename Ids>
-std::string joined(const Ids& ids) {
-    std::string result;
-    for (const auto& id : ids) {
-        result.append(result.empty() ? "" : ", ").append(id);
-    }
-    return result;
 }
 
 bool areKnown(const std::vector<std::string>& ids) {
@@ -66,77 +49,86 @@ bool areKnown(const std::vector<std::string>& ids) {
     for (const std::string& id : ids) {
         if (findEntry(id) == nullptr) {
             allKnown = false;
-            std::cerr << kProgram << "no finding has the id \"" << printable(id)
-                      << "\"; the nearest are " << joined(nearestIds(id)) << '\n';
+            complain("no finding has the id \"" + printable(id) + "\"; the nearest are " +
+                     joined(nearestIds(id), kSeparator));
         }
     }
     return allKnown;
 }
 
-void writeAll(const Paper& paper) {
+void writeAll(const EntryStream& out) {
     std::string_view separator;
     for (const Chapter& chapter : chapters()) {
-        paper.stream << separator;
-        writeHeading(chapter.title, paper);
-        paper.stream << std::string(chapter.title.size(), '=') << '\n';
+        out.stream << separator;
+        writeHeading(chapter.title, out);
+        out.stream << std::string(chapter.title.size(), '=') << '\n';
         separator = "\n\n";
         for (const Entry& entry : chapter.entries) {
-            paper.stream << '\n';
-            writeEntry(entry, paper.color, paper.stream);
+            out.stream << '\n';
+            writeEntry(entry, out.color, out.stream);
         }
     }
 }
 
-void writeChosen(const std::vector<std::string>& ids, const Paper& paper) {
+void writeNamed(const std::vector<std::string>& ids, const EntryStream& out) {
     std::string_view separator;
     for (const std::string& id : ids) {
-        paper.stream << separator;
+        out.stream << separator;
         separator = "\n";
-        writeEntry(*findEntry(id), paper.color, paper.stream);
+        writeEntry(*findEntry(id), out.color, out.stream);
     }
 }
 
+// The ids are offered to shells; a wrong one is answered by the command itself, with the nearest.
+Operand idOperand(ExplainOptions* options) {
+    Operand operand;
+    operand.name = "ID";
+    operand.description = "Rules to explain [all of them]";
+    operand.set = appendTo(&options->ids);
+    for (const Entry* entry : entries()) {
+        operand.words.emplace_back(entry->id);
+    }
+    return operand;
+}
+
 }  // namespace
+
+CommandRow explainCommand(ExplainOptions* options) {
+    CommandRow row;
+    row.name = "explain";
+    row.description = "Say what a rule demands, why, and how to put a finding right";
+    row.options = {colorOption(&options->color)};
+    row.operand = idOperand(options);
+    return row;
+}
 
 int explain(const ExplainOptions& options) {
     if (!areKnown(options.ids)) {
         return kUsageError;
     }
-    const Paper paper = {std::cout, wantsColor(options.color)};
+    const EntryStream out = {std::cout, wantsColor(options.color)};
     if (options.ids.empty()) {
-        writeAll(paper);
+        writeAll(out);
     } else {
-        writeChosen(options.ids, paper);
+        writeNamed(options.ids, out);
     }
-    if (!std::cout.flush()) {
-        std::cerr << kProgram << "cannot write to standard output\n";
-        return kNotJudged;
-    }
-    return kAccepted;
+    return statusAfterOutput(kAccepted);
 }
 
 void writeEntry(const Entry& entry, bool color, std::ostream& stream) {
-    const Paper paper = {stream, color};
+    const EntryStream out = {stream, color};
     writeHeading(std::string(entry.id).append(" (").append(severityName(entry.severity)) + ")",
-                 paper);
+                 out);
     stream << entry.title << '\n';
-    writeParagraph("Rule", entry.demand, paper);
-    writeParagraph("Why", entry.why, paper);
-    writeParagraph("What to do", entry.fix, paper);
+    writeParagraph("Rule", entry.demand, out);
+    writeParagraph("Why", entry.why, out);
+    writeParagraph("What to do", entry.fix, out);
     if (!entry.example.empty()) {
-        writeExample(entry.example, paper);
+        writeExample(entry.example, out);
     }
     if (!entry.related().empty()) {
-        writeParagraph("See also", joined(entry.related()), paper);
+        writeParagraph("See also", joined(entry.related(), kSeparator), out);
     }
-}
-
-std::string messageForm(const Entry& entry) {
-    std::string text;
-    for (const Piece& piece : entry.pieces()) {
-        text += piece.kind == Piece::Kind::Words ? piece.words : kPlaceholder;
-    }
-    return text;
 }
 
 }  // namespace pkgvet::cli

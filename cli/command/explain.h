@@ -3,24 +3,26 @@
 
 #include <ostream>
 #include <string>
+#include <vector>
 
+#include "cli/base/terminal.h"
 #include "cli/catalogue/catalogue.h"
-#include "cli/command/options.h"
+#include "cli/command/command_table.h"
 
 namespace pkgvet::cli {
 
-// Writes the chosen entries, or all, to standard output and returns the exit status. With an
-// unknown id nothing is written there, and standard error names the nearest ones.
+struct ExplainOptions {
+    std::vector<std::string> ids;  // none: every rule
+    ColorMode color = ColorMode::Auto;
+};
+
+CommandRow explainCommand(ExplainOptions* options);
+
+// Writes the entries that options name, or all, to standard output and returns the exit status.
+// With an unknown id nothing is written there, and standard error names the nearest ones.
 int explain(const ExplainOptions& options);
 
 // Writes an entry for a terminal, in lines of at most 80 columns but for those of its example.
 void writeEntry(const Entry& entry, bool color, std::ostream& stream);
-
-// The line of an entry as the library writes it, with "..." for what comes out of the package.
-// Empty when there is no such line.
-std::string messageForm(const Entry& entry);
-
-// Writes the page docs/findings.md.
-void writeFindingsPage(std::ostream& stream);
 
 }  // namespace pkgvet::cli

@@ -1,4 +1,4 @@
-// Finds packages.
+// Walks to the packages that the user names.
 #include "cli/command/input.h"
 
 #include <sys/stat.h>
@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <filesystem>
 #include <fstream>
 #include <iostream>
 #include <set>
@@ -113,7 +114,28 @@ void readList(const std::string& list, char end, std::vector<Input>* inputs) {
 
 }  // namespace
 
-std::vector<Input> collectInput(const CheckOptions& options) {
+std::vector<Option> inputOptions(InputOptions* options) {
+    return {
+        filesOption("--files-from", &options->filesFrom,
+                    "Read more paths from FILE, one a line; - is standard input"),
+        flagOption({"-0", "--null"}, &options->nulSeparated,
+                   "Paths in the lists end with a NUL in place of a line feed"),
+    };
+}
+
+Operand inputOperand(InputOptions* options) {
+    return {.name = "PATH",
+            .description = "Packages to judge; of a directory every *.rpm below it",
+            .takesFiles = true,
+            .set = appendTo(&options->paths)};
+}
+
+std::string missingInput(const InputOptions& options) {
+    const bool isMissing = options.paths.empty() && options.filesFrom.empty();
+    return isMissing ? "PATH or --files-from" : "";
+}
+
+std::vector<Input> collectInput(const InputOptions& options) {
     std::vector<Input> inputs;
     for (const std::string& path : options.paths) {
         collect(path, &inputs);

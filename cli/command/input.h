@@ -1,23 +1,31 @@
 // The packages that a run is about.
 #pragma once
 
-#include <filesystem>
 #include <string>
 #include <vector>
 
-#include "cli/command/options.h"
+#include "cli/base/option.h"
+#include "cli/model/model.h"
 
 namespace pkgvet::cli {
 
-struct Input {
-    std::string path;
-    std::string cause;  // why there is nothing to judge; empty when there may be
+// Which packages the user names. The lists in files come after the paths of the command line.
+struct InputOptions {
+    std::vector<std::string> paths;  // packages and directories
+    std::vector<std::string> filesFrom;
+    bool nulSeparated = false;
 };
+
+std::vector<Option> inputOptions(InputOptions* options);
+Operand inputOperand(InputOptions* options);
+
+// What the command line lacks if options name no packages at all; else nothing.
+std::string missingInput(const InputOptions& options);
 
 // The packages that the options name, each as its path was given: the paths in their order, then
 // those of the lists. A directory stands for every *.rpm below it, in the order of their names,
 // with links followed; one that several links lead to is walked through once. What cannot be looked
 // at is among the packages, with the cause. Throws std::runtime_error when a list cannot be read.
-std::vector<Input> collectInput(const CheckOptions& options);
+std::vector<Input> collectInput(const InputOptions& options);
 
 }  // namespace pkgvet::cli

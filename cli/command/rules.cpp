@@ -2,8 +2,11 @@
 #include "cli/command/rules.h"
 
 #include <iostream>
+#include <utility>
 
-#include "cli/command/exit_status.h"
+#include "cli/base/exit_status.h"
+#include "cli/base/terminal.h"
+#include "cli/judge/profile_option.h"
 #include "cli/rules/default_rules.h"
 #include "cli/rules/rule_check.h"
 #include "cli/rules/rule_set.h"
@@ -14,7 +17,10 @@ namespace pkgvet::cli {
 
 namespace {
 
-constexpr const char* kProgram = "pkgvet: ";
+constexpr Words<Format, 2> kFormats = {{{"text", Format::Text}, {"json", Format::Json}}};
+
+constexpr const char* kAllProfiles = "all";
+constexpr const char* kDefaultProfile = "regular";
 
 int checkTree(const std::string& tree, const std::vector<Profiles>& profiles) {
     const std::vector<Fault> faults = checkRuleTree(tree, profiles);
@@ -26,7 +32,7 @@ int checkTree(const std::string& tree, const std::vector<Profiles>& profiles) {
 bool isUsable(const std::string& tree, Profiles profile) {
     const std::vector<Fault> faults = checkRuleTree(tree, {profile});
     for (const Fault& fault : faults) {
-        std::cerr << kProgram << describe(fault) << '\n';
+        complain(describe(fault));
     }
     return faults.empty();
 }
@@ -73,15 +79,75 @@ int act(const RulesOptions& options) {
     return compareTrees(tree, options.trees.back(), options.profiles.front(), options.format);
 }
 
+// Profiles start out as those of the action's own default.
+CommandRow actionRow(const std::string& name, const std::string& description, RulesAction action,
+                     const char* profiles, RulesOptions* options) {
+    CommandRow row;
+    row.name = name;
+    row.description = description;
+    row.begin = [options, action, profiles] {
+        options->action = action;
+        options->profiles = profilesNamed(profiles);
+    };
+    return row;
+}
+
+std::vector<Option> displayOptions(RulesOptions* options) {
+    return {
+        profileOption(&options->profiles, "Profile to look at [regular]"),
+        choiceOption("--format", kFormats, &options->format, "Format of the output [text]"),
+    };
+}
+
+Operand treeOperand(RulesOptions* options) {
+    return {.name = "FILE",
+            .description = "Configuration file of the rule tree [the one that comes with pkgvet]",
+            .most = 1,
+            .takesFiles = true,
+            .set = appendTo(&options->trees)};
+}
+
+CommandRow checkRow(RulesOptions* options) {
+    CommandRow row = actionRow("check", "Name everything that is wrong with a rule tree",
+                               RulesAction::Check, kAllProfiles, options);
+    row.options = {profilesOption(&options->profiles, "Profile whose files are checked [all]")};
+    row.operand = treeOperand(options);
+    return row;
+}
+
+CommandRow showRow(RulesOptions* options) {
+    CommandRow row = actionRow("show", "Show the lists that are in force under a profile",
+                               RulesAction::Show, kDefaultProfile, options);
+    row.options = displayOptions(options);
+    row.operand = treeOperand(options);
+    return row;
+}
+
+CommandRow diffRow(RulesOptions* options) {
+    CommandRow row = actionRow("diff", "Show what changed between two rule trees under a profile",
+                               RulesAction::Diff, kDefaultProfile, options);
+    row.options = displayOptions(options);
+    row.operand = {.name = "FILE",
+                   .description = "Configuration files of the rule trees",
+                   .least = 2,
+                   .most = 2,
+                   .takesFiles = true,
+                   .set = appendTo(&options->trees)};
+    return row;
+}
+
 }  // namespace
 
+CommandRow rulesCommand(RulesOptions* options) {
+    CommandRow row;
+    row.name = "rules";
+    row.description = "Check, show and compare rule trees";
+    row.commands = {checkRow(options), showRow(options), diffRow(options)};
+    return row;
+}
+
 int rules(const RulesOptions& options) {
-    const int status = act(options);
-    if (!std::cout.flush()) {
-        std::cerr << kProgram << "cannot write to standard output\n";
-        return kNotJudged;
-    }
-    return status;
+    return statusAfterOutput(act(options));
 }
 
 }  // namespace pkgvet::cli

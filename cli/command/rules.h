@@ -1,9 +1,25 @@
-// The command that looks at rule trees.
+// The commands on rule trees.
 #pragma once
 
-#include "cli/command/options.h"
+#include <string>
+#include <vector>
+
+#include "cli/command/command_table.h"
+#include "cli/report/formats.h"
+#include "pkgvet/rules/profiles.h"
 
 namespace pkgvet::cli {
+
+enum class RulesAction { Check, Show, Diff };
+
+struct RulesOptions {
+    RulesAction action = RulesAction::Check;
+    std::vector<std::string> trees;  // none: the tree that comes with the program; two for Diff
+    std::vector<Profiles> profiles = {Profiles::Regular};
+    Format format = Format::Text;  // or Json
+};
+
+CommandRow rulesCommand(RulesOptions* options);
 
 // Checks, shows or compares rule trees and returns the exit status: kUsageError for a tree that
 // cannot be used, and kRejected where two trees differ.

@@ -1,9 +1,9 @@
-// Scripts by which shells complete the command line.
+// Scripts by which shells complete the command line, made from a table of all commands.
 #pragma once
 
 #include <iosfwd>
 
-#include "cli/generate/command_table.h"
+#include "cli/command/command_table.h"
 
 namespace pkgvet::cli {
 

@@ -1,6 +1,7 @@
 // The script for bash.
 #include <ostream>
 
+#include "cli/base/text.h"
 #include "cli/generate/completions.h"
 
 namespace pkgvet::cli {
@@ -38,7 +39,7 @@ complete -o default -F _pkgvet pkgvet
 
 // What follows an option that takes one of a few words.
 void writeArguments(const CommandRow& command, std::ostream& stream) {
-    for (const OptionRow& option : command.options) {
+    for (const Option& option : command.options) {
         if (option.words.empty()) {
             continue;
         }
@@ -47,26 +48,26 @@ void writeArguments(const CommandRow& command, std::ostream& stream) {
             stream << separator << '"' << command.path << ' ' << name << '"';
             separator = " | ";
         }
-        stream << ") offered=\"" << joined(option.words) << "\" ;;\n";
+        stream << ") offered=\"" << joined(option.words, " ") << "\" ;;\n";
     }
 }
 
 // Options; ahead of them commands or operands, where there are any.
 std::string offered(const CommandRow& command) {
-    std::vector<std::string> words = command.operands;
+    std::vector<std::string> words = operandWords(command);
     for (const CommandRow& below : command.commands) {
         words.push_back(below.name);
     }
-    for (const OptionRow& option : command.options) {
+    for (const Option& option : command.options) {
         words.insert(words.end(), option.names.begin(), option.names.end());
     }
-    return joined(words);
+    return joined(words, " ");
 }
 
 }  // namespace
 
 void writeBashCompletion(const CommandRow& table, std::ostream& stream) {
-    const std::vector<CommandRow> commands = allCommands(table);
+    const std::vector<CommandRow> commands = visibleCommands(table);
     stream << kStart;
     for (const CommandRow& command : commands) {
         if (command.path != table.path) {

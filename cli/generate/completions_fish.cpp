@@ -1,6 +1,7 @@
 // The script for fish.
 #include <ostream>
 
+#include "cli/base/text.h"
 #include "cli/generate/completions.h"
 
 namespace pkgvet::cli {
@@ -34,13 +35,13 @@ std::string quoted(const std::string& text) {
     return result + "'";
 }
 
-void writeOption(const OptionRow& option, std::ostream& stream) {
+void writeOption(const Option& option, std::ostream& stream) {
     for (const std::string& name : option.names) {
         const bool isLong = name.starts_with("--");
         stream << (isLong ? " -l " : " -s ") << name.substr(isLong ? 2 : 1);
     }
     if (!option.words.empty()) {
-        stream << " -x -a " << quoted(joined(option.words));
+        stream << " -x -a " << quoted(joined(option.words, " "));
     } else if (!option.argument.empty()) {
         stream << (option.takesFile ? " -r -F" : " -x");
     }
@@ -49,16 +50,16 @@ void writeOption(const OptionRow& option, std::ostream& stream) {
 
 void writeCommand(const CommandRow& command, std::ostream& stream) {
     const std::string start = "complete -c pkgvet -n '__pkgvet_at " + command.path + "'";
-    if (command.takesFiles) {
+    if (takesFiles(command)) {
         stream << start << " -F\n";
     }
-    if (!command.operands.empty()) {
-        stream << start << " -a " << quoted(joined(command.operands)) << '\n';
+    if (!operandWords(command).empty()) {
+        stream << start << " -a " << quoted(joined(operandWords(command), " ")) << '\n';
     }
     for (const CommandRow& below : command.commands) {
         stream << start << " -a " << below.name << " -d " << quoted(below.description) << '\n';
     }
-    for (const OptionRow& option : command.options) {
+    for (const Option& option : command.options) {
         stream << start;
         writeOption(option, stream);
     }
@@ -67,7 +68,7 @@ void writeCommand(const CommandRow& command, std::ostream& stream) {
 }  // namespace
 
 void writeFishCompletion(const CommandRow& table, std::ostream& stream) {
-    const std::vector<CommandRow> commands = allCommands(table);
+    const std::vector<CommandRow> commands = visibleCommands(table);
     stream << kStart;
     for (const CommandRow& command : commands) {
         if (command.path != table.path) {

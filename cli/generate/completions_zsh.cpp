@@ -3,6 +3,7 @@
 #include <ostream>
 #include <string_view>
 
+#include "cli/base/text.h"
 #include "cli/generate/completions.h"
 
 namespace pkgvet::cli {
@@ -34,7 +35,7 @@ std::string functionName(const CommandRow& command) {
 }
 
 // ":MESSAGE:ACTION", which is nothing for a flag.
-std::string argumentOf(const OptionRow& option) {
+std::string argumentOf(const Option& option) {
     if (option.argument.empty()) {
         return std::string();
     }
@@ -42,11 +43,11 @@ std::string argumentOf(const OptionRow& option) {
     if (option.words.empty()) {
         return text.append(escaped(option.argument)).append(option.takesFile ? ":_files" : ": ");
     }
-    return text.append("word:(").append(joined(option.words)).append(")");
+    return text.append("word:(").append(joined(option.words, " ")).append(")");
 }
 
 // A name with the sign for how its argument is attached.
-std::string spelling(const OptionRow& option, const std::string& name) {
+std::string spelling(const Option& option, const std::string& name) {
     if (option.argument.empty()) {
         return name;
     }
@@ -54,14 +55,14 @@ std::string spelling(const OptionRow& option, const std::string& name) {
 }
 
 // What no longer applies once the option is given.
-std::string exclusionsOf(const OptionRow& option) {
+std::string exclusionsOf(const Option& option) {
     if (option.mayRepeat) {
         return "*";
     }
-    return std::string(1, '(').append(joined(option.names)).append(")");
+    return std::string(1, '(').append(joined(option.names, " ")).append(")");
 }
 
-void writeOption(const OptionRow& option, std::ostream& stream) {
+void writeOption(const Option& option, std::ostream& stream) {
     for (const std::string& name : option.names) {
         stream << " \\\n        '" << exclusionsOf(option) << spelling(option, name) << '['
                << escaped(option.description) << ']' << argumentOf(option) << '\'';
@@ -87,15 +88,15 @@ void writeDispatch(const CommandRow& command, std::ostream& stream) {
 void writeFunction(const CommandRow& command, std::ostream& stream) {
     stream << functionName(command) << "() {\n    local curcontext=\"$curcontext\" state line\n"
            << "    typeset -A opt_args\n    _arguments -C -s";
-    for (const OptionRow& option : command.options) {
+    for (const Option& option : command.options) {
         writeOption(option, stream);
     }
     if (!command.commands.empty()) {
         writeDispatch(command, stream);
-    } else if (!command.operands.empty()) {
-        stream << " \\\n        '*:operand:(" << joined(command.operands) << ")'\n";
+    } else if (!operandWords(command).empty()) {
+        stream << " \\\n        '*:operand:(" << joined(operandWords(command), " ") << ")'\n";
     } else {
-        stream << (command.takesFiles ? " \\\n        '*:file:_files'\n" : "\n");
+        stream << (takesFiles(command) ? " \\\n        '*:file:_files'\n" : "\n");
     }
     stream << "}\n\n";
 }
@@ -104,7 +105,7 @@ void writeFunction(const CommandRow& command, std::ostream& stream) {
 
 void writeZshCompletion(const CommandRow& table, std::ostream& stream) {
     stream << "#compdef pkgvet\n# zsh completion for pkgvet, made from its table of options.\n\n";
-    for (const CommandRow& command : allCommands(table)) {
+    for (const CommandRow& command : visibleCommands(table)) {
         writeFunction(command, stream);
     }
     stream << functionName(table) << " \"$@\"\n";

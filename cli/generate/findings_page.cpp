@@ -1,14 +1,16 @@
 // Writes the catalogue as a page of the documentation.
+#include "cli/generate/findings_page.h"
+
 #include <cctype>
 
 #include "cli/base/text.h"
-#include "cli/command/explain.h"
 
 namespace pkgvet::cli {
 
 namespace {
 
 constexpr std::size_t kColumns = 100;
+constexpr std::string_view kPlaceholder = "...";
 
 constexpr std::string_view kIntroduction =
     "# Findings\n"
@@ -85,6 +87,14 @@ void writeSection(const Entry& entry, std::ostream& stream) {
 }
 
 }  // namespace
+
+std::string messageForm(const Entry& entry) {
+    std::string text;
+    for (const Piece& piece : entry.pieces()) {
+        text += piece.kind == Piece::Kind::Words ? piece.words : kPlaceholder;
+    }
+    return text;
+}
 
 void writeFindingsPage(std::ostream& stream) {
     stream << kIntroduction;

@@ -1,7 +1,7 @@
 // Prints docs/findings.md. Not installed.
 #include <iostream>
 
-#include "cli/command/explain.h"
+#include "cli/generate/findings_page.h"
 
 int main() {
     pkgvet::cli::writeFindingsPage(std::cout);

@@ -2,7 +2,6 @@
 #include "cli/judge/finding_capture.h"
 
 #include <array>
-#include <numeric>
 #include <utility>
 
 namespace pkgvet::cli {
@@ -36,10 +35,6 @@ LogLine lineOf(std::vector<std::string> pieces) {
 }
 
 }  // namespace
-
-std::string LogLine::text() const {
-    return std::accumulate(pieces.begin(), pieces.end(), std::string());
-}
 
 FindingCapture::FindingCapture(std::ostream& stream)
     : stream_(stream), formerBuffer_(stream.rdbuf(&buffer_)), formerFlags_(stream.flags()) {

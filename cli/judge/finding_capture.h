@@ -10,15 +10,6 @@
 
 namespace pkgvet::cli {
 
-// One line of the library in the pieces of which it was composed. They say which of its words are
-// the rule's own and which came out of the package, so that no name can pass for a message.
-struct LogLine {
-    Severity severity = Severity::Info;
-    std::vector<std::string> pieces;
-
-    std::string text() const;
-};
-
 // While it lives, what goes to a stream is gathered as lines and not shown. The library writes each
 // piece in one go and flushes once, at the end of a line, so that a line feed in a name makes no
 // second line. A line without a label is a remark of one or more pieces.

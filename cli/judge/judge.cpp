@@ -13,8 +13,8 @@
 #include <utility>
 
 #include "cli/base/checksum.h"
-#include "cli/catalogue/catalogue.h"
 #include "cli/judge/finding_capture.h"
+#include "cli/judge/identify.h"
 #include "cli/judge/safe_path.h"
 #include "pkgvet/content/content_validator.h"
 #include "pkgvet/meta/meta_validator.h"

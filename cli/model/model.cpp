@@ -1,8 +1,12 @@
 // What follows from the data of a run.
 #include "cli/model/model.h"
 
+#include <glib.h>
+
 #include <algorithm>
 #include <array>
+#include <memory>
+#include <numeric>
 
 namespace pkgvet::cli {
 
@@ -11,7 +15,16 @@ namespace {
 // Indexed by Severity.
 constexpr std::array<std::string_view, 4> kSeverityNames = {"info", "warning", "error", "critical"};
 
+// Half of a SHA-256 is plenty to tell findings apart, and shorter to read.
+constexpr std::size_t kFingerprintSize = 32;
+// No name holds it, so that two texts never run into one another.
+constexpr char kSeparator = '\0';
+
 }  // namespace
+
+std::string LogLine::text() const {
+    return std::accumulate(pieces.begin(), pieces.end(), std::string());
+}
 
 bool PackageReport::passes() const {
     return judged() && std::all_of(judgements.begin(), judgements.end(),
@@ -20,6 +33,16 @@ bool PackageReport::passes() const {
 
 std::string_view severityName(Severity severity) {
     return kSeverityNames[static_cast<std::size_t>(severity)];
+}
+
+std::string fingerprintOf(const std::string& packageName, const Finding& finding) {
+    const std::string identity = finding.rule + kSeparator + packageName + kSeparator +
+                                 finding.subject.value_or(std::string());
+    const std::unique_ptr<char, decltype(&g_free)> hash(
+        g_compute_checksum_for_data(
+            G_CHECKSUM_SHA256, reinterpret_cast<const guchar*>(identity.data()), identity.size()),
+        &g_free);
+    return std::string(hash.get(), kFingerprintSize);
 }
 
 }  // namespace pkgvet::cli

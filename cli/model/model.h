@@ -1,4 +1,4 @@
-// What a run found out: packages, judgements and findings as plain data.
+// What a run looks at and what it finds out: packages, judgements and findings as plain data.
 #pragma once
 
 #include <optional>
@@ -10,11 +10,26 @@ namespace pkgvet::cli {
 
 enum class Severity { Info, Warning, Error, Critical };
 
-// What the choice of what counts made of a finding.
+// What the policy of the run made of a finding.
 enum class Standing {
     Counts,
     Waived,  // a waiver excuses it
     Known,   // it stands in the baseline
+};
+
+// A package that a run is about.
+struct Input {
+    std::string path;
+    std::string cause;  // why there is nothing to judge; empty when there may be
+};
+
+// One line of the library in the pieces of which it was composed. They say which of its words are
+// the rule's own and which came out of the package, so that no name can pass for a message.
+struct LogLine {
+    Severity severity = Severity::Info;
+    std::vector<std::string> pieces;
+
+    std::string text() const;
 };
 
 struct Finding {
@@ -49,10 +64,10 @@ struct PackageReport {
     std::string arch;
     std::string sha256;
     bool validationEnabled = true;
-    // Why the package could not be judged, and what was last said on standard error in the attempt.
-    // The cause is empty when it was judged.
+    // Why the package could not be judged, and the last line on standard error in the attempt. The
+    // cause is empty when it was judged.
     std::string cause;
-    std::string lastWords;
+    std::string lastErrorLine;
     double seconds = 0;
     std::vector<Judgement> judgements;  // one for each profile asked for, in their order
 
@@ -69,5 +84,10 @@ struct RunReport {
 
 // "info" to "critical".
 std::string_view severityName(Severity severity);
+
+// A hash in hexadecimal of rule, package name and subject: what stays the same from build to build.
+// Neither the package's path or version nor the text of the message is part of it. It is written
+// into reports that other people keep, and never changes.
+std::string fingerprintOf(const std::string& packageName, const Finding& finding);
 
 }  // namespace pkgvet::cli

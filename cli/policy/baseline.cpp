@@ -6,8 +6,9 @@
 #include <utility>
 
 #include "cli/base/escape.h"
+#include "cli/base/json_place.h"
 #include "cli/base/strict_json.h"
-#include "cli/policy/grave.h"
+#include "cli/catalogue/catalogue.h"
 
 namespace pkgvet::cli {
 
@@ -40,7 +41,7 @@ std::size_t readCount(const JsonReader& reader, const Json& object, const std::s
         return 1;
     }
     if (!count->is_number_unsigned() || *count == 0) {
-        reader.report(key + "." + kCount, "is no number above 0");
+        reader.report(member(key, kCount), "is not a number above 0");
         return 0;
     }
     return count->get<std::size_t>();

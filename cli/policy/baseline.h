@@ -14,7 +14,7 @@
 namespace pkgvet::cli {
 
 // What makes a finding the same one on another day and another machine. Texts are those of
-// printable(), so that bytes which are no UTF-8 can stand in JSON and stay distinct.
+// printable(), so that bytes which are not UTF-8 can stand in JSON and stay distinct.
 struct KnownFinding {
     std::string package;  // its name; versions come and go
     std::string rule;

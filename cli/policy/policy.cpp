@@ -1,10 +1,10 @@
-// Decides which findings count and what follows for the verdict.
+// Applies a policy.
 #include "cli/policy/policy.h"
 
 #include <algorithm>
 #include <utility>
 
-#include "cli/policy/grave.h"
+#include "cli/catalogue/catalogue.h"
 
 namespace pkgvet::cli {
 
@@ -37,7 +37,7 @@ bool passes(const Judgement& judgement, bool validationEnabled, std::optional<Se
 
 }  // namespace
 
-Choice::Choice(const CheckOptions& options, const Date& today, std::vector<Fault>* faults)
+Policy::Policy(const PolicyOptions& options, const Date& today, std::vector<Fault>* faults)
     : failOn_(options.failOn) {
     for (const std::string& path : options.waivers) {
         watch(readWaivers(path, faults), today);
@@ -47,27 +47,27 @@ Choice::Choice(const CheckOptions& options, const Date& today, std::vector<Fault
     }
 }
 
-Choice::Choice(std::vector<Waiver> waivers, Baseline baseline, std::optional<Severity> failOn,
+Policy::Policy(std::vector<Waiver> waivers, Baseline baseline, std::optional<Severity> failOn,
                const Date& today)
     : baseline_(std::move(baseline)), failOn_(failOn) {
     watch(std::move(waivers), today);
 }
 
-void Choice::watch(std::vector<Waiver> waivers, const Date& today) {
+void Policy::watch(std::vector<Waiver> waivers, const Date& today) {
     for (Waiver& waiver : waivers) {
         const bool expired = waiver.lastDay && *waiver.lastDay < today;
         waivers_.push_back({std::move(waiver), expired, false});
     }
 }
 
-void Choice::apply(PackageReport* package) {
+void Policy::apply(PackageReport* package) {
     for (Judgement& judgement : package->judgements) {
         excuse(&judgement, package->name);
         judgement.passes = passes(judgement, package->validationEnabled, failOn_);
     }
 }
 
-void Choice::excuse(Judgement* judgement, const std::string& package) {
+void Policy::excuse(Judgement* judgement, const std::string& package) {
     Baseline seen;
     for (Finding& finding : judgement->findings) {
         if (isGrave(finding) || waive(&finding, package)) {
@@ -83,7 +83,7 @@ void Choice::excuse(Judgement* judgement, const std::string& package) {
 }
 
 // Every waiver that covers the finding is in use; the first one gives the reason.
-bool Choice::waive(Finding* finding, const std::string& package) {
+bool Policy::waive(Finding* finding, const std::string& package) {
     for (WatchedWaiver& watched : waivers_) {
         if (watched.expired || !covers(&watched.waiver, *finding, package)) {
             continue;
@@ -97,7 +97,7 @@ bool Choice::waive(Finding* finding, const std::string& package) {
     return finding->standing == Standing::Waived;
 }
 
-std::vector<std::string> Choice::notices(bool complete) const {
+std::vector<std::string> Policy::notices(bool complete) const {
     std::vector<std::string> lines;
     for (const auto& [waiver, expired, used] : waivers_) {
         const std::string subject = "for " + waiver.rule;

@@ -1,4 +1,4 @@
-// What counts of a run's findings.
+// Which findings of a run count, and what follows for the verdicts.
 #pragma once
 
 #include <optional>
@@ -6,24 +6,25 @@
 #include <vector>
 
 #include "cli/base/date.h"
-#include "cli/command/options.h"
 #include "cli/model/model.h"
 #include "cli/policy/baseline.h"
+#include "cli/policy/policy_options.h"
 #include "cli/policy/waivers.h"
 
 namespace pkgvet::cli {
 
 // Applies waivers, a baseline and the least severity that fails a package to what the library said.
 // Grave findings are neither waived nor known.
-// The library's own verdicts stay as they are; the one after the choice stands in
+//
+// The library's own verdicts stay as they are; the one under the policy stands in
 // Judgement::passes. Belongs to one thread, and to one run, since it keeps in mind what was used.
-class Choice {
+class Policy {
 public:
-    // What the command line asks for. Everything that is wrong with the files that it names goes to
+    // What the user asks for. Everything that is wrong with the files that it names goes to
     // faults; the result is of use only when nothing was.
-    Choice(const CheckOptions& options, const Date& today, std::vector<Fault>* faults);
+    Policy(const PolicyOptions& options, const Date& today, std::vector<Fault>* faults);
     // Without failOn the verdict of the library counts, apart from what is excused.
-    Choice(std::vector<Waiver> waivers, Baseline baseline, std::optional<Severity> failOn,
+    Policy(std::vector<Waiver> waivers, Baseline baseline, std::optional<Severity> failOn,
            const Date& today);
 
     // Sets standing and reason of each finding, and the verdict under each profile.

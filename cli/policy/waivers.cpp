@@ -5,6 +5,7 @@
 #include <regex>
 #include <utility>
 
+#include "cli/base/json_place.h"
 #include "cli/base/strict_json.h"
 #include "cli/catalogue/catalogue.h"
 
@@ -21,10 +22,6 @@ constexpr const char* kPackage = "package";
 constexpr const char* kReason = "reason";
 constexpr const char* kExpires = "expires";
 
-std::string member(const std::string& key, const char* name) {
-    return key + "." + name;
-}
-
 WholePattern readPattern(const JsonReader& reader, const Json& object, const std::string& key,
                          const char* name) {
     const std::string text = reader.text(object, key, name);
@@ -32,7 +29,8 @@ WholePattern readPattern(const JsonReader& reader, const Json& object, const std
     try {
         pattern.matches(std::string());
     } catch (const std::regex_error& error) {
-        reader.report(member(key, name), "is no regular expression: " + std::string(error.what()));
+        reader.report(member(key, name),
+                      "is not a regular expression: " + std::string(error.what()));
     }
     return pattern;
 }
@@ -61,7 +59,7 @@ std::optional<Date> readLastDay(const JsonReader& reader, const Json& object,
     const std::string text = reader.text(object, key, kExpires);
     const std::optional<Date> date = parseDate(text);
     if (!date && object[kExpires].is_string()) {
-        reader.report(member(key, kExpires), "is no day of the form yyyy-mm-dd");
+        reader.report(member(key, kExpires), "is not a day of the form yyyy-mm-dd");
     }
     return date;
 }

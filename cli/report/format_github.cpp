@@ -3,7 +3,6 @@
 #include <string_view>
 
 #include "cli/base/escape.h"
-#include "cli/base/percent.h"
 #include "cli/catalogue/catalogue.h"
 #include "cli/report/formats.h"
 #include "cli/report/tally.h"

@@ -1,6 +1,7 @@
 // Writes JSON, whole or a line at a time.
 #include "cli/report/format_json.h"
 
+#include <nlohmann/json.hpp>
 #include <string>
 
 #include "cli/base/version.h"
@@ -59,7 +60,7 @@ Json packageJson(const PackageReport& package, const ReportStyle& style) {
     json["validation_enabled"] = package.validationEnabled;
     json["complete"] = package.judged();
     json["cause"] = orNull(package.cause);
-    json["last_words"] = orNull(package.lastWords);
+    json["last_words"] = orNull(package.lastErrorLine);
     json["passes"] = package.passes();
     if (style.timings) {
         json["seconds"] = package.seconds;
@@ -95,7 +96,7 @@ std::string_view standingName(Standing standing) {
 }
 
 std::string jsonText(const Json& json, int indent) {
-    // ASCII, and U+FFFD for each byte that is no UTF-8.
+    // ASCII, and U+FFFD for each byte that is not UTF-8.
     return json.dump(indent, ' ', true, Json::error_handler_t::replace);
 }
 

@@ -1,7 +1,7 @@
 // What the formats that are JSON share.
 #pragma once
 
-#include <nlohmann/json.hpp>
+#include <nlohmann/json_fwd.hpp>
 #include <string>
 #include <string_view>
 
@@ -12,7 +12,7 @@ namespace pkgvet::cli {
 inline constexpr int kJsonIndent = 2;
 inline constexpr int kJsonOneLine = -1;
 
-// json as ASCII. Bytes that are no UTF-8, which a package may hold anywhere, become U+FFFD.
+// json as ASCII. Bytes that are not UTF-8, which a package may hold anywhere, become U+FFFD.
 std::string jsonText(const nlohmann::ordered_json& json, int indent);
 
 // "counts", "waived", "known".

@@ -2,16 +2,15 @@
 #include <glib.h>
 
 #include <map>
+#include <nlohmann/json.hpp>
 #include <set>
 #include <string>
 #include <string_view>
 #include <utility>
 
 #include "cli/base/escape.h"
-#include "cli/base/percent.h"
 #include "cli/base/version.h"
 #include "cli/catalogue/catalogue.h"
-#include "cli/model/fingerprint.h"
 #include "cli/report/format_json.h"
 #include "cli/report/formats.h"
 #include "cli/report/tally.h"

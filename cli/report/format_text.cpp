@@ -9,10 +9,8 @@
 #include "cli/base/text.h"
 #include "cli/catalogue/catalogue.h"
 #include "cli/report/formats.h"
-#include "cli/report/profile_matrix.h"
 #include "cli/report/tally.h"
-#include "cli/report/text_layout.h"
-#include "cli/report/text_verdict.h"
+#include "cli/report/text_parts.h"
 
 namespace pkgvet::cli {
 

@@ -2,12 +2,19 @@
 #pragma once
 
 #include <ostream>
-#include <vector>
+#include <string>
 
-#include "cli/command/options.h"
 #include "cli/model/model.h"
 
 namespace pkgvet::cli {
+
+enum class Format { Text, Concise, Json, Jsonl, Sarif, Junit, Github };
+
+// A report that goes to a file beside the one on standard output.
+struct Output {
+    Format format = Format::Text;
+    std::string path;
+};
 
 // How much a report tells, beyond what every report must.
 struct ReportStyle {

@@ -1,5 +1,4 @@
 // Writes the matrix of rules and profiles.
-#include "cli/report/profile_matrix.h"
 
 #include <algorithm>
 #include <string>
@@ -7,7 +6,8 @@
 #include <vector>
 
 #include "cli/base/escape.h"
-#include "cli/report/text_layout.h"
+#include "cli/base/text.h"
+#include "cli/report/text_parts.h"
 
 namespace pkgvet::cli {
 

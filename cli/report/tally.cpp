@@ -5,6 +5,8 @@
 #include <tuple>
 #include <utility>
 
+#include "cli/base/text.h"
+
 namespace pkgvet::cli {
 
 namespace {
@@ -49,10 +51,6 @@ FindingTally tallyOf(const Judgement& judgement) {
         }
     }
     return tally;
-}
-
-std::string counted(std::size_t count, std::string_view noun) {
-    return std::to_string(count) + " " + std::string(noun) + (count == 1 ? "" : "s");
 }
 
 std::string summaryOf(const RunReport& run) {
@@ -101,11 +99,7 @@ std::string profilesNote(const PackageReport& package, const MergedFinding& merg
     if (package.judgements.size() < 2) {
         return std::string();
     }
-    std::string names;
-    for (const std::string_view profile : merged.profiles) {
-        names += (names.empty() ? "" : ", ") + std::string(profile);
-    }
-    return " (" + names + ")";
+    return " (" + joined(merged.profiles, ", ") + ")";
 }
 
 }  // namespace pkgvet::cli

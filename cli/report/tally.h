@@ -32,9 +32,6 @@ FindingTally tallyOf(const Judgement& judgement);
 // "2 packages: 1 accepted, 1 rejected, 0 not judged", and that the run was interrupted if it was.
 std::string summaryOf(const RunReport& run);
 
-// "1 error", "2 errors".
-std::string counted(std::size_t count, std::string_view noun);
-
 // A finding with the profiles under which it was found.
 struct MergedFinding {
     const Finding* finding;

@@ -1,6 +1,4 @@
 // Writes verdicts for a terminal or a log.
-#include "cli/report/text_verdict.h"
-
 #include <iomanip>
 #include <sstream>
 #include <string>
@@ -8,30 +6,24 @@
 #include <vector>
 
 #include "cli/base/escape.h"
+#include "cli/base/text.h"
 #include "cli/report/tally.h"
-#include "cli/report/text_layout.h"
+#include "cli/report/text_parts.h"
 
 namespace pkgvet::cli {
 
 namespace {
 
 constexpr std::string_view kValidationOff = "validation off";
+constexpr std::string_view kComma = ", ";
 
 std::string verdictName(bool accepted, const ReportStyle& style) {
     return accepted ? painted("accepted", kGreen, style.color)
                     : painted("rejected", kRed, style.color);
 }
 
-std::string joined(const std::vector<std::string>& parts) {
-    std::string text;
-    for (const std::string& part : parts) {
-        text += (text.empty() ? "" : ", ") + part;
-    }
-    return text;
-}
-
 std::string inBrackets(const std::vector<std::string>& parts) {
-    return parts.empty() ? std::string() : " (" + joined(parts) + ")";
+    return parts.empty() ? std::string() : " (" + joined(parts, kComma) + ")";
 }
 
 std::string secondsOf(const PackageReport& package) {
@@ -40,7 +32,7 @@ std::string secondsOf(const PackageReport& package) {
     return text.str();
 }
 
-// The library's own verdict where the choice of what counts turned it.
+// The library's own verdict where the policy of the run turned it.
 std::vector<std::string> turned(const Judgement& judgement) {
     if (judgement.passes == judgement.accepted()) {
         return {};
@@ -88,7 +80,7 @@ void writeProfiles(const PackageReport& package, bool accepted, const ReportStyl
     }
     if (!names.empty()) {
         stream << printable(package.path) << ": " << verdictName(accepted, style) << " under "
-               << joined(names) << inBrackets(circumstances(package, style)) << '\n';
+               << joined(names, kComma) << inBrackets(circumstances(package, style)) << '\n';
     }
 }
 

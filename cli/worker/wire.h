@@ -22,9 +22,9 @@ inline constexpr std::size_t kMaxAnswerSize = kMaxReportSize + (std::size_t{1} <
 // A message with a directory that the worker is about to make.
 std::string directoryMessage(std::string_view directory);
 
-// A message with what the worker found out. The path, the names of the profiles and the choice of
-// what counts are not in it: the receiver knows them better. A report above the bound becomes one
-// of a package that could not be judged.
+// A message with what the worker found out. The path, the names of the profiles and what the policy
+// made of the findings are not in it: the receiver knows them better. A report above the bound
+// becomes one of a package that could not be judged.
 std::string reportMessage(const PackageReport& report);
 
 struct Answer {

@@ -14,7 +14,7 @@
 #include <string_view>
 #include <vector>
 
-#include "cli/command/exit_status.h"
+#include "cli/base/exit_status.h"
 #include "cli/judge/judge.h"
 #include "cli/judge/rpm_session.h"
 #include "cli/worker/announced_mkdtemp.h"

@@ -1,7 +1,7 @@
 // The process that judges one package.
 #pragma once
 
-#include "cli/command/options.h"
+#include "cli/worker/judging_options.h"
 
 namespace pkgvet::cli {
 

@@ -44,9 +44,9 @@ void removeRemains(const std::vector<std::string>& directories) {
 }
 
 // What was wrong with the worker; empty when nothing was.
-std::string faultOf(int status, Cut cut) {
-    if (cut != Cut::None) {
-        return cut == Cut::Timeout ? kTimedOut : kInterrupted;
+std::string faultOf(int status, StopReason reason) {
+    if (reason != StopReason::None) {
+        return reason == StopReason::Timeout ? kTimedOut : kInterrupted;
     }
     if (WIFSIGNALED(status)) {
         const int signal = WTERMSIG(status);
@@ -68,11 +68,12 @@ void replaceAll(const std::string& name, const std::string& replacement, std::st
     }
 }
 
-void forgetName(const std::string& directory, PackageReport* report) {
+// The names of such directories end in random letters, and a report is to be the same each time.
+void hideName(const std::string& directory, PackageReport* report) {
     const std::string replacement =
         directory.substr(0, directory.size() - kPlaceholder.size()).append(kPlaceholder);
     replaceAll(directory, replacement, &report->cause);
-    replaceAll(directory, replacement, &report->lastWords);
+    replaceAll(directory, replacement, &report->lastErrorLine);
     for (Judgement& judgement : report->judgements) {
         for (Finding& finding : judgement.findings) {
             replaceAll(directory, replacement, &finding.message);
@@ -85,19 +86,19 @@ void forgetName(const std::string& directory, PackageReport* report) {
 
 }  // namespace
 
-PackageReport concludeWorker(const WorkerEnd& end, Cut cut,
+PackageReport concludeWorker(const WorkerEnd& end, StopReason reason,
                              const std::vector<std::string>& profiles) {
     Answer answer = decodeAnswer(end.answer, profiles);
     removeRemains(answer.directories);
-    const std::string fault = faultOf(end.status, cut);
+    const std::string fault = faultOf(end.status, reason);
     PackageReport report = !fault.empty()  ? notJudged(fault)
                            : answer.report ? std::move(*answer.report)
                                            : notJudged(kNonsense);
     if (!report.judged()) {
-        report.lastWords = end.lastWords;
+        report.lastErrorLine = end.lastErrorLine;
     }
     for (const std::string& directory : answer.directories) {
-        forgetName(directory, &report);
+        hideName(directory, &report);
     }
     return report;
 }

@@ -47,7 +47,7 @@ bool WorkerPool::run() {
     }
     const bool complete = received_ == inputs_.size();
     for (Job& job : jobs_) {
-        conclude(&job, Cut::Interruption);
+        conclude(&job, StopReason::Interruption);
     }
     jobs_.clear();
     handOnTheRest();
@@ -109,9 +109,9 @@ void WorkerPool::endJobs() {
     for (Job& job : jobs_) {
         // A worker that has said all may do so at the last moment.
         if (job.process->isSilent()) {
-            conclude(&job, Cut::None);
+            conclude(&job, StopReason::None);
         } else if (isOverdue(job)) {
-            conclude(&job, Cut::Timeout);
+            conclude(&job, StopReason::Timeout);
         }
     }
     jobs_.erase(std::remove_if(jobs_.begin(), jobs_.end(),
@@ -123,11 +123,11 @@ bool WorkerPool::isOverdue(const Job& job) const {
     return Seconds(Clock::now() - job.start) >= Seconds(options_.timeout);
 }
 
-void WorkerPool::conclude(Job* job, Cut cut) {
-    PackageReport report = concludeWorker(job->process->end(), cut, options_.profiles);
+void WorkerPool::conclude(Job* job, StopReason reason) {
+    PackageReport report = concludeWorker(job->process->end(), reason, options_.profiles);
     job->process.reset();
     // An interrupted package is as one that was never begun.
-    if (cut != Cut::Interruption) {
+    if (reason != StopReason::Interruption) {
         report.seconds = Seconds(Clock::now() - job->start).count();
         keep(job->index, std::move(report));
     }

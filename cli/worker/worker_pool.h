@@ -10,7 +10,6 @@
 #include <vector>
 
 #include "cli/base/progress.h"
-#include "cli/command/input.h"
 #include "cli/model/model.h"
 #include "cli/worker/signal_watch.h"
 #include "cli/worker/worker_outcome.h"
@@ -52,7 +51,7 @@ private:
     int waitingTime() const;
     void wait();
     void endJobs();
-    void conclude(Job* job, Cut cut);
+    void conclude(Job* job, StopReason reason);
     void keep(std::size_t index, PackageReport report);
     void handOn();
     void handOnTheRest();

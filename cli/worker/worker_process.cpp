@@ -201,7 +201,7 @@ WorkerEnd WorkerProcess::end() {
     if (said_.size() <= kMaxAnswerSize) {
         end.answer = std::move(said_);
     }
-    end.lastWords = lastLine(errorTail_);
+    end.lastErrorLine = lastLine(errorTail_);
     return end;
 }
 

@@ -12,9 +12,9 @@ namespace pkgvet::cli {
 
 // How a worker ended.
 struct WorkerEnd {
-    int status = 0;         // as of waitpid
-    std::string answer;     // all that it said on the pipe; empty when that was too much
-    std::string lastWords;  // the last line on standard error
+    int status = 0;             // as of waitpid
+    std::string answer;         // all that it said on the pipe; empty when that was too much
+    std::string lastErrorLine;  // the last line on standard error
 };
 
 // Runs the program anew in a process group of its own, with its standard error led here. The tools

@@ -27,7 +27,7 @@ PackageBuilder application() {
     return package;
 }
 
-class ChoiceCommand : public testing::Test {
+class PolicyCommand : public testing::Test {
 protected:
     static void SetUpTestSuite() {
         directory_ = new TemporaryDirectory;
@@ -67,11 +67,11 @@ private:
     static std::string* package_;
 };
 
-TemporaryDirectory* ChoiceCommand::directory_ = nullptr;
-std::string* ChoiceCommand::rules_ = nullptr;
-std::string* ChoiceCommand::package_ = nullptr;
+TemporaryDirectory* PolicyCommand::directory_ = nullptr;
+std::string* PolicyCommand::rules_ = nullptr;
+std::string* PolicyCommand::package_ = nullptr;
 
-TEST_F(ChoiceCommand, WaivedPackagePassesAndTheLibrarysVerdictIsSeen) {
+TEST_F(PolicyCommand, WaivedPackagePassesAndTheLibrarysVerdictIsSeen) {
     EXPECT_EQ(check({package()}).status, 1);
     const ProgramResult result =
         check({"--waivers", waivers(kRule), "--format", "json", package()});
@@ -90,7 +90,7 @@ TEST_F(ChoiceCommand, WaivedPackagePassesAndTheLibrarysVerdictIsSeen) {
     EXPECT_EQ((*waived)["reason"], "agreed");
 }
 
-TEST_F(ChoiceCommand, ExpiredAndUnusedWaiversAreReported) {
+TEST_F(PolicyCommand, ExpiredAndUnusedWaiversAreReported) {
     struct Case {
         std::string file;
         std::string notice;
@@ -112,7 +112,7 @@ TEST_F(ChoiceCommand, ExpiredAndUnusedWaiversAreReported) {
     }
 }
 
-TEST_F(ChoiceCommand, FaultsInFilesEndTheRunBeforeTheFirstPackage) {
+TEST_F(PolicyCommand, FaultsInFilesEndTheRunBeforeTheFirstPackage) {
     const std::string bad = own_.write("bad.json", R"({"waivers": [{"rule": "x"}]})");
     const std::string baseline = own_.write("baseline.json", "[]");
     const ProgramResult result = check(
@@ -127,7 +127,7 @@ TEST_F(ChoiceCommand, FaultsInFilesEndTheRunBeforeTheFirstPackage) {
                   "pkgvet: " + baseline + ": holds no JSON object\n");
 }
 
-TEST_F(ChoiceCommand, OnlyNewFindingsCountAgainstABaseline) {
+TEST_F(PolicyCommand, OnlyNewFindingsCountAgainstABaseline) {
     const std::string baseline = own_ / "known.json";
     EXPECT_EQ(check({"--write-baseline", baseline, package()}).status, 1);
     EXPECT_EQ(check({"--baseline", baseline, package()}).status, 0);
@@ -148,7 +148,7 @@ TEST_F(ChoiceCommand, OnlyNewFindingsCountAgainstABaseline) {
     }
 }
 
-TEST_F(ChoiceCommand, GraveFindingsAreExcusedByNothing) {
+TEST_F(PolicyCommand, GraveFindingsAreExcusedByNothing) {
     const std::string grave = application()
                                   .script("%post\ntrue")
                                   .file("/usr/share/org.example.app/x", "x", "4644")
@@ -167,7 +167,7 @@ TEST_F(ChoiceCommand, GraveFindingsAreExcusedByNothing) {
     EXPECT_EQ(check({"--validation", "off", "--baseline", baseline, grave}).status, 1);
 }
 
-TEST_F(ChoiceCommand, FailOnSaysWhatRejects) {
+TEST_F(PolicyCommand, FailOnSaysWhatRejects) {
     EXPECT_EQ(check({"--validation", "off", package()}).status, 0);
     EXPECT_EQ(check({"--validation", "off", "--fail-on", "error", package()}).status, 1);
     const std::string unstable = application().tag("Requires: unstable").build(own_);
@@ -177,7 +177,7 @@ TEST_F(ChoiceCommand, FailOnSaysWhatRejects) {
     EXPECT_EQ(check({"--waivers", excused, "--fail-on", "warning", unstable}).status, 1);
 }
 
-TEST_F(ChoiceCommand, BaselineThatCannotBeWrittenIsAUsageError) {
+TEST_F(PolicyCommand, BaselineThatCannotBeWrittenIsAUsageError) {
     const ProgramResult result = check({"--write-baseline", own_ / "none/known.json", package()});
     EXPECT_EQ(result.status, 2);
     EXPECT_THAT(result.errors, HasSubstr("none/known.json"));

@@ -5,7 +5,7 @@
 #include <sstream>
 #include <utility>
 
-#include "cli/command/reports.h"
+#include "cli/report/reports.h"
 
 using pkgvet::cli::Finding;
 using pkgvet::cli::Judgement;
@@ -100,7 +100,7 @@ RunReport hostileRun() {
     result.name = bytes;
     result.version = bytes;
     PackageReport broken = unreadable(bytes, bytes);
-    broken.lastWords = bytes;
+    broken.lastErrorLine = bytes;
     RunReport run = runOf({result, broken});
     run.notices = {bytes};
     return run;

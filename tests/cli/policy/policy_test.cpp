@@ -54,54 +54,54 @@ std::vector<Standing> standings(const PackageReport& package) {
     return result;
 }
 
-PackageReport chosen(PackageReport package, std::vector<Waiver> waivers, const Baseline& baseline,
-                     std::optional<Severity> failOn = std::nullopt) {
-    Choice(std::move(waivers), baseline, failOn, kToday).apply(&package);
+PackageReport applied(PackageReport package, std::vector<Waiver> waivers, const Baseline& baseline,
+                      std::optional<Severity> failOn = std::nullopt) {
+    Policy(std::move(waivers), baseline, failOn, kToday).apply(&package);
     return package;
 }
 
-TEST(Choice, NothingChosenLeavesTheVerdictOfTheLibrary) {
-    EXPECT_TRUE(chosen(judged(true, {}), {}, {}).passes());
-    EXPECT_TRUE(chosen(judged(true, {finding("w", Severity::Warning)}), {}, {}).passes());
-    EXPECT_FALSE(chosen(judged(false, {finding("e")}), {}, {}).passes());
+TEST(Policy, AnEmptyPolicyLeavesTheVerdictOfTheLibrary) {
+    EXPECT_TRUE(applied(judged(true, {}), {}, {}).passes());
+    EXPECT_TRUE(applied(judged(true, {finding("w", Severity::Warning)}), {}, {}).passes());
+    EXPECT_FALSE(applied(judged(false, {finding("e")}), {}, {}).passes());
 }
 
-TEST(Choice, WaivedErrorsPassAndTheLibrarysVerdictStays) {
+TEST(Policy, WaivedErrorsPassAndTheLibrarysVerdictStays) {
     const PackageReport package =
-        chosen(judged(false, {finding("a"), finding("b")}), {waiver("a"), waiver("b")}, {});
+        applied(judged(false, {finding("a"), finding("b")}), {waiver("a"), waiver("b")}, {});
     EXPECT_TRUE(package.passes());
     EXPECT_FALSE(package.judgements[0].accepted());
     EXPECT_THAT(standings(package), ElementsAre(Standing::Waived, Standing::Waived));
     EXPECT_EQ(package.judgements[0].findings[0].reason, "agreed");
 }
 
-TEST(Choice, OneErrorThatCountsRejects) {
+TEST(Policy, OneErrorThatCountsRejects) {
     const PackageReport package =
-        chosen(judged(false, {finding("a"), finding("b")}), {waiver("a")}, {});
+        applied(judged(false, {finding("a"), finding("b")}), {waiver("a")}, {});
     EXPECT_FALSE(package.passes());
     EXPECT_THAT(standings(package), ElementsAre(Standing::Waived, Standing::Counts));
 }
 
-TEST(Choice, RejectionThatNoFindingAccountsForStays) {
-    EXPECT_FALSE(chosen(judged(false, {}), {waiver("a")}, {}).passes());
+TEST(Policy, RejectionThatNoFindingAccountsForStays) {
+    EXPECT_FALSE(applied(judged(false, {}), {waiver("a")}, {}).passes());
     EXPECT_FALSE(
-        chosen(judged(false, {finding("a", Severity::Warning)}), {waiver("a")}, {}).passes());
+        applied(judged(false, {finding("a", Severity::Warning)}), {waiver("a")}, {}).passes());
 }
 
-TEST(Choice, GraveFindingsAreNeitherWaivedNorKnown) {
+TEST(Policy, GraveFindingsAreNeitherWaivedNorKnown) {
     for (const Finding& grave :
          {finding("scripts", Severity::Critical), finding("setuid-file", Severity::Error)}) {
         SCOPED_TRACE(grave.rule);
         Baseline baseline;
         baseline[identityOf(grave, "org.example.app")] = 1;
-        const PackageReport package = chosen(judged(false, {grave, finding("a")}),
-                                             {waiver(grave.rule), waiver("a")}, baseline);
+        const PackageReport package = applied(judged(false, {grave, finding("a")}),
+                                              {waiver(grave.rule), waiver("a")}, baseline);
         EXPECT_FALSE(package.passes());
         EXPECT_THAT(standings(package), ElementsAre(Standing::Counts, Standing::Waived));
     }
 }
 
-TEST(Choice, WaiverHoldsUpToTheEndOfItsLastDay) {
+TEST(Policy, WaiverHoldsUpToTheEndOfItsLastDay) {
     struct Case {
         const char* lastDay;
         bool passes;
@@ -110,87 +110,89 @@ TEST(Choice, WaiverHoldsUpToTheEndOfItsLastDay) {
          {Case{"2026-06-14", false}, Case{"2026-06-15", true}, Case{"2026-06-16", true}}) {
         SCOPED_TRACE(test.lastDay);
         const Waiver limited = waiver("a", ".*", parseDate(test.lastDay));
-        EXPECT_EQ(chosen(judged(false, {finding("a")}), {limited}, {}).passes(), test.passes);
+        EXPECT_EQ(applied(judged(false, {finding("a")}), {limited}, {}).passes(), test.passes);
     }
 }
 
-TEST(Choice, FirstWaiverThatHoldsGivesTheReason) {
+TEST(Policy, FirstWaiverThatHoldsGivesTheReason) {
     const PackageReport package =
-        chosen(judged(false, {finding("a")}),
-               {waiver("a", ".*", parseDate("2026-01-01"), "expired"),
-                waiver("a", ".*", std::nullopt, "first"), waiver("a", "", std::nullopt, "second")},
-               {});
+        applied(judged(false, {finding("a")}),
+                {waiver("a", ".*", parseDate("2026-01-01"), "expired"),
+                 waiver("a", ".*", std::nullopt, "first"), waiver("a", "", std::nullopt, "second")},
+                {});
     EXPECT_EQ(package.judgements[0].findings[0].reason, "first");
 }
 
-TEST(Choice, KnownFindingsPassAndNewOnesCount) {
+TEST(Policy, KnownFindingsPassAndNewOnesCount) {
     const Baseline baseline = baselineOf({finding("a")});
-    EXPECT_TRUE(chosen(judged(false, {finding("a")}), {}, baseline).passes());
-    const PackageReport package = chosen(judged(false, {finding("a"), finding("b")}), {}, baseline);
+    EXPECT_TRUE(applied(judged(false, {finding("a")}), {}, baseline).passes());
+    const PackageReport package =
+        applied(judged(false, {finding("a"), finding("b")}), {}, baseline);
     EXPECT_FALSE(package.passes());
     EXPECT_THAT(standings(package), ElementsAre(Standing::Known, Standing::Counts));
 }
 
-TEST(Choice, OneMoreOfAKnownFindingCounts) {
+TEST(Policy, OneMoreOfAKnownFindingCounts) {
     const Finding a = finding("a");
     const Baseline baseline = baselineOf({a, a});
-    EXPECT_TRUE(chosen(judged(false, {a, a}), {}, baseline).passes());
-    EXPECT_THAT(standings(chosen(judged(false, {a, a, a}), {}, baseline)),
+    EXPECT_TRUE(applied(judged(false, {a, a}), {}, baseline).passes());
+    EXPECT_THAT(standings(applied(judged(false, {a, a, a}), {}, baseline)),
                 ElementsAre(Standing::Known, Standing::Known, Standing::Counts));
 }
 
-TEST(Choice, EachProfileHasTheWholeBaseline) {
+TEST(Policy, EachProfileHasTheWholeBaseline) {
     PackageReport package = judged(false, {finding("a")});
     package.judgements.push_back(package.judgements[0]);
-    EXPECT_TRUE(chosen(package, {}, baselineOf({finding("a")})).passes());
+    EXPECT_TRUE(applied(package, {}, baselineOf({finding("a")})).passes());
 }
 
-TEST(Choice, WaiversComeBeforeTheBaseline) {
+TEST(Policy, WaiversComeBeforeTheBaseline) {
     const Finding a = finding("a");
-    EXPECT_THAT(standings(chosen(judged(false, {a}), {waiver("a")}, baselineOf({a}))),
+    EXPECT_THAT(standings(applied(judged(false, {a}), {waiver("a")}, baselineOf({a}))),
                 ElementsAre(Standing::Waived));
 }
 
-TEST(Choice, FailOnWarningLetsWarningsReject) {
+TEST(Policy, FailOnWarningLetsWarningsReject) {
     const Finding warning = finding("w", Severity::Warning);
     const Finding info = finding("i", Severity::Info);
     const Severity least = Severity::Warning;
-    EXPECT_FALSE(chosen(judged(true, {warning}), {}, {}, least).passes());
-    EXPECT_TRUE(chosen(judged(true, {info}), {}, {}, least).passes());
-    EXPECT_TRUE(chosen(judged(true, {warning}), {waiver("w")}, {}, least).passes());
-    EXPECT_TRUE(chosen(judged(true, {warning}), {}, baselineOf({warning}), least).passes());
-    EXPECT_FALSE(chosen(judged(false, {finding("a"), warning}), {waiver("a")}, {}, least).passes());
-    EXPECT_TRUE(chosen(judged(false, {finding("a"), warning}), {waiver("a")}, {}).passes());
+    EXPECT_FALSE(applied(judged(true, {warning}), {}, {}, least).passes());
+    EXPECT_TRUE(applied(judged(true, {info}), {}, {}, least).passes());
+    EXPECT_TRUE(applied(judged(true, {warning}), {waiver("w")}, {}, least).passes());
+    EXPECT_TRUE(applied(judged(true, {warning}), {}, baselineOf({warning}), least).passes());
+    EXPECT_FALSE(
+        applied(judged(false, {finding("a"), warning}), {waiver("a")}, {}, least).passes());
+    EXPECT_TRUE(applied(judged(false, {finding("a"), warning}), {waiver("a")}, {}).passes());
 }
 
-TEST(Choice, WithValidationOffOnlyGraveFindingsRejectUnlessMoreIsAskedFor) {
+TEST(Policy, WithValidationOffOnlyGraveFindingsRejectUnlessMoreIsAskedFor) {
     PackageReport lenient = judged(true, {finding("a"), finding("w", Severity::Warning)});
     lenient.validationEnabled = false;
-    EXPECT_TRUE(chosen(lenient, {}, {}).passes());
-    EXPECT_FALSE(chosen(lenient, {}, {}, Severity::Error).passes());
-    EXPECT_TRUE(chosen(lenient, {waiver("a")}, {}, Severity::Error).passes());
-    EXPECT_FALSE(chosen(lenient, {}, {}, Severity::Warning).passes());
+    EXPECT_TRUE(applied(lenient, {}, {}).passes());
+    EXPECT_FALSE(applied(lenient, {}, {}, Severity::Error).passes());
+    EXPECT_TRUE(applied(lenient, {waiver("a")}, {}, Severity::Error).passes());
+    EXPECT_FALSE(applied(lenient, {}, {}, Severity::Warning).passes());
 
     PackageReport grave = judged(false, {finding("x"), finding("a")});
     grave.validationEnabled = false;
-    EXPECT_FALSE(chosen(grave, {waiver("a"), waiver("x")}, {}).passes());
+    EXPECT_FALSE(applied(grave, {waiver("a"), waiver("x")}, {}).passes());
 }
 
-TEST(Choice, ExpiredAndUnusedWaiversAreNoticed) {
+TEST(Policy, ExpiredAndUnusedWaiversAreNoticed) {
     Waiver expired = waiver("a", ".*", parseDate("2026-01-31"));
     expired.key = "waivers[0]";
     Waiver used = waiver("b");
     used.key = "waivers[1]";
     Waiver unused = waiver("c");
     unused.key = "waivers[2]";
-    Choice choice({expired, used, unused}, {}, std::nullopt, kToday);
+    Policy policy({expired, used, unused}, {}, std::nullopt, kToday);
     PackageReport package = judged(false, {finding("a"), finding("b")});
-    choice.apply(&package);
+    policy.apply(&package);
     const std::string expiry = "w.json: \"waivers[0]\" for a expired on 2026-01-31";
-    EXPECT_THAT(choice.notices(true),
+    EXPECT_THAT(policy.notices(true),
                 ElementsAre(expiry, "w.json: \"waivers[2]\" for c was never used"));
-    EXPECT_THAT(choice.notices(false), ElementsAre(expiry));
-    EXPECT_THAT(Choice({used}, {}, std::nullopt, kToday).notices(false), IsEmpty());
+    EXPECT_THAT(policy.notices(false), ElementsAre(expiry));
+    EXPECT_THAT(Policy({used}, {}, std::nullopt, kToday).notices(false), IsEmpty());
 }
 
 }  // namespace

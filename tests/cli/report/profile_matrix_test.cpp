@@ -1,10 +1,9 @@
 // The matrix of rules and profiles, compared whole.
-#include "cli/report/profile_matrix.h"
-
 #include <gtest/gtest.h>
 
 #include <sstream>
 
+#include "cli/report/text_parts.h"
 #include "tests/support/sample_runs.h"
 
 namespace {

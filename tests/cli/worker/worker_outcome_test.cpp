@@ -30,20 +30,21 @@ TEST(WorkerOutcome, OnlyASoundEndWithASoundReportIsAVerdict) {
         const char* name;
         int status;
         std::string answer;
-        Cut cut;
+        StopReason reason;
         std::string cause;
     };
     const std::string report = reportMessage(acceptance());
     const Case cases[] = {
-        {"sound", 0, report, Cut::None, ""},
-        {"crash", SIGSEGV, "", Cut::None, "the worker was ended by signal 11 (Segmentation fault)"},
-        {"crash after the report", SIGABRT, report, Cut::None,
+        {"sound", 0, report, StopReason::None, ""},
+        {"crash", SIGSEGV, "", StopReason::None,
+         "the worker was ended by signal 11 (Segmentation fault)"},
+        {"crash after the report", SIGABRT, report, StopReason::None,
          "the worker was ended by signal 6 (Aborted)"},
-        {"status", kExitedWithThree, report, Cut::None, "the worker ended with status 3"},
-        {"silence", 0, "", Cut::None, "the worker gave no valid answer"},
-        {"nonsense", 0, "nonsense", Cut::None, "the worker gave no valid answer"},
-        {"timeout", SIGKILL, report, Cut::Timeout, "it took longer than --timeout allows"},
-        {"interruption", SIGKILL, report, Cut::Interruption, "interrupted"},
+        {"status", kExitedWithThree, report, StopReason::None, "the worker ended with status 3"},
+        {"silence", 0, "", StopReason::None, "the worker gave no valid answer"},
+        {"nonsense", 0, "nonsense", StopReason::None, "the worker gave no valid answer"},
+        {"timeout", SIGKILL, report, StopReason::Timeout, "it took longer than --timeout allows"},
+        {"interruption", SIGKILL, report, StopReason::Interruption, "interrupted"},
     };
     for (const Case& test : cases) {
         SCOPED_TRACE(test.name);
@@ -51,7 +52,7 @@ TEST(WorkerOutcome, OnlyASoundEndWithASoundReportIsAVerdict) {
             concludeWorker({test.status, test.answer, "last words"}, test.cut, kProfiles);
         EXPECT_EQ(result.cause, test.cause);
         EXPECT_EQ(result.passes(), test.cause.empty());
-        EXPECT_EQ(result.lastWords, test.cause.empty() ? "" : "last words");
+        EXPECT_EQ(result.lastErrorLine, test.cause.empty() ? "" : "last words");
     }
 }
 
@@ -60,7 +61,7 @@ TEST(WorkerOutcome, RemainsAreRemovedWhateverTheirPermissions) {
     ASSERT_NE(mkdtemp(directory.data()), nullptr);
     std::filesystem::create_directories(directory + "/a/b");
     chmod((directory + "/a").c_str(), 0);
-    concludeWorker({SIGKILL, directoryMessage(directory), ""}, Cut::None, kProfiles);
+    concludeWorker({SIGKILL, directoryMessage(directory), ""}, StopReason::None, kProfiles);
     EXPECT_FALSE(std::filesystem::exists(directory));
 }
 
@@ -71,7 +72,7 @@ TEST(WorkerOutcome, LinkInPlaceOfADirectoryStays) {
     ASSERT_NE(mkdtemp(link.data()), nullptr);
     std::filesystem::remove(link);
     std::filesystem::create_symlink(directory, link);
-    concludeWorker({SIGKILL, directoryMessage(link), ""}, Cut::None, kProfiles);
+    concludeWorker({SIGKILL, directoryMessage(link), ""}, StopReason::None, kProfiles);
     EXPECT_TRUE(std::filesystem::exists(directory));
     std::filesystem::remove(link);
     std::filesystem::remove(directory);
@@ -85,12 +86,13 @@ TEST(WorkerOutcome, NamesOfItsDirectoriesAreForgotten) {
     report.judgements[0].findings = {finding};
     const std::string directory = directoryMessage("/tmp/dir.aB3xyz");
     const PackageReport result =
-        concludeWorker({0, directory + reportMessage(report), ""}, Cut::None, kProfiles);
+        concludeWorker({0, directory + reportMessage(report), ""}, StopReason::None, kProfiles);
     ASSERT_EQ(result.judgements.size(), 1U);
     const Finding& heard = result.judgements[0].findings[0];
     EXPECT_EQ(heard.subject, "/tmp/dir.XXXXXX/usr");
     EXPECT_EQ(heard.message, "/tmp/dir.XXXXXX/usr /tmp/dir.XXXXXX /tmp/dir.others");
-    EXPECT_EQ(concludeWorker({1, directory, "in /tmp/dir.aB3xyz"}, Cut::None, kProfiles).lastWords,
+    EXPECT_EQ(concludeWorker({1, directory, "in /tmp/dir.aB3xyz"}, StopReason::None, kProfiles)
+                  .lastErrorLine,
               "in /tmp/dir.XXXXXX");
 }
 

@@ -8,4 +8,8 @@ inline constexpr int kRejected = 1;    // at least one was rejected
 inline constexpr int kUsageError = 2;  // or a rule tree that cannot be used
 inline constexpr int kNotJudged = 3;   // at least one package could not be judged; outranks 1
 
+// The status with which a command ends that would end with status: with kNotJudged, and a
+// complaint, when its output did not reach standard output, as on a disk that is full.
+int statusAfterOutput(int status);
+
 }  // namespace pkgvet::cli

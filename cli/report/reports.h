@@ -5,7 +5,6 @@
 #include <vector>
 
 #include "cli/base/output_file.h"
-#include "cli/command/options.h"
 #include "cli/model/model.h"
 #include "cli/report/formats.h"
 

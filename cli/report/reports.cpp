@@ -1,5 +1,5 @@
 // Writes the reports of a run.
-#include "cli/command/reports.h"
+#include "cli/report/reports.h"
 
 #include <exception>
 #include <sstream>

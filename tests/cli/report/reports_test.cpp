@@ -1,5 +1,5 @@
 // The reports of a run, on a stream and in files.
-#include "cli/command/reports.h"
+#include "cli/report/reports.h"
 
 #include <gtest/gtest.h>
 

@@ -1,0 +1,28 @@
+// Declares the options on what counts.
+#include "cli/policy/policy_options.h"
+
+namespace pkgvet::cli {
+
+namespace {
+
+constexpr Words<Severity, 2> kFailOn = {{
+    {"error", Severity::Error},
+    {"warning", Severity::Warning},
+}};
+
+}  // namespace
+
+std::vector<Option> policyOptions(PolicyOptions* options) {
+    return {
+        filesOption("--waivers", &options->waivers, "Findings that are excused, with reasons"),
+        flagOption({"--show-waived"}, &options->showWaived, "Show excused findings as well"),
+        fileOption("--baseline", &options->baseline, "Only findings that FILE does not hold count"),
+        fileOption("--write-baseline", &options->writeBaseline,
+                   "Write the findings of this run to FILE"),
+        choiceOption("--fail-on", kFailOn, &options->failOn,
+                     "Least severity that rejects a package [as the rules say]"),
+        flagOption({"--exit-zero"}, &options->exitZero, "Exit status 0 in place of 1"),
+    };
+}
+
+}  // namespace pkgvet::cli
