@@ -21,6 +21,7 @@ constexpr std::size_t kPieceSize = 65536;
 std::string sha256Of(const std::string& path) {
     const std::unique_ptr<GChecksum, decltype(&g_checksum_free)> checksum(
         g_checksum_new(G_CHECKSUM_SHA256), &g_checksum_free);
+    // Without O_NONBLOCK a pipe would keep this waiting for a writer.
     const Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
     if (!file.isOpen()) {
         return std::string();

@@ -11,6 +11,7 @@ namespace {
 
 constexpr std::string_view kForm = "0000-00-00";
 
+// The C library reads other forms too, such as "2026-1-5" and " 2026-01-05".
 bool hasForm(std::string_view text) {
     if (text.size() != kForm.size()) {
         return false;

@@ -15,6 +15,7 @@ std::string describe(const Fault& fault) {
 
 std::vector<Fault> eachOnce(const std::vector<Fault>& faults) {
     std::vector<Fault> unique;
+    // The order in which faults were found is that of the file, so sorting will not do.
     std::set<std::tuple<std::string, std::string, std::string>> seen;
     for (const Fault& fault : faults) {
         if (seen.emplace(fault.file, fault.key, fault.cause).second) {

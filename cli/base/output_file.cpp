@@ -1,4 +1,4 @@
-// Writes a file to the side and renames it into place.
+// Writes a file beside its path and renames it into place.
 #include "cli/base/output_file.h"
 
 #include <fcntl.h>
@@ -35,6 +35,7 @@ std::string behindLinks(const std::string& path) {
     return error ? path : target.string();
 }
 
+// A pipe, a terminal or a device, which a rename would replace.
 bool isSpecial(const std::string& path) {
     struct stat status {};
     return stat(path.c_str(), &status) == 0 && !S_ISREG(status.st_mode);
@@ -65,6 +66,7 @@ OutputFile::~OutputFile() {
 }
 
 void OutputFile::write(std::string_view content) {
+    // A write to a pipe may take a part only, and a signal may interrupt it.
     while (!content.empty()) {
         const ssize_t size = ::write(descriptor_.get(), content.data(), content.size());
         if (size < 0 && errno == EINTR) {

@@ -9,12 +9,12 @@
 namespace pkgvet::cli {
 
 // Gathers content beside a path and renames it into place, so that a reader of the path sees the
-// former file or the whole new one. A link is followed to the file behind it, and what is no
-// regular file, such as a pipe or a terminal, is written to as it stands. Without commit() nothing
-// remains. All of it throws std::runtime_error with a line that names the path.
+// former file or the whole new one. A link is followed to the file behind it, and what is not
+// a regular file, such as a pipe or a terminal, is written to as it stands. Without commit()
+// nothing remains. All of it throws std::runtime_error with a line that names the path.
 class OutputFile {
 public:
-    // Opens at once: a run of hours shall not end with a path that cannot be written.
+    // Opens at once: a run of hours must not end with a path that cannot be written.
     explicit OutputFile(const std::string& path);
     OutputFile(const OutputFile&) = delete;
     OutputFile(OutputFile&& other) noexcept;

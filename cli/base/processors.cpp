@@ -33,7 +33,7 @@ unsigned rounded(double quota, double period) {
     return processors > whole ? whole + 1 : whole;
 }
 
-// One file "QUOTA PERIOD", with "max" for no limit, which is no number.
+// One file "QUOTA PERIOD", with "max" for no limit, which is not a number.
 unsigned quotaOfVersion2(const fs::path& group) {
     std::istringstream stream(contentOf(group / "cpu.max"));
     double quota = 0;

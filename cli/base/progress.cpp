@@ -45,6 +45,7 @@ Progress::Progress(std::size_t total)
 
 void Progress::draw() {
     const Clock::time_point now = Clock::now();
+    // A line that was cleared comes back at once.
     if (!shown_ || (visible_ && now - drawn_ < kInterval)) {
         return;
     }

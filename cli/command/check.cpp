@@ -1,4 +1,4 @@
-// Has packages judged and tells of them.
+// Has packages judged and reports on them.
 #include "cli/command/check.h"
 
 #include <signal.h>
@@ -61,6 +61,7 @@ ReportStyle styleOf(const CheckOptions& options) {
     return style;
 }
 
+// What the reports say of packages that no worker came to judge.
 bool isValidationEnabled(const JudgingOptions& options, const std::string& rules) {
     if (options.validation == ValidationMode::Auto) {
         return Configuration(rules, options.profiles.front()).validationEnabled();

@@ -49,6 +49,7 @@ private:
         inputs_->push_back({path.native(), cause});
     }
 
+    // Links give one directory many names, and can lead back up.
     bool isNew(const fs::path& directory) {
         struct stat status {};
         return stat(directory.c_str(), &status) == 0 &&
@@ -69,6 +70,7 @@ private:
             add(directory, std::strerror(error.value()));
             return;
         }
+        // The order of a directory differs from machine to machine.
         std::sort(entries.begin(), entries.end(), [](const fs::path& one, const fs::path& other) {
             return one.native() < other.native();
         });
@@ -94,6 +96,7 @@ void collect(const std::string& path, std::vector<Input>* inputs) {
 
 void readList(std::istream& stream, char end, std::vector<Input>* inputs) {
     for (std::string path; std::getline(stream, path, end);) {
+        // An empty line is no path, but an empty argument is one that cannot be found.
         if (!path.empty()) {
             collect(path, inputs);
         }
@@ -106,6 +109,7 @@ void readList(const std::string& list, char end, std::vector<Input>* inputs) {
         return;
     }
     std::ifstream stream(list);
+    // A directory opens like a file, and then has no content.
     if (!stream || fs::is_directory(list)) {
         throw std::runtime_error("cannot read " + list);
     }

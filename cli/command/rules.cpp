@@ -50,6 +50,7 @@ int showTree(const std::string& tree, Profiles profile, Format format) {
     return kAccepted;
 }
 
+// As diff does, a difference has a status of its own.
 int compareTrees(const std::string& before, const std::string& after, Profiles profile,
                  Format format) {
     const bool beforeIsUsable = isUsable(before, profile);

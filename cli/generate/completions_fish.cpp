@@ -35,6 +35,7 @@ std::string quoted(const std::string& text) {
     return result + "'";
 }
 
+// -x: an argument that is not a file; -r -F: one that is.
 void writeOption(const Option& option, std::ostream& stream) {
     for (const std::string& name : option.names) {
         const bool isLong = name.starts_with("--");

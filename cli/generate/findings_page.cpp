@@ -28,7 +28,7 @@ constexpr std::string_view kIntroduction =
     "\n"
     "The page is made from the program's own table, with `./dev docs`.\n";
 
-// As readers of Markdown make links to headings.
+// The anchor that renderers of Markdown give a heading.
 std::string anchorOf(std::string_view title) {
     std::string anchor;
     for (const char character : title) {

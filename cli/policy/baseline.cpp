@@ -35,6 +35,7 @@ void checkVersion(const JsonReader& reader, const Json& root) {
     }
 }
 
+// The count is left out where it is 1, as it nearly always is.
 std::size_t readCount(const JsonReader& reader, const Json& object, const std::string& key) {
     const auto count = object.find(kCount);
     if (count == object.end()) {
@@ -52,6 +53,7 @@ KnownFinding readFinding(const JsonReader& reader, const Json& object, const std
     KnownFinding finding;
     finding.package = reader.text(object, key, kPackage);
     finding.rule = reader.text(object, key, kRule);
+    // No subject and an empty one are not the same.
     if (object.contains(kSubject)) {
         finding.subject = reader.text(object, key, kSubject);
     }
@@ -94,6 +96,7 @@ Baseline readBaseline(const std::string& path, std::vector<Fault>* faults) {
     checkVersion(reader, root);
     for (const auto& [key, object] : reader.objects(root, kFindings)) {
         const KnownFinding finding = readFinding(reader, object, key);
+        // Lists that were put together by hand may hold a finding twice.
         baseline[finding] += readCount(reader, object, key);
     }
     return baseline;
@@ -108,6 +111,8 @@ void collect(const PackageReport& package, Baseline* baseline) {
             }
         }
         for (const auto& [finding, count] : own) {
+            // Profiles find much the same. Added up, the findings of one would hide new ones under
+            // another.
             std::size_t& most = (*baseline)[finding];
             most = std::max(most, count);
         }

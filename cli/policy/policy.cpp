@@ -55,6 +55,7 @@ Policy::Policy(std::vector<Waiver> waivers, Baseline baseline, std::optional<Sev
 
 void Policy::watch(std::vector<Waiver> waivers, const Date& today) {
     for (Waiver& waiver : waivers) {
+        // It holds on its last day.
         const bool expired = waiver.lastDay && *waiver.lastDay < today;
         waivers_.push_back({std::move(waiver), expired, false});
     }

@@ -26,6 +26,8 @@ WholePattern readPattern(const JsonReader& reader, const Json& object, const std
                          const char* name) {
     const std::string text = reader.text(object, key, name);
     WholePattern pattern(text);
+    // The pattern is compiled when it is first used. That is now, so that a bad one is found before
+    // the first package.
     try {
         pattern.matches(std::string());
     } catch (const std::regex_error& error) {
@@ -37,6 +39,7 @@ WholePattern readPattern(const JsonReader& reader, const Json& object, const std
 
 std::string readReason(const JsonReader& reader, const Json& object, const std::string& key) {
     std::string reason = reader.text(object, key, kReason);
+    // That there is none has been reported already.
     if (object.contains(kReason) && reason.find_first_not_of(" \t\n") == std::string::npos) {
         reader.report(member(key, kReason), "says nothing");
     }
@@ -45,6 +48,7 @@ std::string readReason(const JsonReader& reader, const Json& object, const std::
 
 std::string readRule(const JsonReader& reader, const Json& object, const std::string& key) {
     std::string rule = reader.text(object, key, kRule);
+    // Such a waiver would have no effect, and whoever wrote it would learn so from a rejection.
     if (isGrave(rule)) {
         reader.report(member(key, kRule), "names " + rule + ", which cannot be waived");
     }
@@ -91,6 +95,7 @@ bool covers(Waiver* waiver, const Finding& finding, const std::string& package) 
         return waiver->rule == finding.rule && waiver->package.matches(package) &&
                waiver->subject.matches(finding.subject.value_or(std::string()));
     } catch (const std::regex_error&) {
+        // The text needs more steps than the engine permits.
         return false;
     }
 }

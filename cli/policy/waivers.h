@@ -29,7 +29,7 @@ struct Waiver {
 // the result is of use only when nothing was.
 std::vector<Waiver> readWaivers(const std::string& path, std::vector<Fault>* faults);
 
-// Whether the waiver speaks of finding in the package of that name, whatever the day is. A text
+// Whether the waiver covers finding in the package of that name, whatever the day is. A text
 // that is too long for the engine of the patterns is not excused.
 bool covers(Waiver* waiver, const Finding& finding, const std::string& package);
 

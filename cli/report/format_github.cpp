@@ -30,7 +30,7 @@ std::string property(std::string_view name, std::string_view value) {
     return std::string(name) + "=" + percentEncoded(printable(value), isPlainInProperty);
 }
 
-// A finding that does not count is no fault, whatever it would be otherwise.
+// A finding that does not count is not an error, whatever it would be otherwise.
 std::string_view commandOf(const Finding& finding) {
     if (finding.standing != Standing::Counts || finding.severity == Severity::Info) {
         return "notice";
@@ -47,6 +47,7 @@ void writeCommand(std::string_view command, const std::string& path, std::string
     stream << property("title", title) << "::" << percentEncoded(text, isPlainInData) << '\n';
 }
 
+// Empty for a rule that the catalogue does not know, as in a report of a later version.
 std::string fixOf(const Finding& finding) {
     std::string fix;
     if (const Entry* entry = findEntry(finding.rule)) {

@@ -19,7 +19,7 @@ constexpr int kSchemaVersion = 1;
 
 constexpr const char* kStandings[] = {"counts", "waived", "known"};  // indexed by Standing
 
-// Text that is absent, such as the version of what is no package, is null.
+// Text that is absent, such as the version of a file that is not a package, is null.
 Json orNull(const std::string& text) {
     return text.empty() ? Json() : Json(text);
 }
@@ -62,6 +62,7 @@ Json packageJson(const PackageReport& package, const ReportStyle& style) {
     json["cause"] = orNull(package.cause);
     json["last_words"] = orNull(package.lastErrorLine);
     json["passes"] = package.passes();
+    // Timings differ from run to run; without them reports can be compared.
     if (style.timings) {
         json["seconds"] = package.seconds;
     }

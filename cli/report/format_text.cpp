@@ -16,7 +16,7 @@ namespace pkgvet::cli {
 
 namespace {
 
-// One long name shall not push the columns of all other rows out of sight.
+// One long name must not push the columns of all other rows out of sight.
 constexpr std::size_t kWidestSubject = 40;
 constexpr std::size_t kSeverityWidth = 8;
 constexpr std::string_view kNoSubject = "-";
@@ -85,6 +85,7 @@ void writeFindings(const PackageReport& package, const ReportStyle& style, std::
     std::size_t rules = 0;
     for (const Row& row : rows) {
         const std::size_t width = displayWidth(row.subject);
+        // A subject that is too long for the column stands out of line alone.
         subjects = width > kWidestSubject ? subjects : std::max(subjects, width);
         rules = std::max(rules, row.finding->rule.size());
     }

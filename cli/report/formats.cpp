@@ -20,7 +20,7 @@ FormatSteps stepsOf(Format format) {
         case Format::Github:
             return {addGithub, finishGithub};
     }
-    return {addText, finishText};
+    return {addText, finishText};  // no such format
 }
 
 }  // namespace pkgvet::cli

@@ -33,7 +33,7 @@ RuleRow& rowOf(const Finding& finding, std::size_t columns, std::vector<RuleRow>
     return rows->back();
 }
 
-// In the order in which the rules first strike.
+// In the order in which the rules are first broken.
 std::vector<RuleRow> rowsOf(const PackageReport& package) {
     std::vector<RuleRow> rows;
     const std::size_t columns = package.judgements.size();
@@ -71,6 +71,7 @@ void writeProfileMatrix(const PackageReport& package, bool color, std::ostream& 
     std::vector<std::string> profiles;
     stream << kIndent << paddedRight(kCorner, rules);
     for (const Judgement& judgement : package.judgements) {
+        // The names head columns, which are as wide as they are.
         profiles.push_back(printable(judgement.profile));
         stream << kIndent << profiles.back();
     }

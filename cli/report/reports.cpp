@@ -8,6 +8,7 @@ namespace pkgvet::cli {
 
 namespace {
 
+// A file is read without what went to standard error beside it.
 ReportStyle styleOfFiles(ReportStyle style) {
     style.color = false;
     style.notJudged = true;
@@ -41,6 +42,8 @@ void Reports::add(const PackageReport& package) {
 void Reports::finish(const RunReport& run) {
     steps_.finish(run, style_, stream_);
     stream_.flush();
+    // All files are tried before the first failure counts: one full disk must not cost the reports
+    // on others.
     std::exception_ptr failure;
     for (File& file : files_) {
         try {

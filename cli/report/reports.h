@@ -19,7 +19,7 @@ public:
     Reports(Format format, const ReportStyle& style, std::ostream& stream,
             const std::vector<Output>& files);
 
-    // Packages come in input order, with what counts decided.
+    // Packages come in input order, after the policy has been applied to them.
     void add(const PackageReport& package);
     // run holds the packages that were added. std::runtime_error names a file that was not written;
     // the others are.

@@ -13,6 +13,7 @@ namespace {
 
 constexpr std::string_view kInterrupted = "; the run was interrupted and this report is partial";
 
+// All that reports show of a finding, so that two with the same key read the same.
 using FindingKey = std::tuple<std::string_view, Severity, bool, std::string_view, std::string_view,
                               Standing, std::string_view>;
 
@@ -67,6 +68,8 @@ std::string summaryOf(const RunReport& run) {
 
 std::vector<MergedFinding> mergedFindings(const PackageReport& package) {
     std::vector<MergedFinding> merged;
+    // Where in merged the first, second, ... finding of each kind stands. What a profile finds for
+    // the second time is merged with the second time of the other profiles.
     std::map<FindingKey, std::vector<std::size_t>> places;
     for (const Judgement& judgement : package.judgements) {
         std::map<FindingKey, std::size_t> seen;

@@ -40,6 +40,7 @@ std::vector<std::string> turned(const Judgement& judgement) {
     return {judgement.accepted() ? "accepted by the rules alone" : "rejected by the rules alone"};
 }
 
+// No counts for a package without any, and both for one with either, so that lines compare.
 std::vector<std::string> findingCounts(const Judgement& judgement) {
     const FindingTally tally = tallyOf(judgement);
     std::vector<std::string> parts;

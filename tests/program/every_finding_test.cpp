@@ -7,6 +7,8 @@
 #include <set>
 
 #include "cli/catalogue/catalogue.h"
+#include "cli/judge/finding_capture.h"
+#include "cli/judge/identify.h"
 #include "pkgvet/content/content_validator.h"
 #include "pkgvet/meta/meta_validator.h"
 #include "pkgvet/package/rpm_meta.h"

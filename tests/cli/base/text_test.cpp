@@ -23,4 +23,28 @@ TEST(Wrapped, BreaksAtSpacesWhereALineIsFull) {
     }
 }
 
+TEST(Joined, PutsTheSeparatorBetweenTexts) {
+    using Texts = std::vector<std::string>;
+    EXPECT_EQ(joined(Texts{}, ", "), "");
+    EXPECT_EQ(joined(Texts{"a"}, ", "), "a");
+    EXPECT_EQ(joined(Texts{"a", "", "b"}, ", "), "a, , b");
+    EXPECT_EQ(joined(Texts{"", "a"}, ","), ",a");
+    EXPECT_EQ(joined(std::vector<std::string_view>{"a", "b"}, ""), "ab");
+}
+
+TEST(Counted, OneIsSingular) {
+    EXPECT_EQ(counted(0, "error"), "0 errors");
+    EXPECT_EQ(counted(1, "error"), "1 error");
+    EXPECT_EQ(counted(2, "error"), "2 errors");
+}
+
+TEST(Padded, FillsColumnsAndNotBytes) {
+    EXPECT_EQ(displayWidth("a\u00e9"), 2U);
+    EXPECT_EQ(displayWidth("e\u0301"), 1U);  // a combining mark
+    EXPECT_EQ(displayWidth("\u6f22"), 2U);
+    EXPECT_EQ(paddedRight("\u00e9", 3), "\u00e9  ");
+    EXPECT_EQ(paddedLeft("\u6f22", 3), " \u6f22");
+    EXPECT_EQ(paddedLeft("long", 3), "long");
+}
+
 }  // namespace pkgvet::cli

@@ -18,7 +18,7 @@ using testing::IsEmpty;
 
 namespace fs = std::filesystem;
 
-std::vector<std::string> pathsOf(const CheckOptions& options) {
+std::vector<std::string> pathsOf(const InputOptions& options) {
     std::vector<std::string> paths;
     for (const Input& input : collectInput(options)) {
         paths.push_back(input.path);
@@ -27,13 +27,13 @@ std::vector<std::string> pathsOf(const CheckOptions& options) {
 }
 
 std::vector<std::string> pathsOf(const std::string& path) {
-    CheckOptions options;
+    InputOptions options;
     options.paths = {path};
     return pathsOf(options);
 }
 
 TEST(Input, PathsStandAsGivenAndInOrder) {
-    CheckOptions options;
+    InputOptions options;
     options.paths = {"b.rpm", "missing", "", "b.rpm", "/dev/null"};
     EXPECT_THAT(pathsOf(options), ElementsAre("b.rpm", "missing", "", "b.rpm", "/dev/null"));
 }
@@ -77,7 +77,7 @@ TEST(Input, DirectoryThatCannotBeReadIsNotPassedOver) {
     const TemporaryDirectory root;
     root.write("closed/a.rpm", "");
     fs::permissions(root / "closed", fs::perms::none);
-    CheckOptions options;
+    InputOptions options;
     options.paths = {root.path()};
     const std::vector<Input> inputs = collectInput(options);
     fs::permissions(root / "closed", fs::perms::owner_all);
@@ -89,7 +89,7 @@ TEST(Input, DirectoryThatCannotBeReadIsNotPassedOver) {
 TEST(Input, ListsComeAfterThePaths) {
     const TemporaryDirectory root;
     root.write("packages/a.rpm", "");
-    CheckOptions options;
+    InputOptions options;
     options.paths = {"first.rpm"};
     options.filesFrom = {root.write("list", "b c.rpm\n\n" + (root / "packages") + "\nlast.rpm"),
                          root.write("other", "other.rpm\n")};
@@ -99,7 +99,7 @@ TEST(Input, ListsComeAfterThePaths) {
 
 TEST(Input, NulSeparatedListsHoldAnyName) {
     const TemporaryDirectory root;
-    CheckOptions options;
+    InputOptions options;
     options.nulSeparated = true;
     options.filesFrom = {root.write("list", std::string("a\nb.rpm\0c.rpm\0", 14))};
     EXPECT_THAT(pathsOf(options), ElementsAre("a\nb.rpm", "c.rpm"));
@@ -107,7 +107,7 @@ TEST(Input, NulSeparatedListsHoldAnyName) {
 
 TEST(Input, NameWithANulIsNotCutShort) {
     const TemporaryDirectory root;
-    CheckOptions options;
+    InputOptions options;
     options.filesFrom = {root.write("list", std::string("a.rpm\0b\n", 8))};
     const std::vector<Input> inputs = collectInput(options);
     ASSERT_EQ(inputs.size(), 1U);
@@ -117,7 +117,7 @@ TEST(Input, NameWithANulIsNotCutShort) {
 TEST(Input, UnreadableListIsAnError) {
     const TemporaryDirectory root;
     for (const std::string& list : {root / "missing", root.path().native()}) {
-        CheckOptions options;
+        InputOptions options;
         options.filesFrom = {list};
         EXPECT_THROW(collectInput(options), std::runtime_error);
         const ProgramResult result = runPkgvet({"check", "--files-from", list});

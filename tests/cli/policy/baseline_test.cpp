@@ -150,16 +150,16 @@ TEST(Baseline, EachFaultOfAFileIsReported) {
         {"[]", {"|holds no JSON object"}},
         {"{}", {"schema_version|is missing", "findings|is missing"}},
         {R"({"schema_version": 2, "findings": {}, "x": 1})",
-         {"x|is no known key", "schema_version|is not 1", "findings|is no array"}},
+         {"x|is not a known key", "schema_version|is not 1", "findings|is not an array"}},
         {R"({"schema_version": 1, "findings": [{"rule": "a"}]})",
          {"findings[0].package|is missing", "findings[0].message|is missing"}},
         {R"({"schema_version": 1, "findings": [{"package": "p", "rule": "a", "subject": 1,
              "message": "m", "count": 0, "when": ""}]})",
-         {"findings[0].when|is no known key", "findings[0].subject|is no string",
-          "findings[0].count|is no number above 0"}},
+         {"findings[0].when|is not a known key", "findings[0].subject|is not a string",
+          "findings[0].count|is not a number above 0"}},
         {R"({"schema_version": 1, "findings": [{"package": "p", "rule": "a", "message": "m",
              "count": -1}]})",
-         {"findings[0].count|is no number above 0"}},
+         {"findings[0].count|is not a number above 0"}},
     };
     for (const Case& test : cases) {
         SCOPED_TRACE(test.content);

@@ -109,15 +109,16 @@ TEST(Waivers, TextTooLongForTheEngineIsNotExcused) {
 }
 
 TEST(Waivers, EachFaultOfAFileIsReported) {
-    EXPECT_THAT(faultsOf(R"({"waivers": [{"rule": 1, "subject": "(", "package": "[a",
+    EXPECT_THAT(
+        faultsOf(R"({"waivers": [{"rule": 1, "subject": "(", "package": "[a",
                              "reason": " ", "until": "x", "expires": "2026-02-30"}, 7],
                              "more": 1})"),
-                ElementsAre("more|is no known key", "waivers[1]|is no object",
-                            "waivers[0].until|is no known key", "waivers[0].rule|is no string",
-                            testing::StartsWith("waivers[0].subject|is no regular expression: "),
-                            testing::StartsWith("waivers[0].package|is no regular expression: "),
-                            "waivers[0].reason|says nothing",
-                            "waivers[0].expires|is no day of the form yyyy-mm-dd"));
+        ElementsAre("more|is not a known key", "waivers[1]|is not an object",
+                    "waivers[0].until|is not a known key", "waivers[0].rule|is not a string",
+                    testing::StartsWith("waivers[0].subject|is not a regular expression: "),
+                    testing::StartsWith("waivers[0].package|is not a regular expression: "),
+                    "waivers[0].reason|says nothing",
+                    "waivers[0].expires|is not a day of the form yyyy-mm-dd"));
 }
 
 TEST(Waivers, EverythingButTheDayIsMandatory) {
@@ -125,7 +126,7 @@ TEST(Waivers, EverythingButTheDayIsMandatory) {
                 ElementsAre("waivers[0].rule|is missing", "waivers[0].subject|is missing",
                             "waivers[0].package|is missing", "waivers[0].reason|is missing"));
     EXPECT_THAT(faultsOf(waiver(R"(, "expires": null)")),
-                ElementsAre("waivers[0].expires|is no string"));
+                ElementsAre("waivers[0].expires|is not a string"));
 }
 
 TEST(Waivers, FileThatIsNoObjectWithAListIsRefused) {
@@ -136,7 +137,7 @@ TEST(Waivers, FileThatIsNoObjectWithAListIsRefused) {
     const Case cases[] = {{"[]", "|holds no JSON object"},
                           {"null", "|holds no JSON object"},
                           {"{}", "waivers|is missing"},
-                          {R"({"waivers": {}})", "waivers|is no array"}};
+                          {R"({"waivers": {}})", "waivers|is not an array"}};
     for (const Case& test : cases) {
         SCOPED_TRACE(test.content);
         EXPECT_THAT(faultsOf(test.content), ElementsAre(test.fault));
