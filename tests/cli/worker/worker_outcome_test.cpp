@@ -49,7 +49,7 @@ TEST(WorkerOutcome, OnlyASoundEndWithASoundReportIsAVerdict) {
     for (const Case& test : cases) {
         SCOPED_TRACE(test.name);
         const PackageReport result =
-            concludeWorker({test.status, test.answer, "last words"}, test.cut, kProfiles);
+            concludeWorker({test.status, test.answer, "last words"}, test.reason, kProfiles);
         EXPECT_EQ(result.cause, test.cause);
         EXPECT_EQ(result.passes(), test.cause.empty());
         EXPECT_EQ(result.lastErrorLine, test.cause.empty() ? "" : "last words");
