@@ -12,6 +12,7 @@ constexpr const char* kAll = "all";
 
 std::vector<std::string> namesOf(const std::vector<Profiles>& profiles) {
     std::vector<std::string> names;
+    names.reserve(profiles.size());
     for (const Profiles profile : profiles) {
         names.push_back(Configuration::getProfileName(profile));
     }
