@@ -10,8 +10,8 @@ namespace pkgvet::cli {
 // "12/40 packages, 3 rejected, 4.1/s, 0:07 left".
 std::string progressText(std::size_t done, std::size_t total, std::size_t rejected, double seconds);
 
-// One line on standard error that is written over and over, and nothing where that is not a terminal.
-// Whoever writes to the terminal clears it first.
+// One line on standard error that is written over and over, and nothing where that is not a
+// terminal. Whoever writes to the terminal clears it first.
 class Progress {
 public:
     explicit Progress(std::size_t total);
