@@ -1,4 +1,4 @@
-// Replaces what is not UTF-8.
+// Tells and replaces what is not UTF-8.
 #include "pkgvet/base/utf8.h"
 
 #include <glib.h>
@@ -7,12 +7,15 @@
 
 namespace pkgvet {
 
+bool isUtf8(std::string_view text) {
+    return text.empty() || g_utf8_validate_len(text.data(), text.size(), nullptr) != FALSE;
+}
+
 std::string validUtf8(std::string_view text) {
-    const auto size = static_cast<gssize>(text.size());
-    if (text.empty() || g_utf8_validate(text.data(), size, nullptr)) {
+    if (isUtf8(text)) {
         return std::string(text);
     }
-    return GStringHandle(g_utf8_make_valid(text.data(), size)).get();
+    return GStringHandle(g_utf8_make_valid(text.data(), static_cast<gssize>(text.size()))).get();
 }
 
 }  // namespace pkgvet

@@ -1,8 +1,8 @@
 // GRegex behind handles that own their results.
 #include "pkgvet/pattern/regex.h"
 
+#include <algorithm>
 #include <regex>
-#include <utility>
 
 #include "pkgvet/base/glib_handles.h"
 #include "pkgvet/base/utf8.h"
@@ -22,25 +22,42 @@ pkgvet::MatchInfoHandle share(const pkgvet::MatchInfoHandle& info) {
     return pkgvet::MatchInfoHandle(info ? g_match_info_ref(info.get()) : nullptr);
 }
 
-// GRegex checks the pattern no more than the subject. A null one goes through, to be refused there.
-pkgvet::RegexHandle compile(std::string_view pattern, GRegexCompileFlags compileFlags,
-                            GRegexMatchFlags matchFlags) {
-    if (pattern.data() == nullptr) {
-        return pkgvet::RegexHandle(g_regex_new(nullptr, compileFlags, matchFlags, nullptr));
-    }
-    const std::string valid = pkgvet::validUtf8(std::string_view(pattern.data()));
-    return pkgvet::RegexHandle(g_regex_new(valid.c_str(), compileFlags, matchFlags, nullptr));
+// Compiles text for subjects that are bytes. Flags of another kind stay as they are.
+pkgvet::RegexHandle compileRaw(const char* text, GRegexCompileFlags compileFlags,
+                               GRegexMatchFlags matchFlags) {
+    const auto rawFlags = static_cast<GRegexCompileFlags>(compileFlags | G_REGEX_RAW);
+    return pkgvet::RegexHandle(g_regex_new(text, rawFlags, matchFlags, nullptr));
 }
 
-// An engine that gives up reports an error beside its false; taking that for a plain no would let
-// a text crafted to exhaust the engine slip by unseen.
-bool search(GRegex* regex, const std::string& subject, GRegexMatchFlags flags,
+// GRegex takes a pattern for UTF-8 without looking, so one that is not is compiled as bytes. A null
+// pattern is left to GLib, which refuses it.
+pkgvet::RegexHandle compile(const char* text, GRegexCompileFlags compileFlags,
+                            GRegexMatchFlags matchFlags) {
+    if (text != nullptr && !pkgvet::isUtf8(text)) {
+        return compileRaw(text, compileFlags, matchFlags);
+    }
+    return pkgvet::RegexHandle(g_regex_new(text, compileFlags, matchFlags, nullptr));
+}
+
+// Whether regex would take subject for UTF-8 though it is not.
+bool needsRawTwin(const GRegex* regex, const char* subject) {
+    return regex != nullptr && subject != nullptr &&
+           (g_regex_get_compile_flags(regex) & G_REGEX_RAW) == 0 && !pkgvet::isUtf8(subject);
+}
+
+// The same pattern for subjects that are bytes; null where it does not compile as such.
+pkgvet::RegexHandle rawTwin(const GRegex* regex) {
+    return compileRaw(g_regex_get_pattern(regex), g_regex_get_compile_flags(regex),
+                      g_regex_get_match_flags(regex));
+}
+
+// Searches subject up to its first NUL. An engine that gives up reports an error beside its false;
+// taking that for a plain no would let a text crafted to exhaust the engine slip by unseen.
+bool search(const GRegex* regex, const char* subject, GRegexMatchFlags flags,
             pkgvet::MatchInfoHandle* result) {
     GMatchInfo* info = nullptr;
     GError* error = nullptr;
-    const bool found =
-        g_regex_match_full(regex, subject.c_str(), static_cast<gssize>(subject.size()), 0, flags,
-                           &info, &error) != FALSE;
+    const bool found = g_regex_match_full(regex, subject, -1, 0, flags, &info, &error) != FALSE;
     result->reset(info);
     if (error != nullptr) {
         const pkgvet::GErrorHandle owner(error);
@@ -49,18 +66,33 @@ bool search(GRegex* regex, const std::string& subject, GRegexMatchFlags flags,
     return found;
 }
 
-// g_match_info_fetch gives "" for a group that took no part; its position tells the two apart.
-std::optional<std::string> textAt(const std::string& subject, bool exists, int start, int end) {
-    if (!exists || start < 0 || end < start) {
+// GLib gives "" for a group that took no part; only its position, which is then negative, tells it
+// from a group that matched the empty text.
+std::optional<std::string> groupText(const pkgvet::GStringHandle& text, int start) {
+    if (!text || start < 0) {
         return std::nullopt;
     }
-    return subject.substr(static_cast<std::size_t>(start), static_cast<std::size_t>(end - start));
+    return text.get();
+}
+
+// g_regex_escape_string steps over as many bytes as the first byte of a character announces, so
+// that a stray one would hide the special characters behind it. Each is therefore a piece of its
+// own, as is a NUL, at which checking ends too.
+std::string_view nextPiece(std::string_view text) {
+    const char* end = nullptr;
+    g_utf8_validate_len(text.data(), text.size(), &end);
+    return text.substr(0, std::max<std::size_t>(1, static_cast<std::size_t>(end - text.data())));
+}
+
+std::string escapePiece(std::string_view text) {
+    return pkgvet::GStringHandle(g_regex_escape_string(text.data(), static_cast<int>(text.size())))
+        .get();
 }
 
 }  // namespace
 
 MatchInfo::MatchInfo(std::string_view subject) : d_ptr(std::make_unique<MatchInfoPrivate>()) {
-    d_ptr->subject = std::make_shared<const std::string>(pkgvet::validUtf8(subject));
+    d_ptr->subject = std::make_shared<const std::string>(subject);
 }
 
 MatchInfo::MatchInfo(const MatchInfo& other)
@@ -83,59 +115,80 @@ bool MatchInfo::match(GRegex* regex, GRegexMatchFlags flags) {
         g_return_if_fail_warning(nullptr, kMatchFunction, kUnusedExpression);
         return false;
     }
-    return search(regex, *d_ptr->subject, flags, &d_ptr->info);
+    const char* subject = d_ptr->subject->c_str();
+    if (!needsRawTwin(regex, subject)) {
+        return search(regex, subject, flags, &d_ptr->info);
+    }
+    const pkgvet::RegexHandle twin = rawTwin(regex);  // its match keeps it alive
+    return search(twin.get(), subject, flags, &d_ptr->info);
 }
 
 std::optional<std::string> MatchInfo::fetch(int matchNum) const {
-    if (!d_ptr->info || matchNum < 0 || !g_match_info_matches(d_ptr->info.get())) {
-        return std::nullopt;
+    GMatchInfo* info = d_ptr->info.get();
+    const pkgvet::GStringHandle text(g_match_info_fetch(info, matchNum));
+    int start = 0;
+    if (text) {
+        g_match_info_fetch_pos(info, matchNum, &start, nullptr);
     }
-    int start = -1;
-    int end = -1;
-    const bool exists = g_match_info_fetch_pos(d_ptr->info.get(), matchNum, &start, &end) != FALSE;
-    return textAt(*d_ptr->subject, exists, start, end);
+    return groupText(text, start);
 }
 
 std::optional<std::string> MatchInfo::fetchNamed(std::string_view name) const {
-    if (!d_ptr->info || !g_match_info_matches(d_ptr->info.get())) {
-        return std::nullopt;
+    GMatchInfo* info = d_ptr->info.get();
+    const std::string nameText(name);
+    const pkgvet::GStringHandle text(g_match_info_fetch_named(info, nameText.c_str()));
+    int start = 0;
+    if (text) {
+        g_match_info_fetch_named_pos(info, nameText.c_str(), &start, nullptr);
     }
-    int start = -1;
-    int end = -1;
-    const bool exists = g_match_info_fetch_named_pos(d_ptr->info.get(), std::string(name).c_str(),
-                                                     &start, &end) != FALSE;
-    return textAt(*d_ptr->subject, exists, start, end);
+    return groupText(text, start);
 }
 
 Regex::Regex(std::string_view pattern, GRegexCompileFlags compileFlags, GRegexMatchFlags matchFlags)
-    : regex_(compile(pattern, compileFlags, matchFlags).release()) {}
+    : regex_(compile(pattern.data(), compileFlags, matchFlags).release()) {}
 
 Regex::~Regex() {
     const pkgvet::RegexHandle owner(regex_);
+    const pkgvet::RegexHandle twinOwner(rawTwin_);
 }
 
 std::optional<MatchInfo> Regex::match(std::string_view subject, GRegexMatchFlags flags) const {
     MatchInfo info(subject);
-    if (!info.match(regex_, flags)) {
+    if (!info.match(regexFor(info.d_ptr->subject->c_str()), flags)) {
         return std::nullopt;
     }
     return info;
 }
 
+GRegex* Regex::regexFor(const char* subject) const {
+    if (!needsRawTwin(regex_, subject)) {
+        return regex_;
+    }
+    if (rawTwin_ == nullptr) {
+        rawTwin_ = rawTwin(regex_).release();
+    }
+    return rawTwin_;
+}
+
 bool Regex::matchSimple(std::string_view pattern, std::string_view subject,
                         GRegexCompileFlags compileFlags, GRegexMatchFlags matchFlags) {
-    const pkgvet::RegexHandle regex = compile(pattern, compileFlags, matchFlags);
+    pkgvet::RegexHandle regex = compile(pattern.data(), compileFlags, matchFlags);
+    if (needsRawTwin(regex.get(), subject.data())) {
+        regex = rawTwin(regex.get());
+    }
     pkgvet::MatchInfoHandle info;
-    return search(regex.get(), pkgvet::validUtf8(subject), matchFlags, &info);
+    return search(regex.get(), subject.data(), matchFlags, &info);
 }
 
 std::string Regex::escape(std::string_view text) {
-    // A null text goes through as it is, so that GLib refuses it and the copy below throws.
-    if (text.data() == nullptr) {
-        return pkgvet::GStringHandle(g_regex_escape_string(nullptr, 0)).get();
+    if (text.empty()) {
+        return escapePiece(text);  // a null text is refused by GLib, and the copy throws
     }
-    const std::string valid = pkgvet::validUtf8(text);
-    return pkgvet::GStringHandle(
-               g_regex_escape_string(valid.c_str(), static_cast<int>(valid.size())))
-        .get();
+    std::string escaped;
+    while (!text.empty()) {
+        const std::string_view piece = nextPiece(text);
+        escaped += escapePiece(piece);
+        text.remove_prefix(piece.size());
+    }
+    return escaped;
 }

@@ -1,7 +1,11 @@
-// The sets of GRegex flags that the rules use.
+// The ways in which the rules compile GRegex patterns.
 #pragma once
 
 #include <glib.h>
+
+#include <string_view>
+
+#include "pkgvet/pattern/regex.h"
 
 namespace pkgvet {
 
@@ -18,5 +22,14 @@ inline constexpr PatternFlags kTextPattern = {G_REGEX_OPTIMIZE, G_REGEX_MATCH_NE
 // For the grammars of background tasks, intents and conditions.
 inline constexpr PatternFlags kPlainPattern = {static_cast<GRegexCompileFlags>(0),
                                                static_cast<GRegexMatchFlags>(0)};
+
+// Patterns for names and paths, and for text. As with Regex, pattern is read up to its terminating
+// NUL, so that it has to be a literal or the content of a string.
+inline Regex rulePattern(std::string_view pattern) {
+    return Regex(pattern, kRulePattern.compile, kRulePattern.match);
+}
+inline Regex textPattern(std::string_view pattern) {
+    return Regex(pattern, kTextPattern.compile, kTextPattern.match);
+}
 
 }  // namespace pkgvet

@@ -1,4 +1,4 @@
-// Text from strangers made safe for libraries that require UTF-8.
+// Text from strangers in front of libraries that require UTF-8.
 #include "pkgvet/base/utf8.h"
 
 #include <glib.h>
@@ -6,7 +6,20 @@
 
 namespace {
 
+using pkgvet::isUtf8;
 using pkgvet::validUtf8;
+
+TEST(IsUtf8, TellsValidTextFromOther) {
+    for (const char* text : {"", "plain", "жир", "\xF0\x9F\x8E\x88", "\uFFFD"}) {
+        EXPECT_TRUE(isUtf8(text)) << text;
+    }
+    EXPECT_TRUE(isUtf8(std::string_view()));
+    for (const char* text : {"\x80", "a\xFFz", "\xE2\x82", "\xC0\xAF", "\xED\xA0\x80"}) {
+        EXPECT_FALSE(isUtf8(text)) << testing::PrintToString(text);
+    }
+    EXPECT_FALSE(isUtf8(std::string_view("a\0b", 3)));
+    EXPECT_FALSE(isUtf8(std::string_view("ж", 1)));
+}
 
 TEST(ValidUtf8, ValidTextStaysAsItIs) {
     for (const std::string text : {"", "plain", "жир", "\xF0\x9F\x8E\x88", "a\tb\n", "\uFFFD"}) {

@@ -124,10 +124,31 @@ TEST(Regex, EscapeOfANullTextThrows) {
     EXPECT_THAT(standardError.text(), HasSubstr("g_regex_escape_string: assertion"));
 }
 
-TEST(Regex, EscapeMakesTextValidAsMatchDoes) {
-    for (const char* text : {"a\xFFz", "\xC3", "\xFC", "\xE2\x82", "ok\xED\xA0\x80"}) {
-        EXPECT_TRUE(isFound(whole(text), text)) << text;
+TEST(Regex, EscapeKeepsBytesThatAreNotUtf8) {
+    struct Case {
+        const char* name;
+        std::string text;
+        std::string expected;
+    };
+    const Case cases[] = {
+        {"Latin-1", "app\xE9", "app\xE9"},
+        {"byte that announces more than there is", "\xE9", "\xE9"},
+        {"special characters behind such a byte", "\xE9.*\xF0+", "\xE9\\.\\*\xF0\\+"},
+        {"valid text around a stray byte", "ж.\xFFж.", "ж\\.\xFFж\\."},
+        {"surrogate", "ok\xED\xA0\x80", "ok\xED\xA0\x80"},
+    };
+    for (const Case& test : cases) {
+        SCOPED_TRACE(test.name);
+        EXPECT_EQ(Regex::escape(test.text), test.expected);
+        EXPECT_TRUE(isFound(whole(test.text), test.text));
     }
+}
+
+TEST(Regex, EscapeQuotesANul) {
+    EXPECT_EQ(Regex::escape(std::string_view("a\0.b", 4)), R"(a\0\.b)");
+    EXPECT_EQ(Regex::escape(std::string_view("\0", 1)), R"(\0)");
+    EXPECT_EQ(Regex::escape(std::string_view("\xE9\0.", 3)), "\xE9\\0\\.");
+    EXPECT_EQ(Regex::escape(std::string_view("abc", 2)), "ab");
 }
 
 TEST(Regex, BadPatternMatchesNothingWithACriticalMessage) {
@@ -140,10 +161,26 @@ TEST(Regex, BadPatternMatchesNothingWithACriticalMessage) {
     EXPECT_THAT(standardError.text(), HasSubstr("assertion 'regex != NULL' failed"));
 }
 
-TEST(Regex, PatternsThatAreNoUtf8AreMadeValid) {
+TEST(Regex, TextsThatDifferInAByteDiffer) {
+    const std::string bytes[] = {"app\xE8", "app\xE9", "app\xEF\xBF\xBD", "app\xC3\xA9", "app\xC3"};
+    for (const std::string& pattern : bytes) {
+        for (const std::string& subject : bytes) {
+            SCOPED_TRACE(testing::PrintToString(pattern) + testing::PrintToString(subject));
+            EXPECT_EQ(isFound(whole(pattern), subject, kRulePattern), pattern == subject);
+            EXPECT_EQ(Regex::matchSimple(whole(pattern), subject, kRulePattern.compile,
+                                         kRulePattern.match),
+                      pattern == subject);
+        }
+    }
+}
+
+TEST(Regex, PatternThatIsNotUtf8IsTakenAsBytes) {
     EXPECT_TRUE(isFound("^a\xFF$", "a\xFF"));
-    EXPECT_FALSE(isFound("^a\xC3$", "a"));
-    EXPECT_TRUE(Regex::matchSimple("\xE2\x82", "\xE2\x82", kPlainPattern.compile, kNoFlags));
+    EXPECT_TRUE(isFound("^\xFF?..$", "ж")) << "two bytes of a valid subject";
+    EXPECT_FALSE(isFound("^\xFF?.$", "ж"));
+    EXPECT_TRUE(isFound("^[\xE8\xE9]$", "\xE9"));
+    EXPECT_TRUE(isFound("^[^\xE8]$", "\xE9"));
+    EXPECT_TRUE(isFound("(?i)^A\xFF$", "a\xFF"));
 }
 
 TEST(Regex, NullPatternIsABadPattern) {
@@ -173,16 +210,37 @@ TEST(Regex, EngineThatGivesUpHasNotSaidNo) {
               std::regex_constants::error_complexity);
 }
 
-TEST(Regex, SubjectsThatAreNoUtf8AreMadeValid) {
-    EXPECT_TRUE(isFound("^a.b$",
-                        "a\xFF"
-                        "b"));
-    EXPECT_TRUE(isFound("b$",
-                        "\xE2\x82"
-                        "b"));
+TEST(Regex, SubjectThatIsNotUtf8IsTakenAsBytes) {
+    const Regex regex("^a(.+)b$", kTextPattern.compile, kTextPattern.match);
+    for (const std::string between : {"\xFF", "ж", "ж\xFF", "\xE2\x82"}) {
+        SCOPED_TRACE(testing::PrintToString(between));
+        const auto match = regex.match("a" + between + "b");
+        ASSERT_TRUE(match);
+        EXPECT_EQ(match->fetch(1), between);
+    }
+    EXPECT_TRUE(isFound("^.{3}$", "ж\xFF")) << "three bytes";
     EXPECT_FALSE(isFound("^a$", "a\xC3"));
-    EXPECT_EQ(group("a(.)", "a\xFF", 1), "\uFFFD");
     EXPECT_TRUE(Regex::matchSimple("b$", "\xF8\x88 b", kPlainPattern.compile, kNoFlags));
+}
+
+TEST(Regex, SubjectOfBytesFindsTheFlagsOfThePattern) {
+    EXPECT_FALSE(isFound("x*", "\xFF", kRulePattern));
+    EXPECT_TRUE(isFound("x*", "\xFF", kPlainPattern));
+    EXPECT_FALSE(isFound("\xFF?a.b", "a\rb", kTextPattern));
+    EXPECT_FALSE(isFound("a.b", "a\rb\xFF", kTextPattern));
+    EXPECT_TRUE(isFound("a.b", "a\vb\xFF", kTextPattern));
+    const Regex caseless("ABC", G_REGEX_CASELESS, kNoFlags);
+    EXPECT_TRUE(caseless.match("abc\xFF"));
+    EXPECT_TRUE(caseless.match("abc"));
+}
+
+TEST(Regex, PatternThatBytesCannotMatchFailsAsABadOne) {
+    const CapturedDescriptor standardError;
+    const Regex regex(R"(\x{416})", kPlainPattern.compile, kPlainPattern.match);
+    EXPECT_TRUE(regex.match("Ж"));
+    EXPECT_EQ(standardError.text(), "");
+    EXPECT_FALSE(regex.match("Ж\xFF"));
+    EXPECT_THAT(standardError.text(), HasSubstr("assertion 'regex != NULL' failed"));
 }
 
 TEST(Regex, ValidUtf8IsOneCharacterEach) {
@@ -190,14 +248,32 @@ TEST(Regex, ValidUtf8IsOneCharacterEach) {
     EXPECT_EQ(group("(.)$", "aж", 1), "ж");
 }
 
-TEST(Regex, SubjectIsReadBeyondANul) {
-    EXPECT_TRUE(isFound("b$", std::string_view("a\0b", 3)));
-    EXPECT_FALSE(isFound("^a$", std::string_view("a\0b", 3)));
+TEST(Regex, SubjectIsSearchedUpToItsFirstNul) {
+    EXPECT_FALSE(isFound("b", std::string_view("a\0b", 3)));
+    EXPECT_TRUE(isFound("^a$", std::string_view("a\0b", 3)));
+    EXPECT_EQ(group("a(.*)", std::string_view("ac\0b", 4), 1), "c");
+    EXPECT_TRUE(isFound("^ж$", std::string_view("ж\0\xFF", 4))) << "bytes behind it do not count";
+    EXPECT_TRUE(
+        Regex::matchSimple("^a$", std::string_view("a\0b", 3), kPlainPattern.compile, kNoFlags));
 }
 
 TEST(Regex, SubjectIsReadByItsLength) {
     EXPECT_FALSE(isFound("c", std::string_view("abc", 2)));
     EXPECT_TRUE(isFound("^$", std::string_view()));
+}
+
+TEST(Regex, MatchSimpleOfANullSubjectIsACriticalMessage) {
+    const CapturedDescriptor standardError;
+    EXPECT_FALSE(Regex::matchSimple("", std::string_view(), kPlainPattern.compile, kNoFlags));
+    EXPECT_THAT(standardError.text(), HasSubstr("assertion 'string != NULL' failed"));
+}
+
+TEST(RulePattern, CompilesWithTheFlagsOfItsKind) {
+    EXPECT_FALSE(pkgvet::rulePattern("x*").match("abc"));
+    EXPECT_TRUE(pkgvet::rulePattern("b*").match("abc"));
+    EXPECT_TRUE(pkgvet::textPattern("x*").match("abc"));
+    EXPECT_TRUE(pkgvet::textPattern("a.b").match("a\vb"));
+    EXPECT_FALSE(pkgvet::rulePattern("a.b").match("a\vb")) << "a line end by default";
 }
 
 TEST(MatchInfo, GroupsAreFetchedByNumber) {
@@ -208,7 +284,21 @@ TEST(MatchInfo, GroupsAreFetchedByNumber) {
     EXPECT_EQ(group(pattern, "abde", 3), std::nullopt) << "took no part";
     EXPECT_EQ(group(pattern, "abde", 4), "d");
     EXPECT_EQ(group(pattern, "abde", 5), std::nullopt) << "does not exist";
-    EXPECT_EQ(group(pattern, "abde", -1), std::nullopt);
+}
+
+TEST(MatchInfo, NegativeGroupIsACriticalMessage) {
+    const CapturedDescriptor standardError;
+    EXPECT_EQ(group("(b)", "abc", -1), std::nullopt);
+    EXPECT_THAT(standardError.text(),
+                HasSubstr("g_match_info_fetch: assertion 'match_num >= 0' failed"));
+}
+
+TEST(MatchInfo, GroupsHoldTheBytesOfTheSubject) {
+    const pkgvet::RegexHandle regex = compiled("a(?<rest>.*)");
+    MatchInfo info("a\xE9\xFF");
+    EXPECT_TRUE(info.match(regex.get(), kNoFlags));
+    EXPECT_EQ(info.fetch(0), "a\xE9\xFF");
+    EXPECT_EQ(info.fetchNamed("rest"), "\xE9\xFF");
 }
 
 TEST(MatchInfo, LastGroupsThatTookNoPartAreEmpty) {
@@ -229,14 +319,25 @@ TEST(MatchInfo, GroupsAreFetchedByName) {
     EXPECT_EQ(info->fetchNamed(""), std::nullopt);
 }
 
-TEST(MatchInfo, NothingIsFetchedBeforeAMatchOrAfterAFailedOne) {
-    const pkgvet::RegexHandle regex = compiled("(?<name>b)");
-    MatchInfo info("a");
+TEST(MatchInfo, FetchingBeforeAMatchIsACriticalMessage) {
+    const CapturedDescriptor standardError;
+    const MatchInfo info("a");
     EXPECT_EQ(info.fetch(0), std::nullopt);
+    EXPECT_THAT(standardError.text(),
+                HasSubstr("g_match_info_fetch: assertion 'match_info != NULL' failed"));
     EXPECT_EQ(info.fetchNamed("name"), std::nullopt);
+    EXPECT_THAT(standardError.text(),
+                HasSubstr("g_match_info_fetch_named: assertion 'match_info != NULL' failed"));
+}
+
+TEST(MatchInfo, NothingIsFetchedAfterAFailedMatch) {
+    const pkgvet::RegexHandle regex = compiled("(?<name>b)");
+    const CapturedDescriptor standardError;
+    MatchInfo info("a");
     EXPECT_FALSE(info.match(regex.get(), kNoFlags));
     EXPECT_EQ(info.fetch(0), std::nullopt);
     EXPECT_EQ(info.fetchNamed("name"), std::nullopt);
+    EXPECT_EQ(standardError.text(), "");
 }
 
 TEST(MatchInfo, OutlivesTheTextThatItWasMadeFrom) {
@@ -283,7 +384,6 @@ TEST(MatchInfo, CopyOfAnUnusedObjectIsUnused) {
     MatchInfo original("abc");
     MatchInfo copy(original);
     EXPECT_TRUE(copy.match(regex.get(), kNoFlags));
-    EXPECT_EQ(original.fetch(0), std::nullopt);
     EXPECT_TRUE(original.match(regex.get(), kNoFlags));
 }
 
@@ -299,8 +399,8 @@ TEST(MatchInfo, AssignmentReplacesSubjectAndResult) {
     const MatchInfo& self = target;
     target = self;
     EXPECT_EQ(target.fetch(0), "b");
-    target = MatchInfo("unused");
-    EXPECT_EQ(target.fetch(0), std::nullopt);
+    target = MatchInfo("x");
+    EXPECT_TRUE(target.match(regex.get(), kNoFlags)) << "assigned from an unused one";
 }
 
 TEST(MatchInfo, MovesTakeTheResultOver) {
