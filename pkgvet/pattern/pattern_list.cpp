@@ -2,12 +2,16 @@
 #include "pkgvet/pattern/pattern_list.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <iterator>
 #include <string_view>
 
 namespace pkgvet {
 
 namespace {
+
+// Trying a lookahead costs as much as its memory; it copies some ten places in the text.
+constexpr std::size_t kLookaheadMemoryOfAStep = 1024;
 
 // Stands for "." in plain text. A pattern that holds a line end of its own goes to the engine, so
 // the two are never confused.
@@ -50,8 +54,31 @@ bool isLineEnd(char c) {
     return c == '\n' || c == '\r';
 }
 
-// Walks a text for the engine and counts the looks that it takes, since std::regex has no limit of
-// its own. The engine also makes iterators out of nothing, for groups that took no part.
+// What one run of the engine may still take.
+struct Budget {
+    std::size_t steps;
+    std::size_t stepsOfACopy;
+    std::uintptr_t lowestFrame;
+
+    void take(std::size_t count) {
+        if (steps < count) {
+            throw std::regex_error(std::regex_constants::error_complexity);
+        }
+        steps -= count;
+        if (currentFrame() < lowestFrame) {
+            throw std::regex_error(std::regex_constants::error_stack);
+        }
+    }
+
+    // The stack grows downwards. A local variable would not do: address sanitizers move those.
+    static std::uintptr_t currentFrame() {
+        return reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0));
+    }
+};
+
+// Walks a text for the engine, which has no limits of its own, and holds it to a budget: it looks
+// at the text or copies a place in it for whatever it does, save for trying alternatives. The
+// engine also makes iterators out of nothing, for groups that took no part.
 class CountingIterator {
 public:
     using iterator_category = std::bidirectional_iterator_tag;
@@ -61,37 +88,54 @@ public:
     using reference = const char&;
 
     CountingIterator() = default;
-    CountingIterator(const char* position, std::size_t* steps)
-        : position_(position), steps_(steps) {}
+    CountingIterator(const char* position, Budget* budget) : position_(position), budget_(budget) {}
+    CountingIterator(const CountingIterator& other)
+        : position_(other.position_), budget_(other.budget_) {
+        takeCopy();
+    }
+    CountingIterator& operator=(const CountingIterator& other) {
+        position_ = other.position_;
+        budget_ = other.budget_;
+        takeCopy();
+        return *this;
+    }
+    CountingIterator(CountingIterator&&) noexcept = default;
+    CountingIterator& operator=(CountingIterator&&) noexcept = default;
+    ~CountingIterator() = default;
 
     reference operator*() const {
-        count();
+        takeLook();
         return *position_;
     }
     CountingIterator& operator++() {
         ++position_;
         return *this;
     }
-    CountingIterator operator++(int) { return {position_++, steps_}; }
+    CountingIterator operator++(int) { return {position_++, budget_}; }
     CountingIterator& operator--() {
         --position_;
         return *this;
     }
-    CountingIterator operator--(int) { return {position_--, steps_}; }
+    CountingIterator operator--(int) { return {position_--, budget_}; }
     bool operator==(const CountingIterator& other) const {
-        count();
+        takeLook();
         return position_ == other.position_;
     }
 
 private:
-    void count() const {
-        if (steps_ != nullptr && ++*steps_ > kMaxSteps) {
-            throw std::regex_error(std::regex_constants::error_complexity);
+    void takeLook() const {
+        if (budget_ != nullptr) {
+            budget_->take(1);
+        }
+    }
+    void takeCopy() const {
+        if (budget_ != nullptr) {
+            budget_->take(budget_->stepsOfACopy);
         }
     }
 
     const char* position_ = nullptr;
-    std::size_t* steps_ = nullptr;
+    Budget* budget_ = nullptr;
 };
 
 }  // namespace
@@ -111,14 +155,30 @@ bool WholePattern::matches(const std::string& text) {
     return matchesCompiled(text);
 }
 
-bool WholePattern::matchesCompiled(const std::string& text) const {
-    if (text.size() > (backtracks_ ? kMaxBacktrackingSubjectSize : kMaxSubjectSize)) {
-        throw std::regex_error(std::regex_constants::error_stack);
+// Where both modes can be had, either's answer will do. The polynomial one comes first, since it
+// does not recurse for each character and takes no exponential time on a pattern that a stranger
+// chose; but there are patterns with thousands of states on which the plain one is quick.
+bool WholePattern::matchesCompiled(const std::string& text) {
+    if (sideBySide_) {
+        try {
+            return run(*sideBySide_, text);
+        } catch (const std::regex_error&) {
+            if (!backtracking_) {
+                backtracking_.emplace(text_, std::regex::ECMAScript);
+            }
+        }
     }
-    std::size_t steps = 0;
-    const CountingIterator begin(text.data(), &steps);
-    const CountingIterator end(text.data() + text.size(), &steps);
-    return std::regex_match(begin, end, *regex_);
+    return run(*backtracking_, text);
+}
+
+bool WholePattern::run(const std::regex& regex, const std::string& text) const {
+    const std::size_t unseen = shape_.alternatives * engineFrames().alternative;
+    const std::size_t stack = kMaxEngineStack - std::min(unseen, kMaxEngineStack);
+    const std::size_t ofLookaheads = shape_.lookaheadMemory / kLookaheadMemoryOfAStep;
+    Budget budget{kMaxSteps, kStepsOfACopy + ofLookaheads, Budget::currentFrame() - stack};
+    const CountingIterator begin(text.data(), &budget);
+    const CountingIterator end(text.data() + text.size(), &budget);
+    return std::regex_match(begin, end, regex);
 }
 
 bool WholePattern::matchesPlainText(const std::string& text) const {
@@ -128,25 +188,23 @@ bool WholePattern::matchesPlainText(const std::string& text) const {
         });
 }
 
-// The polynomial mode of libstdc++ gives the answers of the plain one, but walks all alternatives
-// side by side: no recursion for each character and no exponential time on a pattern that a
-// stranger chose. It refuses back-references, which leave only the plain mode.
+// The polynomial mode of libstdc++ refuses back-references, which leave only the plain mode.
 void WholePattern::compile() {
-    if (regex_) {
+    if (sideBySide_ || backtracking_) {
         return;
     }
-    if (text_.size() > kMaxPatternSize ||
-        std::count(text_.begin(), text_.end(), '(') > static_cast<std::ptrdiff_t>(kMaxGroups)) {
+    shape_ = shapeOf(text_);
+    if (shape_.compilerStack > kMaxEngineStack ||
+        shape_.lookaheadDepth * shape_.lookaheadMemory > kMaxLookaheadMemory) {
         throw std::regex_error(std::regex_constants::error_stack);
     }
     try {
-        regex_.emplace(text_, std::regex::ECMAScript | std::regex_constants::__polynomial);
+        sideBySide_.emplace(text_, std::regex::ECMAScript | std::regex_constants::__polynomial);
     } catch (const std::regex_error& error) {
         if (error.code() != std::regex_constants::error_complexity) {
             throw;
         }
-        regex_.emplace(text_, std::regex::ECMAScript);
-        backtracks_ = true;
+        backtracking_.emplace(text_, std::regex::ECMAScript);
     }
 }
 

@@ -7,25 +7,15 @@
 #include <string>
 #include <vector>
 
+#include "pkgvet/pattern/pattern_shape.h"
+
 namespace pkgvet {
 
-// The longest text that is handed to the std::regex engine, and the longest where a pattern refers
-// back to a group of its own. The engine backtracks for the latter only, by one recursion or more
-// for each character: measured, it overflows a stack of 8 MiB at 5,500 characters for awkward
-// patterns and at 25,000 for simple ones.
-inline constexpr std::size_t kMaxSubjectSize = 16384;
-inline constexpr std::size_t kMaxBacktrackingSubjectSize = 1024;
-
-// The longest pattern that is handed to the engine, and the most opening parentheses in it. The
-// compiler of std::regex recurses for each term and, deeper, for each group that nests: measured,
-// it overflows the same stack beyond 64,000 terms and between 16,000 and 32,000 groups, and with
-// instrumented code at 16,000 and 4,000.
-inline constexpr std::size_t kMaxPatternSize = 8192;
-inline constexpr std::size_t kMaxGroups = 1024;
-
-// The most looks that the engine may take at a text, some seconds of work. Packages bring patterns
-// of their own, and with back-references or nested lookaheads one can be written that never ends.
-inline constexpr std::size_t kMaxSteps = 20'000'000;
+// The most steps that the engine may take on one text, less than a second of work: a look at the
+// text is one, a copy of a place in it, of which each group has two, several. Packages bring
+// patterns of their own, and one can be written that never ends.
+inline constexpr std::size_t kMaxSteps = 50'000'000;
+inline constexpr std::size_t kStepsOfACopy = 5;
 
 // One whole-string pattern, std::regex in the ECMAScript grammar. Plain text, that is letters,
 // digits, harmless or escaped punctuation and "." as any character but a line end, is compared
@@ -35,19 +25,21 @@ public:
     explicit WholePattern(const std::string& pattern);
 
     // Whether the pattern matches the whole of text. Throws std::regex_error for a pattern that
-    // does not compile, each time, for a text or a pattern beyond the bounds above (error_stack)
-    // and when the engine gives up (error_complexity).
+    // does not compile, each time, where the engine would overflow the stack (error_stack), see
+    // pattern_shape.h, and where it gives up (error_complexity).
     bool matches(const std::string& text);
 
 private:
     bool matchesPlainText(const std::string& text) const;
     void compile();
-    bool matchesCompiled(const std::string& text) const;
+    bool matchesCompiled(const std::string& text);
+    bool run(const std::regex& regex, const std::string& text) const;
 
     std::string text_;  // the pattern, or the plain text that it stands for
     bool plain_;
-    bool backtracks_ = false;
-    std::optional<std::regex> regex_;
+    PatternShape shape_;
+    std::optional<std::regex> sideBySide_;    // not for patterns with back-references
+    std::optional<std::regex> backtracking_;  // made where the other is missing or gave up
 };
 
 // Answers as matchesAnyPattern does, the moment at which a bad pattern throws included: when the

@@ -74,7 +74,7 @@ public:
     static bool matchSimple(std::string_view pattern, std::string_view subject,
                             GRegexCompileFlags compileFlags, GRegexMatchFlags matchFlags);
 
-    // text with each special character quoted, a NUL as "\\0", so that it stands for itself in a
+    // text with each special character quoted, a NUL as "\0", so that it stands for itself in a
     // pattern. All other bytes stay as they are. Throws std::logic_error for a null text.
     static std::string escape(std::string_view text);
 
