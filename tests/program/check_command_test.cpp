@@ -114,7 +114,7 @@ TEST_F(CheckCommand, PayloadThatDoesNotUnpackIsNotJudged) {
 
 TEST_F(CheckCommand, ExceptionOutOfARuleIsNotJudged) {
     RuleTree tree;
-    tree.regular().requires_.allowed = {"(a)\\1b*"};
+    tree.regular().requires_.allowed = {"(x*)*(x*)*\\1y"};
     const TemporaryDirectory rules;
     const std::string longName(2000, 'x');
     const std::string hostile = PackageBuilder(kName)

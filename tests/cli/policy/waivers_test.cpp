@@ -102,8 +102,8 @@ TEST(Waivers, FindingWithoutSubjectIsAboutTheEmptyText) {
 }
 
 TEST(Waivers, TextTooLongForTheEngineIsNotExcused) {
-    Waiver known = waiversOf(R"({"waivers": [{"rule": "library-not-allowed", "subject": "a*",
-                                 "package": "a", "reason": "x"}]})")[0];
+    Waiver known = waiversOf(R"({"waivers": [{"rule": "library-not-allowed",
+                                 "subject": "(a)\\1*", "package": "a", "reason": "x"}]})")[0];
     EXPECT_TRUE(covers(&known, finding(std::string(1000, 'a')), "a"));
     EXPECT_FALSE(covers(&known, finding(std::string(1'000'000, 'a')), "a"));
 }
