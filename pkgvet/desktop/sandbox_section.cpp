@@ -147,7 +147,7 @@ void noteHyphen(DesktopFacts* facts) {
 // A permission of the form name at name is accepted without being on the list.
 void judgePermissions(const std::vector<std::string>& permissions, const WordSet& allowed,
                       Findings* findings) {
-    const Regex nameAtName(kNameAtName, kTextPattern.compile, kTextPattern.match);
+    const Regex nameAtName = textPattern(kNameAtName);
     for (const std::string& permission : permissions) {
         if (!nameAtName.match(permission) && allowed.count(permission) == 0) {
             findings->violation(kPermissionNotAllowed, {permission});

@@ -25,10 +25,6 @@ constexpr const char* kShareDirectory = "/usr/share/";
 constexpr const char* kSharedObjectInLib = R"(/lib/.*\.so.*)";
 constexpr std::string_view kSharedObject = R"(.*\.so.*)";
 
-Regex rulePattern(std::string_view text) {
-    return Regex(text, kRulePattern.compile, kRulePattern.match);
-}
-
 enum class Place { MainBinary, Libexec, PrivateLibrary, SharedObject, Wrong };
 
 // Where an executable stands. Nothing here is anchored at the package's root: the main binary's

@@ -31,10 +31,6 @@ constexpr const char* kSealwatchdSuffix = ".json";
 constexpr std::array<std::string_view, 7> kBlacklistedExtensions = {
     ".git", ".svn", ".hg", ".bzr", ".cvs", ".DS_Store", ".swp"};
 
-Regex rulePattern(const std::string& text) {
-    return Regex(text, kRulePattern.compile, kRulePattern.match);
-}
-
 // Where a package may install, and where it may not. All but commonOrgPattern hit wherever their
 // text stands in a path and whatever follows it, so that "/usr/share/appendix" belongs to a package
 // "app". They are not anchored, since that would reject packages that are accepted.

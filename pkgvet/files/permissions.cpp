@@ -58,8 +58,7 @@ public:
         : paths_(paths),
           tempDir_(tempDir),
           isLenient_(ruleSetName == kLenientRuleSet),
-          executablePattern_(executablePatternText(Regex::escape(packageName)),
-                             kRulePattern.compile, kRulePattern.match),
+          executablePattern_(rulePattern(executablePatternText(Regex::escape(packageName)))),
           findings_(*findings) {}
 
     // False for what cannot be read, whose owners are not judged either.

@@ -27,10 +27,6 @@ constexpr std::size_t kHandlerAround = 13;  // and of the closing parenthesis
 constexpr std::string_view kWideSuffix = "(64bit)";
 constexpr std::string_view kUnversioned = "()";
 
-Regex rulePattern(std::string_view text) {
-    return Regex(text, kRulePattern.compile, kRulePattern.match);
-}
-
 bool isFoundInAny(const std::string& name, const std::vector<std::string>& texts) {
     const Regex pattern = rulePattern(Regex::escape(name));
     return std::any_of(texts.begin(), texts.end(),

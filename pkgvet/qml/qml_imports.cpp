@@ -49,10 +49,6 @@ constexpr const char* kQmlDirectory = "/qml/";
 // The texts of imports in byte order, each once.
 using Imports = std::set<std::string>;
 
-Regex textPattern(std::string_view text) {
-    return Regex(text, kTextPattern.compile, kTextPattern.match);
-}
-
 std::string_view firstWord(std::string_view text) {
     text.remove_prefix(std::min(text.find_first_not_of(kWhiteSpace), text.size()));
     return text.substr(0, text.find_first_of(kWhiteSpace));
