@@ -11,7 +11,6 @@
 #include "cli/command/explain.h"
 #include "cli/command/options.h"
 #include "cli/command/rules.h"
-#include "cli/worker/worker.h"
 #include "pkgvet/base/descriptor.h"
 
 namespace {
@@ -35,8 +34,6 @@ int run(const pkgvet::cli::Options& options) {
             return explain(options.explain);
         case Command::Rules:
             return rules(options.rules);
-        case Command::Worker:
-            return work(options.worker);
     }
     return kUsageError;
 }

@@ -1,40 +1,41 @@
-// Computes checksums.
+// Sums up bytes.
 #include "cli/base/checksum.h"
 
-#include <fcntl.h>
-#include <glib.h>
-#include <unistd.h>
+#include <rpm/rpmcrypto.h>
+#include <rpm/rpmpgp.h>
+#include <stdlib.h>
 
-#include <array>
 #include <memory>
-
-#include "pkgvet/base/descriptor.h"
+#include <utility>
 
 namespace pkgvet::cli {
 
 namespace {
 
-constexpr std::size_t kPieceSize = 65536;
+constexpr int kAsText = 1;
 
 }  // namespace
 
-std::string sha256Of(const std::string& path) {
-    const std::unique_ptr<GChecksum, decltype(&g_checksum_free)> checksum(
-        g_checksum_new(G_CHECKSUM_SHA256), &g_checksum_free);
-    // Without O_NONBLOCK a pipe would keep this waiting for a writer.
-    const Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NONBLOCK));
-    if (!file.isOpen()) {
+Sha256::Sha256() : context_(rpmDigestInit(RPM_HASH_SHA256, RPMDIGEST_NONE)) {}
+
+Sha256::~Sha256() {
+    if (context_ != nullptr) {
+        rpmDigestFinal(context_, nullptr, nullptr, kAsText);
+    }
+}
+
+void Sha256::add(std::string_view bytes) {
+    rpmDigestUpdate(context_, bytes.data(), bytes.size());
+}
+
+std::string Sha256::finish() {
+    void* text = nullptr;
+    std::size_t size = 0;
+    if (rpmDigestFinal(std::exchange(context_, nullptr), &text, &size, kAsText) != 0) {
         return std::string();
     }
-    std::array<unsigned char, kPieceSize> piece{};
-    ssize_t size = 0;
-    while ((size = read(file.get(), piece.data(), piece.size())) > 0) {
-        g_checksum_update(checksum.get(), piece.data(), size);
-    }
-    if (size < 0) {
-        return std::string();
-    }
-    return g_checksum_get_string(checksum.get());
+    const std::unique_ptr<void, decltype(&free)> owner(text, &free);
+    return static_cast<const char*>(text);
 }
 
 }  // namespace pkgvet::cli

@@ -1,8 +1,14 @@
 // Makes options of the common kinds.
 #include "cli/base/option.h"
 
+#include <algorithm>
+#include <array>
+#include <charconv>
 #include <cmath>
 #include <cstdlib>
+#include <limits>
+#include <optional>
+#include <utility>
 
 #include "cli/base/text.h"
 
@@ -13,6 +19,11 @@ namespace {
 constexpr const char* kFile = "FILE";
 constexpr const char* kNumber = "N";
 constexpr const char* kSeconds = "SECONDS";
+constexpr const char* kSize = "SIZE";
+
+// By how many bits each shifts a number.
+constexpr std::array<std::pair<std::string_view, unsigned>, 4> kUnits = {
+    {{"", 0}, {"K", 10}, {"M", 20}, {"G", 30}}};
 
 template <typename Number>
 std::string outOfRange(const std::string& text, Number least, Number most) {
@@ -24,6 +35,22 @@ std::string outOfRange(const std::string& text, Number least, Number most) {
 // Whether all of text was read, of which the reading ended at end.
 bool isWhole(const std::string& text, const char* end) {
     return !text.empty() && end == text.c_str() + text.size();
+}
+
+// Nothing for what is not a size, and for more than 64 bits hold.
+std::optional<std::uint64_t> sizeOf(const std::string& text) {
+    std::uint64_t number = 0;
+    const char* const begin = text.data();
+    const auto [end, error] = std::from_chars(begin, begin + text.size(), number);
+    const std::string_view unit =
+        std::string_view(text).substr(static_cast<std::size_t>(end - begin));
+    const auto found = std::find_if(kUnits.begin(), kUnits.end(),
+                                    [unit](const auto& known) { return known.first == unit; });
+    if (error != std::errc() || found == kUnits.end() ||
+        number > std::numeric_limits<std::uint64_t>::max() >> found->second) {
+        return std::nullopt;
+    }
+    return number << found->second;
 }
 
 }  // namespace
@@ -103,6 +130,22 @@ Option timeOption(const std::string& name, double* seconds, double least, double
         return std::string();
     };
     return {.names = {name}, .description = description, .argument = kSeconds, .set = set};
+}
+
+Option sizeOption(const std::string& name, std::uint64_t* bytes, std::uint64_t least,
+                  const std::string& description) {
+    const auto set = [=](const std::string& text) {
+        const std::optional<std::uint64_t> value = sizeOf(text);
+        if (!value) {
+            return text + " is not a size such as 512M";
+        }
+        if (*value < least) {
+            return text + " is less than " + std::to_string(least);
+        }
+        *bytes = *value;
+        return std::string();
+    };
+    return {.names = {name}, .description = description, .argument = kSize, .set = set};
 }
 
 Setter appendTo(std::vector<std::string>* texts) {

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <array>
 #include <cstddef>
+#include <cstdint>
 #include <functional>
 #include <limits>
 #include <optional>
@@ -110,6 +111,11 @@ Option filesOption(const std::string& name, std::vector<std::string>* paths,
 Option numberOption(std::vector<std::string> names, unsigned* number, unsigned least, unsigned most,
                     const std::string& description);
 Option timeOption(const std::string& name, double* seconds, double least, double most,
+                  const std::string& description);
+
+// An option that takes a number of bytes, at least least, with "K", "M" or "G" behind it for KiB,
+// MiB or GiB.
+Option sizeOption(const std::string& name, std::uint64_t* bytes, std::uint64_t least,
                   const std::string& description);
 
 // Adds each argument to texts.

@@ -13,21 +13,26 @@
 #include "cli/base/date.h"
 #include "cli/base/escape.h"
 #include "cli/base/exit_status.h"
+#include "cli/base/memory.h"
 #include "cli/base/output_file.h"
 #include "cli/base/processors.h"
 #include "cli/base/progress.h"
 #include "cli/base/terminal.h"
+#include "cli/judge/judge.h"
 #include "cli/policy/baseline.h"
 #include "cli/policy/policy.h"
 #include "cli/report/reports.h"
 #include "cli/rules/default_rules.h"
 #include "cli/rules/rule_check.h"
-#include "cli/worker/worker_pool.h"
+#include "cli/worker/judge_pool.h"
+#include "pkgvet/platform/param_file_validator.h"
 #include "pkgvet/rules/configuration.h"
 
 namespace pkgvet::cli {
 
 namespace {
+
+using ManagedConfiguration::Validator::ParamFileValidator;
 
 constexpr const char* kExitStatuses =
     "Exit status: 0 every package was accepted; 1 at least one was rejected; 2 usage error or a\n"
@@ -61,7 +66,12 @@ ReportStyle styleOf(const CheckOptions& options) {
     return style;
 }
 
-// What the reports say of packages that no worker came to judge.
+std::string sandboxRemark(const Sandbox& sandbox) {
+    const std::string reason = sandbox.missing.empty() ? "" : " (" + sandbox.missing + ")";
+    return "packages are shut off from the machine by " + sandbox.name() + reason;
+}
+
+// What the reports say of packages that were never judged.
 bool isValidationEnabled(const JudgingOptions& options, const std::string& rules) {
     if (options.validation == ValidationMode::Auto) {
         return Configuration(rules, options.profiles.front()).validationEnabled();
@@ -69,26 +79,62 @@ bool isValidationEnabled(const JudgingOptions& options, const std::string& rules
     return options.validation == ValidationMode::On;
 }
 
-// The command line of a worker, up to the path of its package.
-std::vector<std::string> workerCommand(const JudgingOptions& options, const std::string& rules) {
-    std::vector<std::string> command = {"worker", "--rules=" + rules};
+std::vector<Configuration> configurationsOf(const JudgingOptions& options,
+                                            const std::string& rules) {
+    std::vector<Configuration> configurations;
     for (const Profiles profile : options.profiles) {
-        command.push_back("--profile=" + Configuration::getProfileName(profile));
+        configurations.emplace_back(rules, profile);
+        if (options.validation != ValidationMode::Auto) {
+            configurations.back().setValidationEnabled(options.validation == ValidationMode::On);
+        }
     }
-    command.push_back("--validation=" + std::string(validationName(options.validation)));
-    command.emplace_back("--");
-    return command;
+    return configurations;
+}
+
+// What all judges share, made once and in the process that they are copies of. It is never
+// destroyed, and neither are they.
+JudgeFunction prepareToJudge(const JudgingOptions& options, const std::string& rules) {
+    auto* const configurations = new std::vector<Configuration>(configurationsOf(options, rules));
+    auto* const rpm = new RpmSession;
+    return [configurations, rpm](const Surroundings& surroundings) {
+        return judge(surroundings, *configurations, rpm);
+    };
+}
+
+// What is unpacked lies in memory, of which all jobs together take half at the most.
+Limits limitsOf(const JudgingOptions& options, unsigned jobs) {
+    Limits limits = options.limits;
+    if (!options.limitsUnpacked && options.scratch.empty()) {
+        limits.unpackedBytes = std::min(limits.unpackedBytes, availableMemory() / 2 / jobs);
+    }
+    return limits;
 }
 
 PoolOptions poolOptions(const JudgingOptions& options, const std::string& rules) {
     PoolOptions pool;
-    pool.command = workerCommand(options, rules);
     for (const Profiles profile : options.profiles) {
         pool.profiles.push_back(Configuration::getProfileName(profile));
     }
     pool.jobs = options.jobs == 0 ? availableProcessors() : options.jobs;
-    pool.timeout = options.timeout;
+    pool.scratch = options.scratch;
+    pool.judging.sandbox = options.sandbox;
+    pool.judging.limits = limitsOf(options, pool.jobs);
+    pool.judging.prepare = [&options, &rules] { return prepareToJudge(options, rules); };
+    pool.judging.readable = {ParamFileValidator::standardSchemasDirectory()};
     return pool;
+}
+
+// Says what is missing, if something is. False when that is not to be put up with.
+bool isSandboxGoodEnough(const Sandbox& sandbox, const JudgingOptions& options) {
+    if (!options.scratch.empty() && !sandbox.namespaces) {
+        complain("--scratch needs namespaces: " + sandboxRemark(sandbox));
+        return false;
+    }
+    if (options.sandbox == SandboxMode::Off || sandbox.isWhole()) {
+        return true;
+    }
+    complain(sandboxRemark(sandbox));
+    return options.sandbox != SandboxMode::Require;
 }
 
 // One run over all packages.
@@ -111,7 +157,11 @@ public:
 
     int judgeAll() {
         const auto receive = [this](PackageReport package) { return take(std::move(package)); };
-        WorkerPool pool(inputs_, poolOptions(options_.judging, rules_), receive, &progress_);
+        JudgePool pool(inputs_, poolOptions(options_.judging, rules_), receive, &progress_);
+        report_.sandbox = pool.sandbox().name();
+        if (!isSandboxGoodEnough(pool.sandbox(), options_.judging)) {
+            return kUsageError;
+        }
         report_.partial = !pool.run();
         report_.notices = policy_.notices(!report_.partial);
         for (const std::string& notice : report_.notices) {
@@ -130,7 +180,7 @@ private:
     // Packages come in input order, whatever the order in which they were judged.
     bool take(PackageReport package) {
         if (!package.judged()) {
-            // A worker that came to nothing did not say.
+            // A judge that came to nothing did not say.
             package.validationEnabled = validationEnabled_;
         }
         // The policy comes first: everything below counts or shows what it made of the findings.

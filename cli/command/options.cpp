@@ -18,16 +18,6 @@ constexpr const char* kNamesSeparator = ",";
 constexpr const char* kHidden = "";  // the group of what help leaves out
 constexpr int kNoLimit = -1;
 
-CommandRow workerCommand(WorkerOptions* options) {
-    CommandRow row;
-    row.name = "worker";
-    row.options = workerOptions(options);
-    row.operand = workerOperand(options);
-    row.hidden = true;
-    row.missing = [options] { return options->profiles.empty() ? "--profile" : std::string(); };
-    return row;
-}
-
 CommandRow bound(Command command, CommandRow row, Options* options) {
     row.begin = [options, command] { options->command = command; };
     return row;
@@ -129,7 +119,6 @@ CommandRow commandTable(Options* options) {
         bound(Command::Check, checkCommand(&options->check), options),
         bound(Command::Explain, explainCommand(&options->explain), options),
         bound(Command::Rules, rulesCommand(&options->rules), options),
-        bound(Command::Worker, workerCommand(&options->worker), options),
     };
     return completed(std::move(table));
 }

@@ -7,11 +7,10 @@
 #include "cli/command/command_table.h"
 #include "cli/command/explain.h"
 #include "cli/command/rules.h"
-#include "cli/worker/judging_options.h"
 
 namespace pkgvet::cli {
 
-enum class Command { Check, Explain, Rules, Worker };
+enum class Command { Check, Explain, Rules };
 
 // What a command line asks for. Only the options of its command mean anything.
 struct Options {
@@ -19,7 +18,6 @@ struct Options {
     CheckOptions check;
     ExplainOptions explain;
     RulesOptions rules;
-    WorkerOptions worker;
 };
 
 // All commands of the program, bound to options, which must outlive the table.

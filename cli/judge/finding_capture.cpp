@@ -1,35 +1,31 @@
 // Catches what the library writes.
 #include "cli/judge/finding_capture.h"
 
+#include <algorithm>
 #include <array>
 #include <utility>
+
+#include "pkgvet/report/log_line.h"
 
 namespace pkgvet::cli {
 
 namespace {
 
-struct Label {
-    Severity severity;
-    std::string_view text;
-};
-
-constexpr std::array<Label, 4> kLabels = {{
-    {Severity::Info, "(INFO)\t\t"},
-    {Severity::Warning, "(WARNING)\t"},
-    {Severity::Error, "(ERROR)\t\t"},
-    {Severity::Critical, "(CRITICAL)\t"},
-}};
+// Indexed by the numeric LogLevel, as the labels are.
+constexpr std::array<Severity, kLogLabels.size()> kSeverities = {
+    Severity::Warning, Severity::Error, Severity::Critical, Severity::Info};
 
 // The label is the first piece of a line, and the line feed its last.
 LogLine lineOf(std::vector<std::string> pieces) {
     if (!pieces.empty() && pieces.back() == "\n") {
         pieces.pop_back();
     }
-    for (const Label& label : kLabels) {
-        if (!pieces.empty() && pieces.front() == label.text) {
-            pieces.erase(pieces.begin());
-            return {label.severity, std::move(pieces)};
-        }
+    const auto label = pieces.empty() ? kLogLabels.end()
+                                      : std::find(kLogLabels.begin(), kLogLabels.end(), pieces[0]);
+    if (label != kLogLabels.end()) {
+        pieces.erase(pieces.begin());
+        return {kSeverities[static_cast<std::size_t>(label - kLogLabels.begin())],
+                std::move(pieces)};
     }
     return {Severity::Info, std::move(pieces)};
 }

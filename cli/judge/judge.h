@@ -1,6 +1,8 @@
 // The judgement of one package.
 #pragma once
 
+#include <cstdint>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -11,11 +13,24 @@ class Configuration;
 
 namespace pkgvet::cli {
 
-// Judges the package at path, a path on disk, under each of the configurations, of which there is
-// at least one, and unpacks it once for all of them. Never throws: whatever goes wrong is the cause
-// in the result. While it runs, std::cerr is led away; what tools and C libraries say on file
-// descriptor 2 is not.
-PackageReport judge(const std::string& path, const std::vector<Configuration>& configurations,
-                    RpmSession* rpm);
+// What a judge finds around it.
+struct Surroundings {
+    int package = -1;      // a descriptor of the package, which is read to its end
+    std::string copyPath;  // where its copy goes; safe in a shell, and in a place that is private
+    // Called once the payload is unpacked, before a rule looks.
+    std::function<void()> closeAround;
+    // Called when unpacking failed: the limit that it met, without a code when it met none.
+    std::function<Cause()> limitMet;
+};
+
+// Judges a package under each of the configurations, of which there is at least one, and unpacks it
+// once for all of them. The package is copied first, and everything that is said of it is said of
+// the copy. Never throws: whatever goes wrong is the cause in the result. While it runs, std::cerr
+// is led away; what tools and C libraries say on file descriptor 2 is not.
+//
+// What was unpacked is left to whoever made the surroundings, as its removal takes longer than
+// their end.
+PackageReport judge(const Surroundings& surroundings,
+                    const std::vector<Configuration>& configurations, RpmSession* rpm);
 
 }  // namespace pkgvet::cli

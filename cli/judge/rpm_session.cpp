@@ -1,16 +1,20 @@
 // Sets librpm up and keeps it quiet.
 #include "cli/judge/rpm_session.h"
 
-#include <rpm/rpmlib.h>
+#include <rpm/rpmcrypto.h>
+#include <rpm/rpmkeyring.h>
 #include <rpm/rpmlog.h>
-#include <rpm/rpmmacro.h>
 #include <rpm/rpmts.h>
 
 #include <utility>
 
+#include "pkgvet/base/c_handle.h"
+
 namespace pkgvet::cli {
 
 namespace {
+
+using KeyringHandle = CHandle<rpmKeyring_s, rpmKeyringFree>;
 
 // Neither shown by librpm nor cause for it to end the process.
 constexpr int kHandled = 0;
@@ -24,15 +28,16 @@ int keepMessage(rpmlogRec record, rpmlogCallbackData data) {
 
 RpmSession::RpmSession() {
     rpmlogSetCallback(keepMessage, &message_);
-    rpmReadConfigFiles(nullptr, nullptr);
+    rpmInitCrypto();
     transactions_ = rpmtsCreate();
     rpmtsSetVfyLevel(transactions_, 0);
+    const KeyringHandle noKeys(rpmKeyringNew());
+    rpmtsSetKeyring(transactions_, noKeys.get());
 }
 
 RpmSession::~RpmSession() {
     rpmtsFree(transactions_);
-    rpmFreeMacros(nullptr);
-    rpmFreeRpmrc();
+    rpmFreeCrypto();
     rpmlogSetCallback(nullptr, nullptr);
 }
 

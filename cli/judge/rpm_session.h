@@ -7,7 +7,10 @@ using rpmts = struct rpmts_s*;
 
 namespace pkgvet::cli {
 
-// Reads librpm's configuration and owns a transaction set that judges packages whoever signed them.
+// Owns a transaction set that reads packages whoever signed them. No configuration of librpm's is
+// read, neither the machine's nor the user's, and no database of keys is opened: what a package is
+// does not depend on where it is judged.
+//
 // What librpm has to say is kept from the user and can be asked for. There is one in a process, as
 // librpm's state is the process's.
 class RpmSession {

@@ -15,6 +15,12 @@ namespace {
 // Indexed by Severity.
 constexpr std::array<std::string_view, 4> kSeverityNames = {"info", "warning", "error", "critical"};
 
+// Indexed by CauseCode.
+constexpr std::array<std::string_view, 11> kCauseCodeNames = {
+    "",          "unreadable",     "not-a-package", "unpack-failed",
+    "too-large", "too-many-files", "out-of-time",   "out-of-memory",
+    "crashed",   "rule-failed",    "interrupted"};
+
 // Half of a SHA-256 is plenty to tell findings apart, and shorter to read.
 constexpr std::size_t kFingerprintSize = 32;
 // No name holds it, so that two texts never run into one another.
@@ -26,9 +32,18 @@ std::string LogLine::text() const {
     return std::accumulate(pieces.begin(), pieces.end(), std::string());
 }
 
+void PackageReport::setCause(const Cause& why) {
+    causeCode = why.code;
+    cause = why.text;
+}
+
 bool PackageReport::passes() const {
     return judged() && std::all_of(judgements.begin(), judgements.end(),
                                    [](const Judgement& judgement) { return judgement.passes; });
+}
+
+std::string_view causeCodeName(CauseCode code) {
+    return kCauseCodeNames[static_cast<std::size_t>(code)];
 }
 
 std::string_view severityName(Severity severity) {

@@ -55,6 +55,26 @@ struct Judgement {
     bool accepted() const { return metaAccepted && contentAccepted; }
 };
 
+// Why a package could not be judged, in words for machines, of which there are no others.
+enum class CauseCode {
+    None,          // it was judged
+    Unreadable,    // unreadable
+    NotAPackage,   // not-a-package
+    UnpackFailed,  // unpack-failed
+    TooLarge,      // too-large
+    TooManyFiles,  // too-many-files
+    OutOfTime,     // out-of-time
+    OutOfMemory,   // out-of-memory
+    Crashed,       // crashed
+    RuleFailed,    // rule-failed
+    Interrupted,   // interrupted
+};
+
+struct Cause {
+    CauseCode code = CauseCode::None;
+    std::string text;  // for people
+};
+
 // One package, as it comes back from the process that judged it.
 struct PackageReport {
     std::string path;  // as the user named it
@@ -67,20 +87,26 @@ struct PackageReport {
     // Why the package could not be judged, and the last line on standard error in the attempt. The
     // cause is empty when it was judged.
     std::string cause;
+    CauseCode causeCode = CauseCode::None;
     std::string lastErrorLine;
     double seconds = 0;
     std::vector<Judgement> judgements;  // one for each profile asked for, in their order
 
     // A package that could not be judged passes under no profile.
     bool judged() const { return cause.empty(); }
+    void setCause(const Cause& why);
     bool passes() const;
 };
 
 struct RunReport {
     std::vector<PackageReport> packages;  // in input order
+    std::string sandbox;                  // what cages the judges, such as "none"
     bool partial = false;                 // the run was interrupted
     std::vector<std::string> notices;     // remarks on the run itself, such as unused waivers
 };
+
+// "unreadable" to "interrupted"; empty for None.
+std::string_view causeCodeName(CauseCode code);
 
 // "info" to "critical".
 std::string_view severityName(Severity severity);

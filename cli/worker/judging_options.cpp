@@ -13,66 +13,66 @@ constexpr Words<ValidationMode, 3> kValidationModes = {{
     {"off", ValidationMode::Off},
 }};
 
+constexpr Words<SandboxMode, 3> kSandboxModes = {{
+    {"auto", SandboxMode::Auto},
+    {"require", SandboxMode::Require},
+    {"off", SandboxMode::Off},
+}};
+
 constexpr unsigned kMostJobs = 1024;
 constexpr double kLeastTimeout = 0.001;
 constexpr double kMostTimeout = 1e6;
 
-Option validationOption(ValidationMode* mode, const std::string& description) {
-    return choiceOption("--validation", kValidationModes, mode, description);
-}
+constexpr unsigned kMostSeconds = 1'000'000;
+constexpr std::uint64_t kLeastBytes = std::uint64_t{1} << 10;
+constexpr std::uint64_t kLeastMemory = std::uint64_t{64} << 20;
+constexpr unsigned kMostFiles = 1'000'000'000;
 
-// Each occurrence adds a profile, so that one worker judges under all of them.
-Option addedProfileOption(std::vector<Profiles>* profiles) {
-    Option option = profileOption(profiles, "");
-    option.mayRepeat = true;
-    option.set = [profiles](const std::string& name) {
-        const std::vector<Profiles> named = profilesNamed(name);
-        profiles->insert(profiles->end(), named.begin(), named.end());
-        return named.empty() ? "no profile is named " + name : std::string();
+// The limits as options. Each names itself in the cause of a package that meets it.
+std::vector<Option> limitOptions(JudgingOptions* options) {
+    Limits& limits = options->limits;
+    Option unpacked =
+        sizeOption("--max-unpacked", &limits.unpackedBytes, kLeastBytes,
+                   "What a package may unpack to [4G, or its share of half the memory]");
+    unpacked.set = [set = unpacked.set, options](const std::string& text) {
+        options->limitsUnpacked = true;
+        return set(text);
     };
-    return option;
+    return {
+        timeOption("--timeout", &limits.seconds, kLeastTimeout, kMostTimeout,
+                   "Time that a package may take [120]"),
+        numberOption({"--cpu-time"}, &limits.processorSeconds, 1, kMostSeconds,
+                     "Processor time that each process for a package may take [60]"),
+        unpacked,
+        numberOption({"--max-files"}, &limits.files, 1, kMostFiles,
+                     "Files that a package may hold [200000]"),
+        sizeOption("--memory", &limits.memory, kLeastMemory,
+                   "Memory that each process for a package may take [2G]"),
+        sizeOption("--max-report", &limits.report, kLeastBytes,
+                   "What there may be to say about a package [64M]"),
+    };
 }
 
 }  // namespace
 
-std::string_view validationName(ValidationMode mode) {
-    return wordOf(kValidationModes, mode);
-}
-
 std::vector<Option> judgingOptions(JudgingOptions* options) {
-    return {
+    std::vector<Option> all = {
         fileOption("--rules", &options->rules,
                    "Configuration file of the rule tree [the one that comes with pkgvet]"),
         profilesOption(&options->profiles, "Profile to judge under [regular]"),
-        validationOption(&options->validation,
-                         "Whether rule violations reject a package; auto asks the platform's "
-                         "developer mode [auto]"),
+        choiceOption("--validation", kValidationModes, &options->validation,
+                     "Whether rule violations reject a package; auto asks the platform's "
+                     "developer mode [auto]"),
         numberOption({"-j", "--jobs"}, &options->jobs, 1, kMostJobs,
                      "Packages judged at once [the processors]"),
-        timeOption("--timeout", &options->timeout, kLeastTimeout, kMostTimeout,
-                   "Time that a package may take [120]"),
+        choiceOption("--sandbox", kSandboxModes, &options->sandbox,
+                     "How much packages are shut off from the machine [auto]"),
+        fileOption("--scratch", &options->scratch,
+                   "Directory on disk to unpack in [none: in memory]"),
     };
-}
-
-std::vector<Option> workerOptions(WorkerOptions* options) {
-    return {
-        fileOption("--rules", &options->rules, ""),
-        addedProfileOption(&options->profiles),
-        validationOption(&options->validation, ""),
-    };
-}
-
-Operand workerOperand(WorkerOptions* options) {
-    Operand operand;
-    operand.name = "PATH";
-    operand.least = 1;
-    operand.most = 1;
-    operand.takesFiles = true;
-    operand.set = [options](const std::string& path) {
-        options->package = path;
-        return std::string();
-    };
-    return operand;
+    const std::vector<Option> limits = limitOptions(options);
+    all.insert(all.end(), limits.begin(), limits.end());
+    return all;
 }
 
 }  // namespace pkgvet::cli

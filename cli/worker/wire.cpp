@@ -11,20 +11,15 @@ namespace pkgvet::cli {
 namespace {
 
 // Grows with each change of what a message holds.
-constexpr std::uint32_t kVersion = 1;
+constexpr std::uint32_t kVersion = 2;
 
-constexpr char kDirectory = 'D';
-constexpr char kReport = 'R';
 constexpr std::size_t kNumberSize = 4;
 constexpr unsigned kByteBits = 8;
 
 // Few bytes make a finding that is large in memory, so that the size alone does not bound it.
 constexpr std::uint32_t kMaxFindings = 1'000'000;
-constexpr std::size_t kMaxDirectories = 16;
 
-constexpr const char* kTooMuch = "there is too much to say about it";
-constexpr std::array<std::string_view, 2> kDirectoryBegins = {"/tmp/dir.", "/tmp/pkgvet."};
-constexpr std::size_t kRandomSize = 6;
+constexpr const char* kTooMuch = "there is more to say about it than --max-report allows";
 
 class Encoder {
 public:
@@ -146,6 +141,7 @@ std::string encode(const PackageReport& report) {
                                     &report.sha256, &report.cause}) {
         encoder.text(*text);
     }
+    encoder.number(static_cast<std::size_t>(report.causeCode));
     encoder.flag(report.validationEnabled);
     encoder.number(report.judgements.size());
     for (const Judgement& judgement : report.judgements) {
@@ -156,7 +152,36 @@ std::string encode(const PackageReport& report) {
 
 // A package is judged under every profile or not at all.
 bool isWhole(const PackageReport& report, const std::vector<std::string>& profiles) {
-    return report.judgements.size() == (report.judged() ? profiles.size() : 0);
+    return report.judgements.size() == (report.judged() ? profiles.size() : 0) &&
+           report.judged() == (report.causeCode == CauseCode::None);
+}
+
+CauseCode decodeCauseCode(Decoder* decoder) {
+    const std::uint32_t code = decoder->number();
+    if (code > static_cast<std::uint32_t>(CauseCode::Interrupted)) {
+        decoder->fail();
+        return CauseCode::None;
+    }
+    return static_cast<CauseCode>(code);
+}
+
+}  // namespace
+
+std::string reportMessage(const PackageReport& report, std::size_t mostBytes) {
+    std::size_t findings = 0;
+    for (const Judgement& judgement : report.judgements) {
+        findings = std::max(findings, judgement.findings.size());
+    }
+    std::string bytes;
+    if (findings <= kMaxFindings) {
+        bytes = encode(report);
+    }
+    if (findings > kMaxFindings || bytes.size() > mostBytes) {
+        PackageReport failure;
+        failure.setCause({CauseCode::TooLarge, kTooMuch});
+        bytes = encode(failure);
+    }
+    return bytes;
 }
 
 std::optional<PackageReport> decodeReport(std::string_view bytes,
@@ -170,6 +195,7 @@ std::optional<PackageReport> decodeReport(std::string_view bytes,
                               &report.sha256, &report.cause}) {
         *text = decoder.text();
     }
+    report.causeCode = decodeCauseCode(&decoder);
     report.validationEnabled = decoder.flag();
     const std::size_t count = std::min<std::size_t>(decoder.number(), profiles.size() + 1);
     for (std::size_t i = 0; i < std::min(count, profiles.size()); ++i) {
@@ -179,68 +205,6 @@ std::optional<PackageReport> decodeReport(std::string_view bytes,
         return std::nullopt;
     }
     return report;
-}
-
-std::string message(char type, std::string_view content) {
-    Encoder encoder;
-    encoder.text(content);
-    return type + encoder.take();
-}
-
-bool isOurs(std::string_view directory) {
-    return std::any_of(
-        kDirectoryBegins.begin(), kDirectoryBegins.end(), [&](std::string_view begin) {
-            return directory.starts_with(begin) && directory.size() == begin.size() + kRandomSize &&
-                   directory.find('/', begin.size()) == std::string_view::npos &&
-                   directory.find('\0') == std::string_view::npos;
-        });
-}
-
-}  // namespace
-
-std::string directoryMessage(std::string_view directory) {
-    return message(kDirectory, directory);
-}
-
-std::string reportMessage(const PackageReport& report) {
-    std::size_t findings = 0;
-    for (const Judgement& judgement : report.judgements) {
-        findings = std::max(findings, judgement.findings.size());
-    }
-    std::string bytes;
-    if (findings <= kMaxFindings) {
-        bytes = encode(report);
-    }
-    if (findings > kMaxFindings || bytes.size() > kMaxReportSize) {
-        PackageReport failure;
-        failure.cause = kTooMuch;
-        bytes = encode(failure);
-    }
-    return message(kReport, bytes);
-}
-
-Answer decodeAnswer(std::string_view bytes, const std::vector<std::string>& profiles) {
-    Answer answer;
-    Decoder decoder(bytes);
-    while (!decoder.isAtEnd()) {
-        const char type = decoder.byte();
-        const std::string_view content = decoder.text();
-        const bool isDirectory = type == kDirectory && !answer.report && isOurs(content) &&
-                                 answer.directories.size() < kMaxDirectories;
-        if (!decoder.isSound() || !(isDirectory || (type == kReport && !answer.report))) {
-            answer.report.reset();
-            return answer;
-        }
-        if (isDirectory) {
-            answer.directories.emplace_back(content);
-        } else {
-            answer.report = decodeReport(content, profiles);
-            if (!answer.report) {
-                return answer;
-            }
-        }
-    }
-    return answer;
 }
 
 }  // namespace pkgvet::cli

@@ -28,7 +28,7 @@ TEST(Options, CheckStartsOutWithDefaults) {
     EXPECT_THAT(options.check.judging.profiles, ElementsAre(Profiles::Regular));
     EXPECT_EQ(options.check.judging.validation, ValidationMode::Auto);
     EXPECT_EQ(options.check.judging.jobs, 0U);
-    EXPECT_EQ(options.check.judging.timeout, 120);
+    EXPECT_EQ(options.check.judging.limits.seconds, 120);
     EXPECT_THAT(options.check.policy.waivers, IsEmpty());
     EXPECT_EQ(options.check.policy.failOn, std::nullopt);
     EXPECT_EQ(options.check.report.format, Format::Text);
@@ -78,7 +78,7 @@ TEST(Options, EachFloorOfCheckReceivesItsOwn) {
     EXPECT_THAT(check.judging.profiles, ElementsAre(Profiles::Mdm));
     EXPECT_EQ(check.judging.validation, ValidationMode::Off);
     EXPECT_EQ(check.judging.jobs, 4U);
-    EXPECT_EQ(check.judging.timeout, 2.5);
+    EXPECT_EQ(check.judging.limits.seconds, 2.5);
     EXPECT_THAT(check.policy.waivers, ElementsAre("w"));
     EXPECT_TRUE(check.policy.showWaived);
     EXPECT_EQ(check.policy.baseline, "b");

@@ -92,7 +92,7 @@ TEST(FormatJson, PackageCarriesAllThatIsKnown) {
     EXPECT_EQ(report, Json::parse(R"({"path":"app.rpm","name":"org.example.app","version":"1.0",
         "release":"1","arch":"noarch","sha256":")" +
                                   std::string(64, 'a') + R"(",
-        "validation_enabled":true,"complete":true,"cause":null,"last_words":null,"passes":true,
+        "validation_enabled":true,"complete":true,"cause":null,"cause_code":null,"last_words":null,"passes":true,
         "judgements":[{"profile":"regular","meta_accepted":true,"content_accepted":true,
                        "accepted":true,"passes":true,"findings":[]}]})"));
 }

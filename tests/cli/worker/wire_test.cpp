@@ -1,4 +1,4 @@
-// What workers say and what is believed of it.
+// What judges say and what is believed of it.
 #include "cli/worker/wire.h"
 
 #include <gmock/gmock.h>
@@ -7,9 +7,9 @@
 namespace {
 
 using namespace pkgvet::cli;
-using testing::ElementsAre;
 using testing::IsEmpty;
 
+constexpr std::size_t kMostBytes = 1 << 20;
 const std::vector<std::string> kOneProfile = {"mdm"};
 const std::vector<std::string> kTwoProfiles = {"regular", "mdm"};
 
@@ -39,12 +39,12 @@ PackageReport sample() {
 
 std::optional<PackageReport> heard(const std::string& bytes,
                                    const std::vector<std::string>& profiles = kTwoProfiles) {
-    return decodeAnswer(bytes, profiles).report;
+    return decodeReport(bytes, profiles);
 }
 
 TEST(Wire, ReportComesThroughWithEveryByte) {
     const PackageReport report = sample();
-    const auto result = heard(reportMessage(report));
+    const auto result = heard(reportMessage(report, kMostBytes));
     ASSERT_TRUE(result);
     EXPECT_EQ(result->name, report.name);
     EXPECT_EQ(result->version, report.version);
@@ -72,23 +72,33 @@ TEST(Wire, ReportComesThroughWithEveryByte) {
 
 TEST(Wire, CauseComesWithoutJudgements) {
     PackageReport report;
-    report.cause = "broken";
-    const auto result = heard(reportMessage(report));
+    report.setCause({CauseCode::TooLarge, "broken"});
+    const auto result = heard(reportMessage(report, kMostBytes));
     ASSERT_TRUE(result);
     EXPECT_EQ(result->cause, "broken");
+    EXPECT_EQ(result->causeCode, CauseCode::TooLarge);
     EXPECT_THAT(result->judgements, IsEmpty());
     report.judgements.resize(2);
-    EXPECT_FALSE(heard(reportMessage(report)));
+    EXPECT_FALSE(heard(reportMessage(report, kMostBytes)));
+}
+
+TEST(Wire, CauseAndItsCodeComeTogether) {
+    PackageReport report;
+    report.cause = "broken";
+    EXPECT_FALSE(heard(reportMessage(report, kMostBytes)));
+    report = sample();
+    report.causeCode = CauseCode::Crashed;
+    EXPECT_FALSE(heard(reportMessage(report, kMostBytes)));
 }
 
 TEST(Wire, ReportForOtherProfilesIsNone) {
-    EXPECT_FALSE(heard(reportMessage(sample()), kOneProfile));
-    EXPECT_FALSE(heard(reportMessage(sample()), {"a", "b", "c"}));
-    EXPECT_FALSE(heard(reportMessage(PackageReport()), kOneProfile));
+    EXPECT_FALSE(heard(reportMessage(sample(), kMostBytes), kOneProfile));
+    EXPECT_FALSE(heard(reportMessage(sample(), kMostBytes), {"a", "b", "c"}));
+    EXPECT_FALSE(heard(reportMessage(PackageReport(), kMostBytes), kOneProfile));
 }
 
 TEST(Wire, AnythingShortOrLongIsNoReport) {
-    const std::string message = reportMessage(sample());
+    const std::string message = reportMessage(sample(), kMostBytes);
     for (std::size_t size = 0; size < message.size(); ++size) {
         EXPECT_FALSE(heard(message.substr(0, size))) << size;
     }
@@ -99,7 +109,7 @@ TEST(Wire, AnythingShortOrLongIsNoReport) {
 }
 
 TEST(Wire, ChangedBytesAreRefusedOrReadAsText) {
-    const std::string message = reportMessage(sample());
+    const std::string message = reportMessage(sample(), kMostBytes);
     for (std::size_t i = 0; i < message.size(); ++i) {
         for (const char value : {'\0', '\x01', '\x7f', '\xff'}) {
             std::string changed = message;
@@ -113,50 +123,13 @@ TEST(Wire, ChangedBytesAreRefusedOrReadAsText) {
 TEST(Wire, ReportAboveTheBoundIsOfAPackageThatCouldNotBeJudged) {
     PackageReport report = sample();
     report.judgements[0].findings.resize(1);
-    report.judgements[0].findings[0].message.assign(kMaxReportSize, 'x');
-    const std::string message = reportMessage(report);
-    EXPECT_LT(message.size(), kMaxAnswerSize);
+    report.judgements[0].findings[0].message.assign(kMostBytes, 'x');
+    const std::string message = reportMessage(report, kMostBytes);
+    EXPECT_LT(message.size(), kMostBytes);
     const auto result = heard(message);
     ASSERT_TRUE(result);
-    EXPECT_EQ(result->cause, "there is too much to say about it");
+    EXPECT_EQ(result->cause, "there is more to say about it than --max-report allows");
     EXPECT_THAT(result->judgements, IsEmpty());
-}
-
-TEST(Wire, OnlyDirectoriesOfTheProgramCount) {
-    struct Case {
-        std::string directory;
-        bool counts;
-    };
-    const Case cases[] = {
-        {"/tmp/dir.aB3xyz", true},
-        {"/tmp/pkgvet.aB3xyz", true},
-        {"/tmp/dir.aB3xy", false},
-        {"/tmp/dir.aB3xyzz", false},
-        {"/tmp/dir.a/../z", false},
-        {"/tmp/dir.../../", false},
-        {"/tmp/dir.", false},
-        {"/home", false},
-        {"", false},
-        {"tmp/dir.aB3xyz", false},
-        {std::string("/tmp/dir.aB3\0yz", 15), false},
-    };
-    for (const Case& test : cases) {
-        SCOPED_TRACE(test.directory);
-        const Answer answer =
-            decodeAnswer(directoryMessage(test.directory) + reportMessage(sample()), kTwoProfiles);
-        EXPECT_EQ(answer.directories.size(), test.counts ? 1U : 0U);
-        EXPECT_EQ(answer.report.has_value(), test.counts);
-    }
-}
-
-TEST(Wire, DirectoriesAreKnownWithoutAReport) {
-    const std::string message =
-        directoryMessage("/tmp/dir.aaaaaa") + directoryMessage("/tmp/dir.bbbbbb");
-    const auto both = ElementsAre("/tmp/dir.aaaaaa", "/tmp/dir.bbbbbb");
-    EXPECT_THAT(decodeAnswer(message, kOneProfile).directories, both);
-    EXPECT_THAT(decodeAnswer(message + "nonsense", kOneProfile).directories, both);
-    EXPECT_THAT(decodeAnswer(message.substr(0, message.size() - 1), kOneProfile).directories,
-                ElementsAre("/tmp/dir.aaaaaa"));
 }
 
 }  // namespace

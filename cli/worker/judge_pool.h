@@ -1,4 +1,4 @@
-// Workers, several at a time.
+// Judges, several at a time.
 #pragma once
 
 #include <chrono>
@@ -11,30 +11,36 @@
 
 #include "cli/base/progress.h"
 #include "cli/model/model.h"
+#include "cli/worker/judge_process.h"
+#include "cli/worker/outcome.h"
+#include "cli/worker/scratch_directory.h"
 #include "cli/worker/signal_watch.h"
-#include "cli/worker/worker_outcome.h"
-#include "cli/worker/worker_process.h"
+#include "cli/worker/template_process.h"
 
 namespace pkgvet::cli {
 
 struct PoolOptions {
-    std::vector<std::string> command;   // the arguments of a worker up to the path of its package
-    std::vector<std::string> profiles;  // the names of the profiles that it judges under
+    TemplateOptions judging;
+    std::vector<std::string> profiles;  // the names of the profiles that packages are judged under
+    std::string scratch;                // a directory to unpack in; empty for memory
     unsigned jobs = 1;
-    double timeout = 0;  // in seconds, for each package
 };
 
-// Has packages judged, each by a worker of its own, and hands the reports on in input order.
-class WorkerPool {
+// Has packages judged, each by a judge of its own, and hands the reports on in input order.
+class JudgePool {
 public:
     // Takes the report of a package. False to end the run.
     using Receiver = std::function<bool(PackageReport)>;
 
-    WorkerPool(std::vector<Input> inputs, PoolOptions options, Receiver receiver,
-               Progress* progress);
+    // Throws std::system_error when no process can be had.
+    JudgePool(std::vector<Input> inputs, PoolOptions options, Receiver receiver,
+              Progress* progress);
+
+    // What cages the judges.
+    const Sandbox& sandbox() const { return template_->sandbox(); }
 
     // Returns when all reports have been received, or after a signal or at the receiver's wish the
-    // ones that were ready. True when those were all. No worker is left.
+    // ones that were ready. True when those were all. No judge is left.
     bool run();
 
 private:
@@ -42,16 +48,18 @@ private:
 
     struct Job {
         std::size_t index;  // in inputs_
-        std::unique_ptr<WorkerProcess> process;
+        ScratchDirectory scratch;
+        std::unique_ptr<JudgeProcess> process;
         Clock::time_point start;
     };
 
     void startJobs();
-    void start(std::size_t index);
+    bool start(std::size_t index);
+    void renewTemplate();
     int waitingTime() const;
     void wait();
     void endJobs();
-    void conclude(Job* job, StopReason reason);
+    void conclude(Job* job, Stop stop);
     void keep(std::size_t index, PackageReport report);
     void handOn();
     void handOnTheRest();
@@ -62,6 +70,7 @@ private:
     PoolOptions options_;
     Receiver receiver_;
     Progress* progress_;
+    std::unique_ptr<TemplateProcess> template_;
     SignalWatch signals_;
     std::vector<Job> jobs_;
     std::size_t next_ = 0;      // to be started

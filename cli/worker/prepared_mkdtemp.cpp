@@ -1,30 +1,30 @@
-// Makes temporary directories, and says so beforehand.
-#include "cli/worker/announced_mkdtemp.h"
+// The program's own mkdtemp.
+#include "cli/worker/prepared_mkdtemp.h"
 
 #include <stdlib.h>
 #include <sys/random.h>
 #include <sys/stat.h>
-#include <unistd.h>
 
 #include <array>
 #include <cerrno>
 #include <cstring>
-#include <string>
 #include <string_view>
 
-#include "cli/worker/wire.h"
 #include "pkgvet/export.h"
 
 namespace {
 
 constexpr std::string_view kPlaceholder = "XXXXXX";
-constexpr std::string_view kAlphabet =
-    "abcdefghijklmnopqrstuvwxyzABCDEFGHIJKLMNOPQRSTUVWXYZ0123456789";
+// Without "s" and "o", so that no name makes ".so", which would make a shared object of every
+// executable below it.
+constexpr std::string_view kAlphabet = "abcdefghijklmnpqrtuvwxyzABCDEFGHIJKLMNPQRTUVWXYZ0123456789";
 constexpr int kAttempts = 100;
 
-// The descriptor, -1 for none. It belongs to the process as mkdtemp does, which has no other way to
-// learn of it.
-int announcements = -1;
+// It belongs to the process as mkdtemp does, which has no other way to learn of it.
+std::string& prepared() {
+    static std::string directory;
+    return directory;
+}
 
 bool fillIn(char* placeholder) {
     std::array<unsigned char, kPlaceholder.size()> random{};
@@ -37,40 +37,21 @@ bool fillIn(char* placeholder) {
     return true;
 }
 
-bool exists(const char* path) {
-    struct stat status {};
-    return lstat(path, &status) == 0;
-}
-
-bool announce(const char* directory) {
-    if (announcements < 0) {
-        return true;
-    }
-    // Short enough for a pipe to take it whole or not at all.
-    const std::string message = pkgvet::cli::directoryMessage(directory);
-    return write(announcements, message.data(), message.size()) ==
-           static_cast<ssize_t>(message.size());
-}
-
 }  // namespace
 
 // As the C library's, of which this takes the place.
 // NOLINTNEXTLINE(readability-inconsistent-declaration-parameter-name)
 extern "C" PKGVET_EXPORT char* mkdtemp(char* path) noexcept {
     const std::size_t size = strlen(path);
+    if (size > 0 && prepared().size() == size) {
+        return static_cast<char*>(memcpy(path, prepared().data(), size));
+    }
     if (!std::string_view(path, size).ends_with(kPlaceholder)) {
         errno = EINVAL;
         return nullptr;
     }
     for (int i = 0; i < kAttempts; ++i) {
         if (!fillIn(path + size - kPlaceholder.size())) {
-            return nullptr;
-        }
-        if (exists(path)) {
-            // Somebody else's: to announce it would have it removed.
-            continue;
-        }
-        if (!announce(path)) {
             return nullptr;
         }
         if (mkdir(path, S_IRWXU) == 0) {
@@ -85,8 +66,13 @@ extern "C" PKGVET_EXPORT char* mkdtemp(char* path) noexcept {
 
 namespace pkgvet::cli {
 
-void announceDirectories(int descriptor) {
-    announcements = descriptor;
+void prepareDirectory(const std::string& directory) {
+    prepared() = directory;
+}
+
+std::string makeDirectory(const std::string& pathTemplate) {
+    std::string path = pathTemplate;
+    return mkdtemp(path.data()) == nullptr ? std::string() : path;
 }
 
 }  // namespace pkgvet::cli

@@ -1,0 +1,155 @@
+// The life of a judge.
+#include "cli/worker/judge_main.h"
+
+#include <fcntl.h>
+#include <poll.h>
+#include <signal.h>
+#include <sys/prctl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <exception>
+#include <string_view>
+#include <system_error>
+#include <utility>
+
+#include "cli/worker/wire.h"
+
+namespace pkgvet::cli {
+
+namespace {
+
+constexpr const char* kNowhere = "/dev/null";
+constexpr const char* kNoWorld = "it could not be shut off from the machine: ";
+
+// Above the standard streams; nothing else is open in a judge.
+constexpr int kAnswer = 3;
+constexpr int kPackage = 4;
+constexpr int kScratch = 5;
+constexpr int kFirstFree = 6;
+
+[[noreturn]] void fail(const char* what) {
+    throw std::system_error(errno, std::generic_category(), what);
+}
+
+// Out of the way of the numbers that descriptors are moved to.
+Descriptor moved(Descriptor descriptor) {
+    Descriptor high(fcntl(descriptor.get(), F_DUPFD_CLOEXEC, kFirstFree));
+    if (!high.isOpen()) {
+        fail("cannot arrange descriptors");
+    }
+    return high;
+}
+
+void place(const Descriptor& descriptor, int number, int flags) {
+    if (dup3(descriptor.get(), number, flags) < 0) {
+        fail("cannot arrange descriptors");
+    }
+}
+
+// What is open in the template is none of a judge's business. The tools that it starts get the
+// standard streams alone.
+JudgeDescriptors arrange(JudgeDescriptors given) {
+    const Descriptor answer = moved(std::move(given.answer));
+    const Descriptor package = moved(std::move(given.package));
+    const Descriptor errors = moved(std::move(given.errors));
+    const Descriptor scratch =
+        given.scratch.isOpen() ? moved(std::move(given.scratch)) : Descriptor();
+    const Descriptor nowhere = moved(Descriptor(open(kNowhere, O_RDONLY | O_CLOEXEC)));
+    place(nowhere, STDIN_FILENO, 0);
+    place(errors, STDOUT_FILENO, 0);
+    place(errors, STDERR_FILENO, 0);
+    place(answer, kAnswer, O_CLOEXEC);
+    place(package, kPackage, O_CLOEXEC);
+    JudgeDescriptors arranged;
+    if (scratch.isOpen()) {
+        place(scratch, kScratch, O_CLOEXEC);
+        arranged.scratch = Descriptor(kScratch);
+    }
+    arranged.answer = Descriptor(kAnswer);
+    arranged.package = Descriptor(kPackage);
+    return arranged;
+}
+
+// The tools that unpack are in the group of this process and have no other end.
+void endGroup(int /*signal*/) {
+    kill(0, SIGKILL);
+}
+
+// Nothing is to go on once nobody waits for the answer, however the other process ended. Comes
+// after every change of ids and capabilities, which would undo it.
+void tieToParent(bool isolated) {
+    if (isolated) {
+        // With the first process of its namespaces, all others end.
+        prctl(PR_SET_PDEATHSIG, SIGKILL);
+    } else {
+        struct sigaction action {};
+        action.sa_handler = endGroup;
+        sigaction(SIGTERM, &action, nullptr);
+        prctl(PR_SET_PDEATHSIG, SIGTERM);
+    }
+    struct pollfd answer {
+        kAnswer, POLLOUT, 0
+    };
+    if (poll(&answer, 1, 0) != 1 || (answer.revents & (POLLERR | POLLNVAL)) != 0) {
+        _exit(1);
+    }
+}
+
+std::uint64_t sizeOf(const Descriptor& file) {
+    struct stat status {};
+    return fstat(file.get(), &status) == 0 ? static_cast<std::uint64_t>(status.st_size) : 0;
+}
+
+bool send(std::string_view message) {
+    while (!message.empty()) {
+        const ssize_t size = write(kAnswer, message.data(), message.size());
+        if (size < 0 && errno != EINTR) {
+            return false;
+        }
+        message.remove_prefix(size < 0 ? 0 : static_cast<std::size_t>(size));
+    }
+    return true;
+}
+
+PackageReport judgeInWorld(const WorldPlan& plan, const SystemCallFilter& filter,
+                           const JudgeFunction& judge, const JudgeDescriptors& descriptors,
+                           const Directories& directories) {
+    World world(plan, filter);
+    try {
+        world.enter(directories, descriptors.scratch, sizeOf(descriptors.package));
+    } catch (const std::exception& error) {
+        PackageReport report;
+        report.setCause({CauseCode::Crashed, std::string(kNoWorld) + error.what()});
+        return report;
+    }
+    tieToParent(plan.sandbox.namespaces);
+    Surroundings surroundings;
+    surroundings.package = descriptors.package.get();
+    surroundings.copyPath = world.copyPath();
+    surroundings.closeAround = [&world] { world.closeAround(); };
+    surroundings.limitMet = [&world] { return world.limitMet(); };
+    return judge(surroundings);
+}
+
+}  // namespace
+
+// The end of the answer tells the program of the end of this process, and must not come any sooner:
+// the descriptors outlive whatever is thrown. No destructors run at the end, as what they would
+// release ends with the process.
+void runJudge(const WorldPlan& plan, const SystemCallFilter& filter, const JudgeFunction& judge,
+              JudgeDescriptors descriptors, const Directories& directories) {
+    setpgid(0, 0);
+    JudgeDescriptors arranged;
+    try {
+        arranged = arrange(std::move(descriptors));
+        close_range(kFirstFree, ~0U, 0);
+        const PackageReport report = judgeInWorld(plan, filter, judge, arranged, directories);
+        _exit(send(reportMessage(report, plan.limits.report)) ? 0 : 1);
+    } catch (const std::exception&) {
+        _exit(1);
+    }
+}
+
+}  // namespace pkgvet::cli

@@ -1,0 +1,201 @@
+// Starts judges, waits for them and puts their reports in order.
+#include "cli/worker/judge_pool.h"
+
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/stat.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <cstring>
+#include <system_error>
+#include <utility>
+
+namespace pkgvet::cli {
+
+namespace {
+
+using Seconds = std::chrono::duration<double>;
+
+constexpr const char* kNoJudge = "no judge could be started: ";
+constexpr const char* kNotAFile = "not a regular file";
+// After which a person looks whether anything has moved.
+constexpr Seconds kProgressInterval{0.5};
+constexpr double kMilliseconds = 1000;
+
+PackageReport notJudged(const Cause& cause) {
+    PackageReport report;
+    report.setCause(cause);
+    return report;
+}
+
+// The package, opened once for all that is said of it. A pipe is not waited for.
+Descriptor openPackage(const std::string& path, Cause* cause) {
+    Descriptor package(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK));
+    struct stat status {};
+    if (!package.isOpen() || fstat(package.get(), &status) != 0) {
+        *cause = {CauseCode::Unreadable, std::strerror(errno)};
+        return Descriptor();
+    }
+    if (!S_ISREG(status.st_mode)) {
+        *cause = {CauseCode::Unreadable, kNotAFile};
+        return Descriptor();
+    }
+    return package;
+}
+
+}  // namespace
+
+JudgePool::JudgePool(std::vector<Input> inputs, PoolOptions options, Receiver receiver,
+                     Progress* progress)
+    : inputs_(std::move(inputs)),
+      options_(std::move(options)),
+      receiver_(std::move(receiver)),
+      progress_(progress) {
+    adoptOrphans();
+    template_ = std::make_unique<TemplateProcess>(options_.judging);
+}
+
+bool JudgePool::run() {
+    while (!interrupted_ && received_ < inputs_.size()) {
+        startJobs();
+        handOn();
+        if (!interrupted_ && !jobs_.empty()) {
+            progress_->draw();
+            wait();
+            endJobs();
+        }
+    }
+    const bool complete = received_ == inputs_.size();
+    for (Job& job : jobs_) {
+        conclude(&job, Stop::Interruption);
+    }
+    jobs_.clear();
+    handOnTheRest();
+    progress_->clear();
+    return complete;
+}
+
+void JudgePool::startJobs() {
+    while (jobs_.size() < options_.jobs && next_ < inputs_.size()) {
+        if (!start(next_)) {
+            return;
+        }
+        ++next_;
+    }
+}
+
+// False when there may be room for it once one of the others has ended.
+bool JudgePool::start(std::size_t index) {
+    if (!inputs_[index].cause.empty()) {
+        keep(index, notJudged({CauseCode::Unreadable, inputs_[index].cause}));
+        return true;
+    }
+    Cause cause;
+    const Descriptor package = openPackage(inputs_[index].path, &cause);
+    if (!package.isOpen()) {
+        keep(index, notJudged(cause));
+        return true;
+    }
+    try {
+        ScratchDirectory scratch(options_.scratch, template_->sandbox());
+        auto judge = std::make_unique<JudgeProcess>(
+            template_.get(), package.get(), scratch.descriptor(), options_.judging.limits.report);
+        jobs_.push_back({index, std::move(scratch), std::move(judge), Clock::now()});
+        return true;
+    } catch (const std::system_error& error) {
+        if (!jobs_.empty()) {
+            return false;
+        }
+        renewTemplate();
+        keep(index, notJudged({CauseCode::Crashed, kNoJudge + error.code().message()}));
+        return true;
+    }
+}
+
+// A template that something killed costs one package and not those behind it.
+void JudgePool::renewTemplate() {
+    if (template_->isAlive()) {
+        return;
+    }
+    template_.reset();
+    template_ = std::make_unique<TemplateProcess>(options_.judging);
+}
+
+// In milliseconds, as poll() takes it.
+int JudgePool::waitingTime() const {
+    const Clock::time_point now = Clock::now();
+    Seconds least =
+        progress_->isShown() ? kProgressInterval : Seconds(options_.judging.limits.seconds);
+    for (const Job& job : jobs_) {
+        least =
+            std::min(least, Seconds(options_.judging.limits.seconds) - Seconds(now - job.start));
+    }
+    // One more, or the last fraction would be spent in a loop.
+    return static_cast<int>(std::clamp(least.count() * kMilliseconds, 0.0, 1e9)) + 1;
+}
+
+void JudgePool::wait() {
+    std::vector<struct pollfd> descriptors = {{signals_.descriptor(), POLLIN, 0}};
+    for (const Job& job : jobs_) {
+        descriptors.push_back({job.process->answerDescriptor(), POLLIN, 0});
+        descriptors.push_back({job.process->errorDescriptor(), POLLIN, 0});
+    }
+    poll(descriptors.data(), descriptors.size(), waitingTime());
+    interrupted_ = interrupted_ || signals_.take();
+    for (const Job& job : jobs_) {
+        job.process->read();
+    }
+}
+
+void JudgePool::endJobs() {
+    for (Job& job : jobs_) {
+        // A judge that has said all may do so at the last moment.
+        if (job.process->isSilent()) {
+            conclude(&job, Stop::None);
+        } else if (isOverdue(job)) {
+            conclude(&job, Stop::Timeout);
+        }
+    }
+    jobs_.erase(std::remove_if(jobs_.begin(), jobs_.end(),
+                               [](const Job& job) { return job.process == nullptr; }),
+                jobs_.end());
+}
+
+bool JudgePool::isOverdue(const Job& job) const {
+    return Seconds(Clock::now() - job.start) >= Seconds(options_.judging.limits.seconds);
+}
+
+void JudgePool::conclude(Job* job, Stop stop) {
+    const std::vector<std::string> directories = job->process->directories();
+    PackageReport report = concludeJudge(job->process->end(), stop, directories, options_.profiles);
+    job->process.reset();
+    // An interrupted package is as one that was never begun.
+    if (stop != Stop::Interruption) {
+        report.seconds = Seconds(Clock::now() - job->start).count();
+        keep(job->index, std::move(report));
+    }
+}
+
+void JudgePool::keep(std::size_t index, PackageReport report) {
+    report.path = inputs_[index].path;
+    progress_->countDone();
+    ready_.emplace(index, std::move(report));
+}
+
+void JudgePool::handOn() {
+    while (!interrupted_ && !ready_.empty() && ready_.begin()->first == received_) {
+        interrupted_ = !receiver_(std::move(ready_.extract(ready_.begin()).mapped()));
+        ++received_;
+    }
+}
+
+// After an interruption the reports that waited for others wait no longer.
+void JudgePool::handOnTheRest() {
+    for (auto& [index, report] : std::exchange(ready_, {})) {
+        receiver_(std::move(report));
+        ++received_;
+    }
+}
+
+}  // namespace pkgvet::cli

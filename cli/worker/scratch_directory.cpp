@@ -1,0 +1,55 @@
+// Makes and removes scratch directories.
+#include "cli/worker/scratch_directory.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <exception>
+#include <system_error>
+#include <utility>
+
+#include "cli/worker/judge_user.h"
+#include "cli/worker/prepared_mkdtemp.h"
+#include "pkgvet/base/remove_tree.h"
+
+namespace pkgvet::cli {
+
+namespace {
+
+constexpr const char* kName = "/pkgvet.XXXXXX";
+
+}  // namespace
+
+ScratchDirectory::ScratchDirectory(const std::string& parent, const Sandbox& sandbox) {
+    if (parent.empty()) {
+        return;
+    }
+    path_ = makeDirectory(parent + kName);
+    const uid_t user = judgeUser(sandbox.namespaces);
+    descriptor_ = Descriptor(open(path_.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+    if (!descriptor_.isOpen() || (user != geteuid() && chown(path_.c_str(), user, user) != 0)) {
+        throw std::system_error(errno, std::generic_category(), "cannot make " + parent + kName);
+    }
+}
+
+ScratchDirectory::ScratchDirectory(ScratchDirectory&& other) noexcept
+    : path_(std::exchange(other.path_, std::string())), descriptor_(std::move(other.descriptor_)) {}
+
+ScratchDirectory& ScratchDirectory::operator=(ScratchDirectory&& other) noexcept {
+    std::swap(path_, other.path_);
+    descriptor_ = std::move(other.descriptor_);
+    return *this;
+}
+
+ScratchDirectory::~ScratchDirectory() {
+    try {
+        if (!path_.empty()) {
+            removeTree(path_);
+        }
+    } catch (const std::exception&) {
+        // What cannot be removed changes no verdict.
+    }
+}
+
+}  // namespace pkgvet::cli

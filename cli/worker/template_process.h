@@ -1,0 +1,77 @@
+// The process from which the judges are forked.
+#pragma once
+
+#include <sys/types.h>
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "cli/judge/judge.h"
+#include "cli/model/model.h"
+#include "cli/worker/limits.h"
+#include "cli/worker/sandbox.h"
+#include "pkgvet/base/descriptor.h"
+
+namespace pkgvet::cli {
+
+// What a judge does in its world.
+using JudgeFunction = std::function<PackageReport(const Surroundings&)>;
+
+struct TemplateOptions {
+    SandboxMode sandbox = SandboxMode::Auto;
+    Limits limits;
+    // Called once, in the template process: it reads what every judge needs.
+    std::function<JudgeFunction()> prepare;
+    // Directories beside the package that the rules read.
+    std::vector<std::string> readable;
+};
+
+// What a judge starts with. The descriptors stay the caller's.
+struct JudgeStart {
+    int package = -1;  // the package, at its beginning
+    int answer = -1;   // for what it says
+    int errors = -1;   // for its standard output and standard error
+    int scratch = -1;  // a directory to unpack in; -1 for memory
+};
+
+// A judge that has been started: a child of the caller, in a process group of its own.
+struct StartedJudge {
+    pid_t process = -1;
+    // Made for it, to be removed behind it; empty where its world has no trace outside.
+    std::vector<std::string> directories;
+};
+
+// A process of one thread that has prepared everything, and of which each judge is a copy: nothing
+// is executed, linked or read again for a package. It looks into no package. It ends with this
+// object, or with the process that made it, and then removes what judges left behind.
+class TemplateProcess {
+public:
+    // Throws std::system_error when no process can be had.
+    explicit TemplateProcess(const TemplateOptions& options);
+    TemplateProcess(const TemplateProcess&) = delete;
+    TemplateProcess(TemplateProcess&&) = delete;
+    TemplateProcess& operator=(const TemplateProcess&) = delete;
+    TemplateProcess& operator=(TemplateProcess&&) = delete;
+    ~TemplateProcess();
+
+    // What cages its judges: found out when it started.
+    const Sandbox& sandbox() const { return sandbox_; }
+
+    pid_t process() const { return process_; }
+    // Whether it can still start judges.
+    bool isAlive() const;
+
+    // Throws std::system_error when there is no process to be had, or no template any more.
+    StartedJudge start(const JudgeStart& start);
+    // Has to be told when a judge has ended and its directories are removed.
+    void finish(pid_t judge);
+
+private:
+    pid_t process_ = -1;
+    Descriptor channel_;
+    Sandbox sandbox_;
+};
+
+}  // namespace pkgvet::cli

@@ -1,0 +1,119 @@
+// Puts the parts of a world together.
+#include "cli/worker/world.h"
+
+#include <sys/resource.h>
+#include <sys/statvfs.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <system_error>
+
+#include "cli/worker/landlock.h"
+#include "cli/worker/prepared_mkdtemp.h"
+
+namespace pkgvet::cli {
+
+namespace {
+
+constexpr const char* kPrivateDirectory = "/tmp";
+constexpr const char* kCopyName = "/package.rpm";
+
+// What the shell, the two tools that unpack and the libraries of all of them are made of.
+constexpr std::array kPrograms = {"/usr", "/bin", "/sbin", "/lib", "/lib32", "/lib64"};
+constexpr std::array kSettings = {"/etc/ld.so.cache", "/etc/ld.so.conf", "/etc/ld.so.conf.d",
+                                  "/etc/rpm", "/proc/self"};
+constexpr const char* kTooLarge = "unpacked it is larger than --max-unpacked allows";
+constexpr const char* kTooManyFiles = "it holds more files than --max-files allows";
+
+constexpr fsblkcnt_t kFullBlocks = 16;
+
+constexpr const char* kNowhere = "/dev/null";
+
+// Of the private /tmp: directories and the copy, beside the files of the package.
+constexpr std::uint64_t kSpareFiles = 16;
+constexpr std::uint64_t kSpareBytes = std::uint64_t{1} << 20;
+
+}  // namespace
+
+void World::enter(const Directories& directories, const Descriptor& scratch,
+                  std::uint64_t packageSize) {
+    const bool isolated = plan_.sandbox.namespaces;
+    const Room room{plan_.limits.unpackedBytes + packageSize + kSpareBytes,
+                    plan_.limits.files + kSpareFiles};
+    if (isolated) {
+        WorldPaths paths =
+            furnishNamespaces(plan_.owner, plan_.group, room, scratch, plan_.readable);
+        copyPath_ = std::move(paths.copy);
+        root_ = std::move(paths.root);
+        tree_ = kPrivateDirectory;
+        limitCapabilities();
+    } else {
+        copyPath_ = directories.copy + kCopyName;
+        prepareDirectory(directories.tree);
+        tree_ = directories.tree;
+    }
+    applyLimits(plan_.limits, room.bytes, isolated);
+    if (plan_.sandbox.landlock) {
+        closeFiles(directories);
+    }
+    if (isolated || plan_.sandbox.landlock) {
+        filter_.apply();
+    }
+}
+
+void World::closeFiles(const Directories& directories) const {
+    LandlockRules rules;
+    for (const char* path : kPrograms) {
+        rules.permit(path, FileAccess::Execute);
+    }
+    for (const char* path : kSettings) {
+        rules.permit(path, FileAccess::Read);
+    }
+    for (const std::string& path : plan_.readable) {
+        rules.permit(path, FileAccess::Read);
+    }
+    rules.permit(kNowhere, FileAccess::Write);
+    if (plan_.sandbox.namespaces) {
+        rules.permit(kPrivateDirectory, FileAccess::Write);
+    } else {
+        rules.permit(directories.tree, FileAccess::Write);
+        rules.permit(directories.copy, FileAccess::Write);
+    }
+    rules.apply();
+}
+
+void World::closeAround() {
+    unlink(copyPath_.c_str());
+    if (root_.isOpen()) {
+        enterRoot(root_);
+        root_.reset();
+    }
+    if (plan_.sandbox.landlock) {
+        LandlockRules rules;
+        rules.permit(tree_, FileAccess::Read);
+        for (const std::string& path : plan_.readable) {
+            rules.permit(path, FileAccess::Read);
+        }
+        rules.apply();
+    }
+}
+
+// The private file system is full to the last page, or has no more files to give.
+Cause World::limitMet() const {
+    struct rusage usage {};
+    getrusage(RUSAGE_CHILDREN, &usage);
+    if (usage.ru_utime.tv_sec + usage.ru_stime.tv_sec >= plan_.limits.processorSeconds) {
+        return {CauseCode::OutOfTime, kOutOfProcessorTime};
+    }
+    struct statvfs room {};
+    if (!plan_.sandbox.namespaces || statvfs(tree_.c_str(), &room) != 0) {
+        return {};
+    }
+    if (room.f_ffree == 0) {
+        return {CauseCode::TooManyFiles, kTooManyFiles};
+    }
+    return room.f_bfree < kFullBlocks ? Cause{CauseCode::TooLarge, kTooLarge} : Cause{};
+}
+
+}  // namespace pkgvet::cli

@@ -1,0 +1,68 @@
+// The world in which one package is judged.
+#pragma once
+
+#include <sys/types.h>
+
+#include <string>
+#include <vector>
+
+#include "cli/model/model.h"
+#include "cli/worker/limits.h"
+#include "cli/worker/namespaces.h"
+#include "cli/worker/sandbox.h"
+#include "cli/worker/system_call_filter.h"
+#include "pkgvet/base/descriptor.h"
+
+namespace pkgvet::cli {
+
+// What is the same for all worlds of a run.
+struct WorldPlan {
+    Sandbox sandbox;
+    Limits limits;
+    // Whose processes judges are outside. With namespaces never the superuser's.
+    uid_t owner = 0;
+    gid_t group = 0;
+    // What the rules read beside the package, such as the schemas of managed configuration.
+    std::vector<std::string> readable;
+};
+
+// Directories made for one package where there are no namespaces to hide its own: the one in which
+// its payload is unpacked, and the one for its copy.
+struct Directories {
+    std::string tree;
+    std::string copy;
+};
+
+// Belongs to the process that judges one package, and is left only by its end.
+class World {
+public:
+    // filter outlives the world.
+    World(const WorldPlan& plan, const SystemCallFilter& filter) : plan_(plan), filter_(filter) {}
+
+    // Makes the world that the plan says, or throws std::system_error: there is never less of it.
+    // packageSize bytes beside what is unpacked find room in it. Directories are used where there
+    // are no namespaces, scratch, if open, where there are.
+    void enter(const Directories& directories, const Descriptor& scratch,
+               std::uint64_t packageSize);
+
+    // Where the copy of the package goes; a name that is safe in a shell.
+    const std::string& copyPath() const { return copyPath_; }
+
+    // Once the payload is unpacked: from now on it is all that can be read. With namespaces it is
+    // also all that can be seen, under the path that it had.
+    void closeAround();
+
+    // The limit that unpacking met, without a code when it met none.
+    Cause limitMet() const;
+
+private:
+    void closeFiles(const Directories& directories) const;
+
+    const WorldPlan& plan_;
+    const SystemCallFilter& filter_;
+    std::string copyPath_;
+    std::string tree_;  // where the payload is, at the least
+    Descriptor root_;
+};
+
+}  // namespace pkgvet::cli

@@ -1,0 +1,194 @@
+// How judges end, and what becomes of what they leave.
+#include "cli/worker/template_process.h"
+
+#include <fcntl.h>
+#include <gmock/gmock.h>
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <chrono>
+#include <filesystem>
+#include <fstream>
+#include <new>
+#include <thread>
+#include <vector>
+
+#include "cli/worker/channel.h"
+#include "cli/worker/judge_process.h"
+#include "cli/worker/pipe.h"
+#include "tests/support/judge_run.h"
+#include "tests/support/running_program.h"
+#include "tests/support/temporary_directory.h"
+
+namespace {
+
+using namespace pkgvet::cli;
+using testing::HasSubstr;
+
+namespace fs = std::filesystem;
+
+constexpr const char* kHelper = "pkgvet-helper-of-a-test";
+
+std::string causeOf(const JudgeFunction& judge, SandboxMode sandbox, const Limits& limits = {}) {
+    const PackageReport report = runJudge(judge, sandbox, limits);
+    return std::string(causeCodeName(report.causeCode)) + ": " + report.cause;
+}
+
+// How many processes of this machine have this name.
+std::size_t processesCalled(const std::string& name) {
+    std::size_t count = 0;
+    for (const auto& entry : fs::directory_iterator("/proc")) {
+        std::ifstream stream(entry.path() / "comm");
+        std::string comm;
+        count += std::getline(stream, comm) && comm == name.substr(0, 15) ? 1 : 0;
+    }
+    return count;
+}
+
+class TemplateProcess : public testing::TestWithParam<SandboxMode> {};
+
+TEST_P(TemplateProcess, JudgeThatAnswersIsHeard) {
+    const PackageReport report =
+        runJudge([](const Surroundings&) { return acceptedReport("org.example.app"); }, GetParam());
+    EXPECT_TRUE(report.judged()) << report.cause;
+    EXPECT_EQ(report.name, "org.example.app");
+}
+
+TEST_P(TemplateProcess, EndsOfJudgesAreCauses) {
+    struct Case {
+        const char* name;
+        JudgeFunction judge;
+        std::string cause;
+    };
+    const Case cases[] = {
+        {"kill",
+         [](const Surroundings&) -> PackageReport {
+             raise(SIGKILL);
+             _exit(0);
+         },
+         "crashed: the judge "},
+        {"abort", [](const Surroundings&) -> PackageReport { std::abort(); },
+         "crashed: the judge was ended by signal 6 (Aborted)"},
+        {"status", [](const Surroundings&) -> PackageReport { _exit(3); },
+         "crashed: the judge ended with status 3"},
+        {"silence", [](const Surroundings&) -> PackageReport { _exit(0); },
+         "crashed: the judge gave no valid answer"},
+        {"exception", [](const Surroundings&) -> PackageReport { throw std::runtime_error("x"); },
+         "crashed: the judge ended with status 1"},
+    };
+    for (const Case& test : cases) {
+        SCOPED_TRACE(test.name);
+        EXPECT_THAT(causeOf(test.judge, GetParam()), testing::StartsWith(test.cause));
+    }
+}
+
+TEST_P(TemplateProcess, ProcessorTimeIsBounded) {
+    Limits limits;
+    limits.processorSeconds = 1;
+    const auto spin = [](const Surroundings&) -> PackageReport {
+        while (getppid() >= 0) {
+        }
+        return {};
+    };
+    EXPECT_EQ(causeOf(spin, GetParam(), limits),
+              "out-of-time: it took more processor time than --cpu-time allows");
+}
+
+TEST_P(TemplateProcess, AnswerIsBounded) {
+    Limits limits;
+    limits.report = 1000;
+    const auto talk = [](const Surroundings&) { return acceptedReport(std::string(2000, 'x')); };
+    EXPECT_EQ(causeOf(talk, GetParam(), limits),
+              "too-large: there is more to say about it than --max-report allows");
+}
+
+TEST_P(TemplateProcess, LastLineOnStandardErrorIsKept) {
+    const PackageReport report = runJudge(
+        [](const Surroundings&) -> PackageReport {
+            for (int i = 0; i < 100000; ++i) {
+                static_cast<void>(write(STDERR_FILENO, "noise\n", 6));
+            }
+            static_cast<void>(write(STDERR_FILENO, "the end\n", 8));
+            _exit(3);
+        },
+        GetParam());
+    EXPECT_EQ(report.lastErrorLine, "the end");
+}
+
+TEST_P(TemplateProcess, WhatAJudgeStartedEndsWithIt) {
+    const auto leaveBehind = [](const Surroundings&) {
+        if (fork() == 0) {
+            if (fork() == 0) {
+                execl("/bin/sh", kHelper, "-c", "exec -a x sleep 1000; sleep 1000",
+                      static_cast<char*>(nullptr));
+            }
+            _exit(0);
+        }
+        return acceptedReport("x");
+    };
+    const std::size_t before = processesCalled("sleep");
+    runJudge(leaveBehind, GetParam());
+    EXPECT_TRUE(waitUntil([before] { return processesCalled("sleep") <= before; }));
+}
+
+INSTANTIATE_TEST_SUITE_P(Each, TemplateProcess,
+                         testing::Values(SandboxMode::Auto, SandboxMode::Off),
+                         [](const auto& mode) {
+                             return mode.param == SandboxMode::Auto ? "Auto" : "Off";
+                         });
+
+TEST(Template, IsOnlyAliveUntilItIsKilled) {
+    TemplateOptions options;
+    options.prepare = [] {
+        return [](const Surroundings&) {
+            // The template is the parent of nobody here; it is found by its channel alone.
+            return acceptedReport("x");
+        };
+    };
+    pkgvet::cli::TemplateProcess from(options);
+    EXPECT_TRUE(from.isAlive());
+    kill(from.process(), SIGKILL);
+    EXPECT_TRUE(waitUntil([&from] { return !from.isAlive(); }));
+    const pkgvet::Descriptor package(open("/dev/null", O_RDONLY));
+    EXPECT_THROW(JudgeProcess(&from, package.get(), -1, 100), std::system_error);
+}
+
+// Without namespaces there are directories in /tmp, which the template removes when the program
+// cannot.
+TEST(Template, ClearsUpBehindAProgramThatWasKilled) {
+    const TemporaryDirectory notes;
+    const std::string note = notes / "note";
+    const pid_t program = fork();
+    ASSERT_GE(program, 0);
+    if (program == 0) {
+        adoptOrphans();
+        TemplateOptions options;
+        options.sandbox = SandboxMode::Off;
+        options.prepare = [] {
+            return [](const Surroundings& surroundings) -> PackageReport {
+                std::ofstream(surroundings.copyPath) << "x" << std::flush;
+                std::this_thread::sleep_for(std::chrono::hours(1));
+                return {};
+            };
+        };
+        pkgvet::cli::TemplateProcess from(options);
+        const pkgvet::Descriptor package(open("/dev/null", O_RDONLY));
+        JudgeProcess judge(&from, package.get(), -1, 100);
+        std::ofstream(note + ".new") << judge.directories()[0] << '\n' << judge.directories()[1];
+        fs::rename(note + ".new", note);
+        std::this_thread::sleep_for(std::chrono::hours(1));
+        _exit(0);
+    }
+    ASSERT_TRUE(waitUntil([&note] { return fs::exists(note); }));
+    kill(program, SIGKILL);
+    waitpid(program, nullptr, 0);
+    std::ifstream stream(note);
+    std::string tree;
+    std::string copy;
+    stream >> tree >> copy;
+    EXPECT_THAT(tree, testing::StartsWith("/tmp/dir."));
+    EXPECT_TRUE(waitUntil([&] { return !fs::exists(tree) && !fs::exists(copy); }));
+}
+
+}  // namespace
