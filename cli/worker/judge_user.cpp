@@ -5,7 +5,10 @@
 #include <sys/prctl.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <array>
 #include <cerrno>
+#include <fstream>
 #include <system_error>
 
 namespace pkgvet::cli {
@@ -14,10 +17,29 @@ namespace {
 
 constexpr uid_t kNobody = 65534;
 
+constexpr std::array kMaps = {"/proc/self/uid_map", "/proc/self/gid_map"};
+
+// Whether the map of ids knows nobody. That of a namespace which an ordinary user made does not;
+// its superuser is that user outside, and gives up no more by becoming another.
+bool knowsNobody(const char* map) {
+    std::ifstream stream(map);
+    unsigned long inner = 0;
+    unsigned long outer = 0;
+    unsigned long count = 0;
+    while (stream >> inner >> outer >> count) {
+        if (inner <= kNobody && kNobody - inner < count) {
+            return true;
+        }
+    }
+    return false;
+}
+
 }  // namespace
 
 uid_t judgeUser(bool hasNamespaces) {
-    return hasNamespaces && geteuid() == 0 ? kNobody : geteuid();
+    const bool gives =
+        hasNamespaces && geteuid() == 0 && std::all_of(kMaps.begin(), kMaps.end(), knowsNobody);
+    return gives ? kNobody : geteuid();
 }
 
 void becomeJudgeUser(bool hasNamespaces) {

@@ -5,8 +5,8 @@
 
 namespace pkgvet::cli {
 
-// The caller, unless that is the superuser and judges have namespaces: there they are nobody's, and
-// have the powers that they need inside.
+// The caller, unless that is the machine's superuser and judges have namespaces: there they are
+// nobody's, and have the powers that they need inside.
 uid_t judgeUser(bool hasNamespaces);
 
 // Becomes that user, for good. Throws std::system_error.
