@@ -35,8 +35,9 @@ namespace {
 using ManagedConfiguration::Validator::ParamFileValidator;
 
 constexpr const char* kExitStatuses =
-    "Exit status: 0 every package was accepted; 1 at least one was rejected; 2 usage error or a\n"
-    "rule tree that cannot be used; 3 at least one package could not be judged (3 outranks 1).";
+    "Exit status: 0 every package was accepted; 1 at least one was rejected; 2 usage error, or a\n"
+    "rule tree or sandbox that cannot be used; 3 at least one package could not be judged\n"
+    "(3 outranks 1).";
 
 // Whether there is nothing to complain of.
 bool isSound(const std::vector<Fault>& faults) {

@@ -28,6 +28,13 @@ constexpr std::uint64_t kLeastBytes = std::uint64_t{1} << 10;
 constexpr std::uint64_t kLeastMemory = std::uint64_t{64} << 20;
 constexpr unsigned kMostFiles = 1'000'000'000;
 
+Option scratchOption(std::string* directory) {
+    Option option =
+        fileOption("--scratch", directory, "Directory on disk to unpack in [none: in memory]");
+    option.argument = "DIRECTORY";
+    return option;
+}
+
 // The limits as options. Each names itself in the cause of a package that meets it.
 std::vector<Option> limitOptions(JudgingOptions* options) {
     Limits& limits = options->limits;
@@ -67,8 +74,7 @@ std::vector<Option> judgingOptions(JudgingOptions* options) {
                      "Packages judged at once [the processors]"),
         choiceOption("--sandbox", kSandboxModes, &options->sandbox,
                      "How much packages are shut off from the machine [auto]"),
-        fileOption("--scratch", &options->scratch,
-                   "Directory on disk to unpack in [none: in memory]"),
+        scratchOption(&options->scratch),
     };
     const std::vector<Option> limits = limitOptions(options);
     all.insert(all.end(), limits.begin(), limits.end());

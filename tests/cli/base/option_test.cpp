@@ -111,4 +111,35 @@ TEST(TimeOption, TakesSecondsInItsRange) {
     }
 }
 
+TEST(Option, SizesHaveUnits) {
+    struct Case {
+        const char* text;
+        std::string error;
+        std::uint64_t bytes;
+    };
+    constexpr std::uint64_t kBefore = 7;
+    const Case cases[] = {
+        {"4096", "", 4096},
+        {"1024K", "", 1 << 20},
+        {"3M", "", 3 << 20},
+        {"16777216G", "", std::uint64_t{1} << 54},
+        {"1023", "1023 is less than 1024", kBefore},
+        {"0", "0 is less than 1024", kBefore},
+        {"", " is not a size such as 512M", kBefore},
+        {"M", "M is not a size such as 512M", kBefore},
+        {"4m", "4m is not a size such as 512M", kBefore},
+        {"4MB", "4MB is not a size such as 512M", kBefore},
+        {"-4M", "-4M is not a size such as 512M", kBefore},
+        {"1.5G", "1.5G is not a size such as 512M", kBefore},
+        {"18446744073709551615G", "18446744073709551615G is not a size such as 512M", kBefore},
+    };
+    for (const Case& test : cases) {
+        SCOPED_TRACE(test.text);
+        std::uint64_t bytes = kBefore;
+        const Option option = sizeOption("--size", &bytes, 1024, "A size");
+        EXPECT_EQ(option.set(test.text), test.error);
+        EXPECT_EQ(bytes, test.bytes);
+    }
+}
+
 }  // namespace

@@ -1,0 +1,128 @@
+// One package on its way through the library.
+#include "cli/judge/judge.h"
+
+#include <fcntl.h>
+#include <gmock/gmock.h>
+
+#include "cli/worker/prepared_mkdtemp.h"
+#include "pkgvet/base/descriptor.h"
+#include "pkgvet/base/remove_tree.h"
+#include "pkgvet/rules/configuration.h"
+#include "tests/support/captured_log.h"
+#include "tests/support/package_builder.h"
+#include "tests/support/rule_tree.h"
+#include "tests/support/temporary_directory.h"
+
+namespace {
+
+using namespace pkgvet::cli;
+using testing::StartsWith;
+
+class Judge : public testing::Test {
+protected:
+    // What comes of the file, which a judge finds open.
+    PackageReport judged(const std::string& file, const std::vector<Configuration>& rules) {
+        const pkgvet::Descriptor package(open(file.c_str(), O_RDONLY | O_CLOEXEC));
+        Surroundings surroundings;
+        surroundings.package = package.get();
+        surroundings.copyPath = directory_ / "copy.rpm";
+        surroundings.closeAround = [this] { ++closed_; };
+        surroundings.limitMet = [this] { return limit_; };
+        RpmSession rpm;
+        const CapturedDescriptor noiseOfTools;
+        return judge(surroundings, rules, &rpm);
+    }
+
+    PackageReport judged(const std::string& file) { return judged(file, {load(RuleTree())}); }
+
+    // A tree that a judge left is of no more use to it.
+    void SetUp() override {
+        tree_ = makeDirectory("/tmp/dir.XXXXXX");
+        prepareDirectory(tree_);
+    }
+    void TearDown() override {
+        prepareDirectory("");
+        pkgvet::removeTree(tree_);
+    }
+
+    TemporaryDirectory directory_;
+    std::string tree_;
+    Cause limit_;
+    int closed_ = 0;
+};
+
+TEST_F(Judge, ReportTellsOfThePackageAndItsVerdict) {
+    const std::string file = PackageBuilder("org.example.app").build(directory_);
+    const PackageReport report = judged(file);
+    EXPECT_TRUE(report.judged()) << report.cause;
+    EXPECT_EQ(report.name, "org.example.app");
+    EXPECT_EQ(report.version, "1.0");
+    EXPECT_EQ(report.release, "1");
+    EXPECT_EQ(report.arch, "noarch");
+    EXPECT_EQ(report.sha256.size(), 64U);
+    EXPECT_EQ(readFile(directory_ / "copy.rpm"), readFile(file));
+    EXPECT_EQ(closed_, 1);
+    ASSERT_EQ(report.judgements.size(), 1U);
+    EXPECT_TRUE(report.judgements[0].metaAccepted);
+    EXPECT_FALSE(report.judgements[0].contentAccepted);
+    EXPECT_FALSE(report.judgements[0].findings.empty());
+}
+
+TEST_F(Judge, EachConfigurationHasAJudgementOfItsOwn) {
+    RuleTree lenient;
+    lenient.profiles[5].name = "lenient";
+    const PackageReport report =
+        judged(PackageBuilder("org.example.app").script("%post\ntrue").build(directory_),
+               {load(RuleTree()), load(lenient, Profiles::Market)});
+    ASSERT_EQ(report.judgements.size(), 2U);
+    EXPECT_EQ(report.judgements[0].profile, "regular");
+    EXPECT_EQ(report.judgements[1].profile, "lenient");
+    EXPECT_EQ(report.judgements[0].findings.size(), report.judgements[1].findings.size());
+}
+
+TEST_F(Judge, WhatIsNotAPackageIsNotUnpacked) {
+    const PackageReport report = judged(directory_.write("text", "not a package"));
+    EXPECT_EQ(report.causeCode, CauseCode::NotAPackage);
+    EXPECT_THAT(report.cause, StartsWith("not an RPM package"));
+    EXPECT_EQ(report.sha256.size(), 64U);
+    EXPECT_EQ(closed_, 0);
+}
+
+TEST_F(Judge, PayloadThatDoesNotUnpackIsNotJudged) {
+    const std::string whole = readFile(PackageBuilder("org.example.app")
+                                           .file("/usr/share/x", std::string(100000, 'x'))
+                                           .build(directory_));
+    const std::string cut = directory_.write("cut.rpm", whole.substr(0, whole.size() - 100));
+    const PackageReport report = judged(cut);
+    EXPECT_EQ(report.causeCode, CauseCode::UnpackFailed);
+    EXPECT_EQ(report.cause, "the payload did not unpack");
+    EXPECT_EQ(report.name, "org.example.app");
+    EXPECT_EQ(closed_, 0);
+}
+
+TEST_F(Judge, LimitThatUnpackingMetIsTheCause) {
+    limit_ = {CauseCode::TooLarge, "too much"};
+    const std::string whole = readFile(PackageBuilder("org.example.app").build(directory_));
+    const PackageReport report =
+        judged(directory_.write("cut.rpm", whole.substr(0, whole.size() - 10)));
+    EXPECT_EQ(report.causeCode, CauseCode::TooLarge);
+    EXPECT_EQ(report.cause, "too much");
+}
+
+TEST_F(Judge, ExceptionOutOfARuleIsTheCause) {
+    RuleTree broken;
+    broken.regular().requires_.allowed = {"("};
+    const PackageReport report = judged(
+        PackageBuilder("org.example.app").tag("Requires: foo").build(directory_), {load(broken)});
+    EXPECT_EQ(report.causeCode, CauseCode::RuleFailed);
+    EXPECT_THAT(report.cause, StartsWith("a rule failed: "));
+    EXPECT_TRUE(report.judgements.empty());
+}
+
+TEST_F(Judge, PackageThatCannotBeReadIsNotJudged) {
+    const PackageReport report = judged(directory_.path());
+    EXPECT_EQ(report.causeCode, CauseCode::Unreadable);
+    EXPECT_EQ(report.cause, "Is a directory");
+}
+
+}  // namespace
