@@ -58,12 +58,7 @@ std::span<const std::string_view> Entry::related() const {
 }
 
 std::span<const Piece> Entry::pieces() const {
-    if (message != nullptr) {
-        return message->pieces();
-    }
-    return {composition.begin(),
-            std::find_if(composition.begin(), composition.end(),
-                         [](const Piece& piece) { return piece.kind == Piece::Kind::None; })};
+    return message == nullptr ? std::span<const Piece>() : message->pieces();
 }
 
 const std::vector<Chapter>& chapters() {

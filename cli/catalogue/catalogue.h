@@ -31,7 +31,6 @@ struct Entry {
     std::array<std::string_view, 4> relatedIds = {};
     // What the library writes. Null for what no rule of its own writes.
     const Message* message = nullptr;
-    std::array<Piece, 7> composition = {};
 
     std::span<const std::string_view> related() const;
     std::span<const Piece> pieces() const;

@@ -1,18 +1,9 @@
-// The tables of which the catalogue is made, and what they share.
+// The chapters of the catalogue, each in a source of its own.
 #pragma once
 
 #include "cli/catalogue/catalogue.h"
 
 namespace pkgvet::cli {
-
-constexpr Piece words(std::string_view text) {
-    Piece piece(Piece::Kind::Words);
-    piece.words = text;
-    return piece;
-}
-
-inline constexpr Piece kData{Piece::Kind::Detail};
-inline constexpr Piece kOpen{"["};
 
 Chapter headerChapter();
 Chapter desktopChapter();
