@@ -25,7 +25,7 @@ constexpr Entry kEntries[] = {
             "programs in the other byte order do not run.",
      .fix = "If the file is data, such as a script that the application reads, take its execute "
             "permission away in the .spec file. If it is a program, compile it for the device. "
-            "Start no shell scripts: let the application do what they do.",
+            "Do not start shell scripts: let the application do what they do.",
      .example = "install -D -m 0644 rules.js %{buildroot}%{_datadir}/%{name}/rules.js\n",
      .relatedIds = {"file-executable", "main-binary-not-executable"},
      .message = &kExecutableBadFormat},

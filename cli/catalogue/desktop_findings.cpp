@@ -94,7 +94,7 @@ constexpr Entry kEntries[] = {
                "`qtquick2` or `qt5`.",
      .why = "The type selects the process in which the launcher starts the application.",
      .fix = "Set the key in the group `Desktop Entry` of the desktop file. If it is there, the "
-            "file as a whole is not a valid key file, or the value is none of these words.",
+            "file as a whole is not a valid key file, or the value is not one of these words.",
      .example = "[Desktop Entry]\n"
                 "X-Dorrit-Application-Type=ostrand-qt5\n",
      .relatedIds = {"desktop-name-missing", "desktop-exec-invalid", "desktop-type-invalid"},
