@@ -9,35 +9,41 @@ namespace pkgvet::cli {
 
 namespace {
 
-// Lines about no finding bear these in place of a rule's id.
-constexpr std::string_view kNotJudged = ": error: not-judged: ";
-constexpr std::string_view kNotice = "pkgvet: info: notice: ";
-constexpr std::string_view kPartial = "pkgvet: error: partial: the run was interrupted\n";
+// Stands in place of a path where a line is about the run.
+constexpr std::string_view kTool = "pkgvet";
+
+// The one form of all lines, which editors and scripts split at the colons.
+void writeLine(std::string_view path, std::string_view severity, std::string_view id,
+               std::string_view text, std::ostream& stream) {
+    stream << path << ": " << severity << ": " << id << ": " << text << '\n';
+}
 
 }  // namespace
 
 void addConcise(const PackageReport& package, const ReportStyle& style, std::ostream& stream) {
     const std::string path = printable(package.path);
     if (!package.judged()) {
-        stream << path << kNotJudged << printable(package.cause) << '\n';
+        writeLine(path, severityName(Severity::Error), kNotJudgedId, printable(package.cause),
+                  stream);
     }
     for (const MergedFinding& merged : mergedFindings(package)) {
         const Finding& finding = *merged.finding;
         if (finding.standing != Standing::Counts && !style.showWaived) {
             continue;
         }
-        stream << path << ": " << severityName(finding.severity) << ": " << finding.rule << ": "
-               << printable(finding.message + standingNote(finding) + profilesNote(package, merged))
-               << '\n';
+        writeLine(
+            path, severityName(finding.severity), finding.rule,
+            printable(finding.message + standingNote(finding) + profilesNote(package, merged)),
+            stream);
     }
 }
 
 void finishConcise(const RunReport& run, const ReportStyle& /*style*/, std::ostream& stream) {
     for (const std::string& notice : run.notices) {
-        stream << kNotice << printable(notice) << '\n';
+        writeLine(kTool, severityName(Severity::Info), kNoticeId, printable(notice), stream);
     }
     if (run.partial) {
-        stream << kPartial;
+        writeLine(kTool, severityName(Severity::Error), kPartialId, kInterruptedText, stream);
     }
 }
 

@@ -12,7 +12,6 @@ namespace pkgvet::cli {
 namespace {
 
 constexpr std::string_view kTool = "pkgvet";
-constexpr std::string_view kNotJudged = "not-judged";
 
 // What a command's text may not hold as such; a property ends at colons and commas as well.
 constexpr std::string_view kDataSpecials = "%\r\n";
@@ -60,7 +59,7 @@ std::string fixOf(const Finding& finding) {
 
 void addGithub(const PackageReport& package, const ReportStyle& style, std::ostream& stream) {
     if (!package.judged()) {
-        writeCommand("error", package.path, kNotJudged, printable(package.cause), stream);
+        writeCommand("error", package.path, kNotJudgedId, printable(package.cause), stream);
     }
     for (const MergedFinding& merged : mergedFindings(package)) {
         const Finding& finding = *merged.finding;

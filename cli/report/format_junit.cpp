@@ -37,7 +37,6 @@ struct Suite {
 
 constexpr std::string_view kTool = "pkgvet";
 constexpr std::string_view kVerdict = "verdict";
-constexpr std::string_view kNotJudged = "not-judged";
 
 // XML forbids most control characters even as references; printable() leaves none of them.
 std::string xmlText(std::string_view text) {
@@ -122,10 +121,11 @@ Suite suiteOf(const PackageReport& package, const Judgement& judgement, Severity
 Suite suiteOfRun(const RunReport& run) {
     Suite suite = {std::string(kTool), 0, {}};
     for (const std::string& notice : run.notices) {
-        suite.cases.push_back({"notice", Outcome::Passed, "", notice});
+        suite.cases.push_back({std::string(kNoticeId), Outcome::Passed, "", notice});
     }
     if (run.partial) {
-        suite.cases.push_back({"run", Outcome::Error, "partial", "the run was interrupted"});
+        suite.cases.push_back(
+            {"run", Outcome::Error, std::string(kPartialId), std::string(kInterruptedText)});
     }
     return suite;
 }
@@ -136,7 +136,7 @@ std::vector<Suite> suitesOf(const RunReport& run, const ReportStyle& style) {
         if (!package.judged()) {
             suites.push_back({package.path,
                               package.seconds,
-                              {{std::string(kVerdict), Outcome::Error, std::string(kNotJudged),
+                              {{std::string(kVerdict), Outcome::Error, std::string(kNotJudgedId),
                                 package.cause}}});
             continue;
         }

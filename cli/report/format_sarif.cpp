@@ -23,8 +23,6 @@ using Json = nlohmann::ordered_json;
 
 constexpr const char* kSchema =
     "https://docs.oasis-open.org/sarif/sarif/v2.1.0/errata01/os/schemas/sarif-schema-2.1.0.json";
-constexpr const char* kNotJudged = "not-judged";
-constexpr const char* kPartial = "partial";
 
 const std::string kFileScheme = "file://";
 // What stands for itself in a URI beside letters and digits.
@@ -176,7 +174,7 @@ Json resultsJson(const RunReport& run, const RuleIndex& index) {
     return results;
 }
 
-Json notification(const char* id, const char* level, const std::string& text) {
+Json notification(std::string_view id, const char* level, const std::string& text) {
     return {{"descriptor", {{"id", id}}}, {"level", level}, {"message", foreignMessage(text)}};
 }
 
@@ -185,18 +183,18 @@ Json invocationJson(const RunReport& run) {
     for (const PackageReport& package : run.packages) {
         if (!package.judged()) {
             Json failure = notification(
-                kNotJudged, "error",
+                kNotJudgedId, "error",
                 printable(package.path) + " could not be judged: " + printable(package.cause));
             failure["locations"] = Json::array({{{"physicalLocation", physicalLocation(package)}}});
             notifications.push_back(std::move(failure));
         }
     }
     if (run.partial) {
-        notifications.push_back(notification(kPartial, "error", "the run was interrupted"));
+        notifications.push_back(notification(kPartialId, "error", std::string(kInterruptedText)));
     }
     const bool isWhole = notifications.empty();
     for (const std::string& notice : run.notices) {
-        notifications.push_back(notification("notice", "note", notice));
+        notifications.push_back(notification(kNoticeId, "note", notice));
     }
     return {{"executionSuccessful", isWhole},
             {"toolExecutionNotifications", std::move(notifications)}};

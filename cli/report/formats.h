@@ -3,6 +3,7 @@
 
 #include <ostream>
 #include <string>
+#include <string_view>
 
 #include "cli/model/model.h"
 
@@ -27,6 +28,13 @@ struct ReportStyle {
     bool notJudged = false;
     Severity failOn = Severity::Error;  // the least severity that counts against a package
 };
+
+// What stands in place of the id of a rule where a report tells of something other than a finding.
+inline constexpr std::string_view kNotJudgedId = "not-judged";
+inline constexpr std::string_view kPartialId = "partial";
+inline constexpr std::string_view kNoticeId = "notice";
+
+inline constexpr std::string_view kInterruptedText = "the run was interrupted";
 
 // A format is two steps over plain data, which keep nothing in between. Reports are the same byte
 // for byte for the same run, save for timings, and legal in their format whatever bytes a package
