@@ -20,7 +20,7 @@ public:
 
     bool isOpen() const { return file_.descriptor.isOpen(); }
     int descriptor() const { return file_.descriptor.get(); }
-    // As it was on opening; 0 for a file that the kernel makes up.
+    // As it was on opening; 0 for a file that the kernel generates.
     std::uint64_t size() const { return file_.size; }
 
     // Whether size bytes at offset lie inside the file as it was on opening.

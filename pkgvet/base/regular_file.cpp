@@ -17,13 +17,13 @@ namespace {
 
 constexpr const char* kReadMode = "rb";
 
-// What path leads to may change between the look at it and the open, hence the second look and an
-// open that waits for nobody.
+// What path leads to may change between stat and open. Hence an open that does not wait for the
+// other end of a fifo, and a second look, at what was opened.
 constexpr int kOpenFlags = O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK;
 
-// A link of a package may lead to a file that the kernel makes up, and one of these states the size
-// of the whole address space.
-bool isMadeUp(int descriptor) {
+// A link of a package may lead to a file that the kernel generates, and one of these, in /proc,
+// states the size of the whole address space.
+bool isGeneratedByKernel(int descriptor) {
     struct statfs system {};
     return fstatfs(descriptor, &system) == 0 &&
            (system.f_type == PROC_SUPER_MAGIC || system.f_type == SYSFS_MAGIC);
@@ -36,6 +36,11 @@ bool isRegularFile(const std::string& path) {
     return stat(path.c_str(), &status) == 0 && S_ISREG(status.st_mode);
 }
 
+bool mayNeverEnd(const char* path) {
+    struct stat status {};
+    return stat(path, &status) == 0 && !S_ISREG(status.st_mode) && !S_ISDIR(status.st_mode);
+}
+
 OpenFile openRegularFile(const std::string& path) {
     OpenFile file;
     if (!isRegularFile(path)) {
@@ -46,7 +51,8 @@ OpenFile openRegularFile(const std::string& path) {
     if (!descriptor.isOpen() || fstat(descriptor.get(), &status) != 0 || !S_ISREG(status.st_mode)) {
         return file;
     }
-    file.size = isMadeUp(descriptor.get()) ? 0 : static_cast<std::uint64_t>(status.st_size);
+    file.size =
+        isGeneratedByKernel(descriptor.get()) ? 0 : static_cast<std::uint64_t>(status.st_size);
     file.descriptor = std::move(descriptor);
     return file;
 }

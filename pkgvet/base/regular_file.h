@@ -16,8 +16,13 @@ using StreamHandle = CHandle<std::FILE, std::fclose>;
 
 // Whether path, on disk, leads to a regular file, links followed. Nothing is opened for the
 // answer: opening a fifo may block for ever and opening a device may set it going. True for the
-// files that the kernel makes up as well, of which some block a reader; what follows does not.
+// files that the kernel generates as well, of which some block a reader; the functions that follow
+// never read those.
 bool isRegularFile(const std::string& path);
+
+// Whether path, on disk, leads to a fifo, a socket or a device, which may block a reader or never
+// end. False for directories and for what is missing: those who read it say what is wrong with it.
+bool mayNeverEnd(const char* path);
 
 // A file that is open for reading, and the size that it stated when it was opened.
 struct OpenFile {
@@ -26,7 +31,7 @@ struct OpenFile {
 };
 
 // Opens the regular file that path leads to, and nothing else; waits for nobody. All reading of
-// files of a package begins here. A file that the kernel makes up has size 0, whatever size it
+// files of a package begins here. A file that the kernel generates has size 0, whatever size it
 // states.
 OpenFile openRegularFile(const std::string& path);
 

@@ -1,12 +1,12 @@
 // Unpacks the payload of a package.
 #include <limits.h>
 #include <stdlib.h>
-#include <sys/stat.h>
 #include <unistd.h>
 
 #include <array>
 #include <string>
 
+#include "pkgvet/base/regular_file.h"
 #include "pkgvet/content/content_validator.h"
 
 namespace {
@@ -19,13 +19,6 @@ constexpr const char* kCommandEnd = "\" | cpio -idm";
 constexpr int kFailed = 1;
 
 using PathBuffer = std::array<char, PATH_MAX>;
-
-// Whether the tools might wait for ever, as for a writer at the other end of a fifo. A directory is
-// left to them: they say what is wrong with it.
-bool mayNeverEnd(const char* path) {
-    struct stat status {};
-    return stat(path, &status) == 0 && !S_ISREG(status.st_mode) && !S_ISDIR(status.st_mode);
-}
 
 }  // namespace
 
@@ -40,7 +33,8 @@ int ContentValidator::extractRpm(const char* directory, const char* rpmPath) {
     if (realpath(rpmPath, absolutePath.data()) == nullptr) {
         return kFailed;
     }
-    if (mayNeverEnd(absolutePath.data()) || chdir(directory) != 0) {
+    // The tools would wait for ever, as for a writer at the other end of a fifo.
+    if (pkgvet::mayNeverEnd(absolutePath.data()) || chdir(directory) != 0) {
         return kFailed;
     }
     const std::string command = std::string(kCommandBegin) + absolutePath.data() + kCommandEnd;

@@ -45,10 +45,6 @@ constexpr std::array<Condition, 4> kConditions = {
 
 constexpr char kSuffixSeparator = '.';
 
-Regex plainPattern(std::string_view pattern) {
-    return Regex(pattern, kPlainPattern.compile, kPlainPattern.match);
-}
-
 void checkGroup(const std::string& group, Findings* findings) {
     if (!plainPattern(kGroupName).match(group)) {
         findings->violation(kTaskInvalid, {group});

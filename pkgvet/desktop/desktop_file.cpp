@@ -11,7 +11,6 @@
 #include "pkgvet/desktop/desktop_messages.h"
 #include "pkgvet/desktop/desktop_rules.h"
 #include "pkgvet/desktop/vocabulary.h"
-#include "pkgvet/pattern/regex.h"
 #include "pkgvet/pattern/rule_pattern.h"
 #include "pkgvet/report/findings.h"
 #include "pkgvet/rules/configuration.h"
@@ -93,8 +92,7 @@ void judgeGroups(const DesktopEntry& entry, DesktopFacts* facts, Findings* findi
 void readName(const std::string& name, DesktopFacts* facts) {
     facts->desktopName = !name.empty();
     if (facts->desktopName) {
-        facts->desktopNameIllegal =
-            !Regex::matchSimple(kPrintable, name, kRulePattern.compile, kRulePattern.match);
+        facts->desktopNameIllegal = !isPatternFound(kPrintable, name, kRulePattern);
     }
 }
 

@@ -68,7 +68,7 @@ void checkIntent(const Regex& pattern, const std::string& specification, Finding
 }  // namespace
 
 void checkIntents(const std::vector<std::string>& specifications, Findings* findings) {
-    const Regex pattern(kIntent, kPlainPattern.compile, kPlainPattern.match);
+    const Regex pattern = plainPattern(kIntent);
     for (const std::string& specification : specifications) {
         checkIntent(pattern, specification, findings);
     }

@@ -72,10 +72,6 @@ constexpr std::array<Outcome, 11> kViolations = {{
     {&DesktopFacts::dbusError, true, &kHyphenBreaksServices},
 }};
 
-bool isFound(std::string_view pattern, const std::string& text) {
-    return Regex::matchSimple(pattern, text, kTextPattern.compile, kTextPattern.match);
-}
-
 // Whether there is a section to judge. Several are an error, but one of them is judged all the
 // same.
 bool chooseSection(const DesktopEntry& entry, DesktopFacts* facts, Findings* findings) {
@@ -113,15 +109,15 @@ void judgeKeys(const DesktopEntry& entry, const std::string& section, bool mayHa
 void readOrganizationName(const DesktopEntry& entry, DesktopFacts* facts) {
     const std::string name = entry.string(facts->pinfoldGroupName, kOrganizationNameKey);
     facts->organizationName = name;
-    facts->correctOrgName = isFound(kLegalOrganizationName, name);
-    facts->wrongLeadingOrgName = isFound(kLeadingDigit, name);
-    facts->orgDomainName = isFound(kTwoComponents, name);
+    facts->correctOrgName = isPatternFound(kLegalOrganizationName, name, kTextPattern);
+    facts->wrongLeadingOrgName = isPatternFound(kLeadingDigit, name, kTextPattern);
+    facts->orgDomainName = isPatternFound(kTwoComponents, name, kTextPattern);
 }
 
 void readApplicationName(const DesktopEntry& entry, DesktopFacts* facts) {
     const std::string name = entry.string(facts->pinfoldGroupName, kApplicationNameKey);
     facts->applicationName = name;
-    facts->illegalCharacters = !isFound(kLegalApplicationName, name);
+    facts->illegalCharacters = !isPatternFound(kLegalApplicationName, name, kTextPattern);
 }
 
 // Anywhere in the name, although the message calls the part a prefix.

@@ -27,7 +27,7 @@ enum class ElfEncoding : std::uint32_t {
 // returns. The machine that the file is for, its type and its version make no difference.
 //
 // Nothing is logged. A file that cannot be loaded leaves the object empty, with
-// ElfClass::NotLoaded: one that cannot be opened or is no regular file, that lacks the
+// ElfClass::NotLoaded: one that cannot be opened or is not a regular file, that lacks the
 // identification or a whole ELF header, whose class is neither 32 nor 64 bit, that shrinks while it
 // is read, or whose tables and names would take more than 512 MiB. Damage elsewhere costs only the
 // facts that it hides.

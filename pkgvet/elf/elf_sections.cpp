@@ -134,7 +134,7 @@ bool SectionReader::readDynamicSection(std::size_t index) {
     return true;
 }
 
-// An empty name is no library, and does not clear an earlier run path.
+// An empty name is not a library, and does not clear an earlier run path.
 bool SectionReader::keepDynamicEntry(std::uint64_t tag, const ByteView& names,
                                      std::uint64_t offset) {
     const bool isEmpty = names.number(offset, 1).value_or(0) == 0;

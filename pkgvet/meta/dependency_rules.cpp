@@ -33,6 +33,16 @@ bool isFoundInAny(const std::string& name, const std::vector<std::string>& texts
                        [&](const std::string& text) { return pattern.match(text).has_value(); });
 }
 
+// Clears fact, and reports missing, unless one of names holds mandatoryName.
+void checkMandatoryName(const std::string& mandatoryName, const std::vector<std::string>& names,
+                        const Message& missing, bool* fact, Findings* findings) {
+    if (mandatoryName.empty() || isFoundInAny(mandatoryName, names)) {
+        return;
+    }
+    *fact = false;
+    findings->violation(missing, {mandatoryName, mandatoryName});
+}
+
 // A dependency's name as the rule lists know it: "libfoo.so.1" for "libfoo.so.1()(64bit)". A "()"
 // anywhere in front of the suffix costs two characters, even where it does not stand directly
 // there.
@@ -120,21 +130,15 @@ std::vector<OpenRequirement> openRequirements(const std::vector<std::string>& re
 void checkMandatoryProvide(const std::string& mandatoryName,
                            const std::vector<std::string>& provides, HeaderFacts* facts,
                            Findings* findings) {
-    if (mandatoryName.empty() || isFoundInAny(mandatoryName, provides)) {
-        return;
-    }
-    facts->mandatoryProvide = false;
-    findings->violation(kMandatoryProvideMissing, {mandatoryName, mandatoryName});
+    checkMandatoryName(mandatoryName, provides, kMandatoryProvideMissing, &facts->mandatoryProvide,
+                       findings);
 }
 
 void checkMandatoryConflict(const std::string& mandatoryName,
                             const std::vector<std::string>& conflicts, HeaderFacts* facts,
                             Findings* findings) {
-    if (mandatoryName.empty() || isFoundInAny(mandatoryName, conflicts)) {
-        return;
-    }
-    facts->mandatoryConflict = false;
-    findings->violation(kMandatoryConflictMissing, {mandatoryName, mandatoryName});
+    checkMandatoryName(mandatoryName, conflicts, kMandatoryConflictMissing,
+                       &facts->mandatoryConflict, findings);
 }
 
 void checkProvides(const std::string& packageName, const std::vector<std::string>& provides,

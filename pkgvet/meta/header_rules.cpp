@@ -5,7 +5,6 @@
 
 #include "pkgvet/meta/header_facts.h"
 #include "pkgvet/meta/header_messages.h"
-#include "pkgvet/pattern/regex.h"
 #include "pkgvet/pattern/rule_pattern.h"
 #include "pkgvet/report/findings.h"
 
@@ -21,8 +20,7 @@ constexpr std::string_view kToleratedVendor = "pelzo";
 }  // namespace
 
 void checkDomainNotation(const std::string& packageName, HeaderFacts* facts, Findings* findings) {
-    if (Regex::matchSimple(kDomainNotation, packageName, kRulePattern.compile,
-                           kRulePattern.match)) {
+    if (isPatternFound(kDomainNotation, packageName, kRulePattern)) {
         return;
     }
     facts->domainNotation = false;

@@ -9,7 +9,6 @@
 #include <rpm/rpmtd.h>
 #include <rpm/rpmts.h>
 #include <rpm/rpmurl.h>
-#include <sys/stat.h>
 
 #include <algorithm>
 #include <array>
@@ -18,6 +17,7 @@
 #include <utility>
 
 #include "pkgvet/base/c_handle.h"
+#include "pkgvet/base/regular_file.h"
 
 struct RpmMetaPrivate {
     std::string name;
@@ -82,22 +82,17 @@ constexpr std::array<std::string_view, 3> kUnjudgedRequirements = {"rpmlib", "/"
 
 constexpr std::string_view kWhiteSpace = " \t\n\v\f\r";
 
-// Whether reading path may block or never end, as with a fifo, a socket or a device. What librpm
-// takes for a path may be a URL as well, or "-" for standard input, which the caller asks for and
-// which may be a pipe. A missing file and a directory are left to librpm, which says what is wrong.
-bool mayNeverEnd(const char* path) {
+// What librpm takes for a path may be a URL as well, or "-" for standard input, which the caller
+// asks for and which may be a pipe.
+bool mayBlock(const char* path) {
     const char* file = nullptr;
-    if (path == nullptr || urlPath(path, &file) == URL_IS_DASH) {
-        return false;
-    }
-    struct stat status {};
-    return stat(file, &status) == 0 && !S_ISREG(status.st_mode) && !S_ISDIR(status.st_mode);
+    return path != nullptr && urlPath(path, &file) != URL_IS_DASH && pkgvet::mayNeverEnd(file);
 }
 
 // The null handle stands for a package that could not be read. A header comes out with some codes
 // other than success as well, and is released then.
 HeaderHandle readHeader(const char* path, rpmts ts) {
-    if (mayNeverEnd(path)) {
+    if (mayBlock(path)) {
         return nullptr;
     }
     RpmFileHandle file(Fopen(path, kOpenMode));

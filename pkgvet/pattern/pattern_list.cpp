@@ -71,6 +71,15 @@ bool WholePattern::matches(const std::string& text) {
     return matchesCompiled(text);
 }
 
+std::optional<std::string> WholePattern::fault() {
+    try {
+        matches(std::string());
+    } catch (const std::regex_error& error) {
+        return error.what();
+    }
+    return std::nullopt;
+}
+
 // Where both modes can be had, either's answer will do. The polynomial one comes first, since it
 // does not recurse for each character and takes no exponential time on a pattern that a stranger
 // chose; but there are patterns with thousands of states on which the plain one is quick.

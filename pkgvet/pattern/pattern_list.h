@@ -29,6 +29,10 @@ public:
     // pattern_shape.h, and where it gives up (error_complexity).
     bool matches(const std::string& text);
 
+    // Why the pattern cannot be tried on any text, in the words of the engine; nothing where it
+    // can.
+    std::optional<std::string> fault();
+
 private:
     bool matchesPlainText(const std::string& text) const;
     void compile();

@@ -39,14 +39,14 @@ pkgvet::RegexHandle compile(const char* text, GRegexCompileFlags compileFlags,
     return pkgvet::RegexHandle(g_regex_new(text, compileFlags, matchFlags, nullptr));
 }
 
-// Whether regex would take subject for UTF-8 though it is not.
-bool needsRawTwin(const GRegex* regex, const char* subject) {
+// Whether regex would take subject for UTF-8 although it is not.
+bool mustBeSearchedAsBytes(const GRegex* regex, const char* subject) {
     return regex != nullptr && subject != nullptr &&
            (g_regex_get_compile_flags(regex) & G_REGEX_RAW) == 0 && !pkgvet::isUtf8(subject);
 }
 
 // The same pattern for subjects that are bytes; null where it does not compile as such.
-pkgvet::RegexHandle rawTwin(const GRegex* regex) {
+pkgvet::RegexHandle rawVersionOf(const GRegex* regex) {
     return compileRaw(g_regex_get_pattern(regex), g_regex_get_compile_flags(regex),
                       g_regex_get_match_flags(regex));
 }
@@ -116,11 +116,11 @@ bool MatchInfo::match(GRegex* regex, GRegexMatchFlags flags) {
         return false;
     }
     const char* subject = d_ptr->subject->c_str();
-    if (!needsRawTwin(regex, subject)) {
+    if (!mustBeSearchedAsBytes(regex, subject)) {
         return search(regex, subject, flags, &d_ptr->info);
     }
-    const pkgvet::RegexHandle twin = rawTwin(regex);  // its match keeps it alive
-    return search(twin.get(), subject, flags, &d_ptr->info);
+    const pkgvet::RegexHandle raw = rawVersionOf(regex);  // its match keeps it alive
+    return search(raw.get(), subject, flags, &d_ptr->info);
 }
 
 std::optional<std::string> MatchInfo::fetch(int matchNum) const {
@@ -149,7 +149,7 @@ Regex::Regex(std::string_view pattern, GRegexCompileFlags compileFlags, GRegexMa
 
 Regex::~Regex() {
     const pkgvet::RegexHandle owner(regex_);
-    const pkgvet::RegexHandle twinOwner(rawTwin_);
+    const pkgvet::RegexHandle rawOwner(rawRegex_);
 }
 
 std::optional<MatchInfo> Regex::match(std::string_view subject, GRegexMatchFlags flags) const {
@@ -161,20 +161,20 @@ std::optional<MatchInfo> Regex::match(std::string_view subject, GRegexMatchFlags
 }
 
 GRegex* Regex::regexFor(const char* subject) const {
-    if (!needsRawTwin(regex_, subject)) {
+    if (!mustBeSearchedAsBytes(regex_, subject)) {
         return regex_;
     }
-    if (rawTwin_ == nullptr) {
-        rawTwin_ = rawTwin(regex_).release();
+    if (rawRegex_ == nullptr) {
+        rawRegex_ = rawVersionOf(regex_).release();
     }
-    return rawTwin_;
+    return rawRegex_;
 }
 
 bool Regex::matchSimple(std::string_view pattern, std::string_view subject,
                         GRegexCompileFlags compileFlags, GRegexMatchFlags matchFlags) {
     pkgvet::RegexHandle regex = compile(pattern.data(), compileFlags, matchFlags);
-    if (needsRawTwin(regex.get(), subject.data())) {
-        regex = rawTwin(regex.get());
+    if (mustBeSearchedAsBytes(regex.get(), subject.data())) {
+        regex = rawVersionOf(regex.get());
     }
     pkgvet::MatchInfoHandle info;
     return search(regex.get(), subject.data(), matchFlags, &info);

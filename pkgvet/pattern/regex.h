@@ -29,7 +29,7 @@ public:
     // An object can be tried once: a second call, whatever the first gave, is GLib's critical
     // message and false. A subject that is not UTF-8 is searched byte by byte, with the pattern
     // compiled anew for that purpose. Throws std::regex_error (error_complexity) when the engine
-    // gave up, since that is no answer.
+    // gave up, since that is not an answer.
     bool match(GRegex* regex, GRegexMatchFlags flags);
 
     // The text of a capture group, 0 being the whole match, with its bytes as they stand in the
@@ -82,5 +82,5 @@ private:
     GRegex* regexFor(const char* subject) const;
 
     GRegex* regex_;
-    mutable GRegex* rawTwin_ = nullptr;  // regex_ for subjects of bytes, made for the first of them
+    mutable GRegex* rawRegex_ = nullptr;  // regex_ for subjects of bytes, made for the first one
 };

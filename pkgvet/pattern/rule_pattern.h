@@ -3,6 +3,7 @@
 
 #include <glib.h>
 
+#include <string>
 #include <string_view>
 
 #include "pkgvet/pattern/regex.h"
@@ -23,13 +24,23 @@ inline constexpr PatternFlags kTextPattern = {G_REGEX_OPTIMIZE, G_REGEX_MATCH_NE
 inline constexpr PatternFlags kPlainPattern = {static_cast<GRegexCompileFlags>(0),
                                                static_cast<GRegexMatchFlags>(0)};
 
-// Patterns for names and paths, and for text. As with Regex, pattern is read up to its terminating
+// Patterns of the three kinds. As with Regex, pattern is read up to its terminating
 // NUL, so that it has to be a literal or the content of a string.
 inline Regex rulePattern(std::string_view pattern) {
     return Regex(pattern, kRulePattern.compile, kRulePattern.match);
 }
 inline Regex textPattern(std::string_view pattern) {
     return Regex(pattern, kTextPattern.compile, kTextPattern.match);
+}
+inline Regex plainPattern(std::string_view pattern) {
+    return Regex(pattern, kPlainPattern.compile, kPlainPattern.match);
+}
+
+// Whether pattern, which is compiled with flags, is found in text. For patterns that are tried
+// once. Both texts are read up to their terminating NUL.
+inline bool isPatternFound(std::string_view pattern, const std::string& text,
+                           const PatternFlags& flags) {
+    return Regex::matchSimple(pattern, text, flags.compile, flags.match);
 }
 
 }  // namespace pkgvet

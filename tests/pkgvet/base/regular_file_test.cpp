@@ -12,6 +12,7 @@
 namespace {
 
 using pkgvet::isRegularFile;
+using pkgvet::mayNeverEnd;
 using pkgvet::openRegularStream;
 using pkgvet::readRegularFile;
 using pkgvet::RegularFileReader;
@@ -69,7 +70,19 @@ TEST(RegularFile, NothingElseIsReadOrWaitedFor) {
 }
 
 // Such a file may hold any amount of text, or block for ever.
-TEST(RegularFile, AFileThatTheKernelMakesUpReadsAsEmpty) {
+TEST(RegularFile, OnlyFifosSocketsAndDevicesMayNeverEnd) {
+    const TemporaryDirectory directory;
+    ASSERT_EQ(mkfifo((directory / "fifo").c_str(), 0600), 0);
+    std::filesystem::create_symlink("fifo", directory / "link");
+    EXPECT_TRUE(mayNeverEnd((directory / "fifo").c_str()));
+    EXPECT_TRUE(mayNeverEnd((directory / "link").c_str()));
+    EXPECT_TRUE(mayNeverEnd("/dev/zero"));
+    EXPECT_FALSE(mayNeverEnd(directory.write("file", "").c_str()));
+    EXPECT_FALSE(mayNeverEnd(directory.path().c_str()));
+    EXPECT_FALSE(mayNeverEnd((directory / "missing").c_str()));
+}
+
+TEST(RegularFile, AFileThatTheKernelGeneratesReadsAsEmpty) {
     EXPECT_EQ(readRegularFile("/proc/self/status", kEnough), "");
     EXPECT_EQ(RegularFileReader("/proc/self/status").remaining(), 0U);
 }

@@ -273,7 +273,7 @@ TEST(RpmMetaFailures, NoSingleByteOfTheIndexBringsTheReaderDown) {
                 parallel &= meta.paths().size() == meta.users().size() &&
                             meta.paths().size() == meta.groups().size();
             } catch (const std::logic_error&) {
-                // A text that is none.
+                // A text of another type.
                 continue;
             }
         }

@@ -181,6 +181,18 @@ TEST(WholePattern, BadPatternThrowsEachTime) {
     EXPECT_EQ(actual("a(", std::string(100000, 'a')).error, error_paren);
 }
 
+TEST(WholePattern, TellsWhyItCannotBeUsed) {
+    for (const char* sound : {"", "lib", "lib.*", R"((a)\1)"}) {
+        EXPECT_EQ(WholePattern(sound).fault(), std::nullopt) << sound;
+    }
+    try {
+        std::regex unused("a(");
+        FAIL() << "the engine takes the pattern";
+    } catch (const std::regex_error& error) {
+        EXPECT_EQ(WholePattern("a(").fault(), error.what());
+    }
+}
+
 TEST(WholePattern, BackReferencesAreFollowed) {
     EXPECT_TRUE(WholePattern(R"((a+)-\1)").matches("aa-aa"));
     EXPECT_FALSE(WholePattern(R"((a+)-\1)").matches("aa-a"));
