@@ -12,6 +12,13 @@ struct Fault {
     std::string cause;
 };
 
+// What most often is wrong with a value in a JSON file, in the words that all readers of one use.
+inline constexpr const char* kMissing = "is missing";
+inline constexpr const char* kNotAnObject = "is not an object";
+inline constexpr const char* kNotAnArray = "is not an array";
+inline constexpr const char* kNotAString = "is not a string";
+inline constexpr const char* kNotARegularExpression = "is not a regular expression: ";  // and why
+
 // The fault as one line without its line feed, fit for a terminal: FILE: "KEY" CAUSE.
 std::string describe(const Fault& fault);
 

@@ -33,23 +33,24 @@ unsigned rounded(double quota, double period) {
     return processors > whole ? whole + 1 : whole;
 }
 
-// One file "QUOTA PERIOD", with "max" for no limit, which is not a number.
-unsigned quotaOfVersion2(const fs::path& group) {
-    std::istringstream stream(contentOf(group / "cpu.max"));
+// Of a text "QUOTA PERIOD". What is not two numbers is not a limit.
+unsigned quotaIn(const std::string& text) {
+    std::istringstream stream(text);
     double quota = 0;
     double period = 0;
     stream >> quota >> period;
     return stream ? rounded(quota, period) : 0;
 }
 
+// Both in one file, with "max" for no limit.
+unsigned quotaOfVersion2(const fs::path& group) {
+    return quotaIn(contentOf(group / "cpu.max"));
+}
+
 // A file each, with -1 for no limit.
 unsigned quotaOfVersion1(const fs::path& group) {
-    std::istringstream stream(contentOf(group / "cpu.cfs_quota_us") + " " +
-                              contentOf(group / "cpu.cfs_period_us"));
-    double quota = 0;
-    double period = 0;
-    stream >> quota >> period;
-    return stream ? rounded(quota, period) : 0;
+    return quotaIn(contentOf(group / "cpu.cfs_quota_us") + " " +
+                   contentOf(group / "cpu.cfs_period_us"));
 }
 
 unsigned least(unsigned one, unsigned other) {

@@ -16,8 +16,6 @@ namespace {
 
 using Json = nlohmann::json;
 
-constexpr const char* kMissing = "is missing";
-
 // What the parser says, without the name of its own exception in front.
 std::string causeOf(const Json::exception& error) {
     const std::string message = error.what();
@@ -67,7 +65,7 @@ std::vector<std::pair<std::string, Json>> JsonReader::objects(const Json& root,
                                                               const char* name) const {
     const auto array = root.find(name);
     if (array == root.end() || !array->is_array()) {
-        report(name, array == root.end() ? kMissing : "is not an array");
+        report(name, array == root.end() ? kMissing : kNotAnArray);
         return {};
     }
     std::vector<std::pair<std::string, Json>> objects;
@@ -76,7 +74,7 @@ std::vector<std::pair<std::string, Json>> JsonReader::objects(const Json& root,
         if ((*array)[i].is_object()) {
             objects.emplace_back(key, (*array)[i]);
         } else {
-            report(key, "is not an object");
+            report(key, kNotAnObject);
         }
     }
     return objects;
@@ -85,7 +83,7 @@ std::vector<std::pair<std::string, Json>> JsonReader::objects(const Json& root,
 std::string JsonReader::text(const Json& object, const std::string& key, const char* name) const {
     const auto found = object.find(name);
     if (found == object.end() || !found->is_string()) {
-        report(member(key, name), found == object.end() ? kMissing : "is not a string");
+        report(member(key, name), found == object.end() ? kMissing : kNotAString);
         return std::string();
     }
     return found->get<std::string>();

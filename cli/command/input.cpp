@@ -96,7 +96,7 @@ void collect(const std::string& path, std::vector<Input>* inputs) {
 
 void readList(std::istream& stream, char end, std::vector<Input>* inputs) {
     for (std::string path; std::getline(stream, path, end);) {
-        // An empty line is no path, but an empty argument is one that cannot be found.
+        // An empty line is not a path, but an empty argument is one that cannot be found.
         if (!path.empty()) {
             collect(path, inputs);
         }

@@ -29,7 +29,7 @@ constexpr const char* kCount = "count";
 void checkVersion(const JsonReader& reader, const Json& root) {
     const auto version = root.find(kVersion);
     if (version == root.end()) {
-        reader.report(kVersion, "is missing");
+        reader.report(kVersion, kMissing);
     } else if (*version != kSchemaVersion) {
         reader.report(kVersion, "is not " + std::to_string(kSchemaVersion));
     }

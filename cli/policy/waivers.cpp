@@ -28,11 +28,8 @@ WholePattern readPattern(const JsonReader& reader, const Json& object, const std
     WholePattern pattern(text);
     // The pattern is compiled when it is first used. That is now, so that a bad one is found before
     // the first package.
-    try {
-        pattern.matches(std::string());
-    } catch (const std::regex_error& error) {
-        reader.report(member(key, name),
-                      "is not a regular expression: " + std::string(error.what()));
+    if (const auto cause = pattern.fault()) {
+        reader.report(member(key, name), kNotARegularExpression + *cause);
     }
     return pattern;
 }

@@ -1,7 +1,6 @@
 // Collects the faults of a rule tree.
 #include "cli/rules/rule_check.h"
 
-#include <regex>
 #include <set>
 #include <string_view>
 #include <utility>
@@ -14,11 +13,8 @@ namespace pkgvet::cli {
 namespace {
 
 void checkPattern(const RuleElement& element, std::vector<Fault>* faults) {
-    try {
-        WholePattern(element.text).matches(std::string());
-    } catch (const std::regex_error& error) {
-        faults->push_back({element.file, element.key,
-                           "is not a regular expression: " + std::string(error.what())});
+    if (const auto cause = WholePattern(element.text).fault()) {
+        faults->push_back({element.file, element.key, kNotARegularExpression + *cause});
     }
 }
 

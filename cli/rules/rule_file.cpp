@@ -12,9 +12,6 @@ namespace pkgvet::cli {
 
 namespace {
 
-constexpr const char* kMissing = "is missing";
-constexpr const char* kNotAnObject = "is not an object";
-constexpr const char* kNotAnArray = "is not an array";
 constexpr const char* kNotARegularFile = "is not a regular file";
 constexpr const char* kTooDeep = "is nested too deeply to be read";
 constexpr const char* kUnreadable = "cannot be read";

@@ -18,7 +18,7 @@ struct ValueType {
     const char* fault;
 };
 
-inline constexpr ValueType kTextValue = {G_TYPE_STRING, "is not a string"};
+inline constexpr ValueType kTextValue = {G_TYPE_STRING, kNotAString};
 inline constexpr ValueType kFlagValue = {G_TYPE_BOOLEAN, "is neither true nor false"};
 inline constexpr ValueType kIntegerValue = {G_TYPE_INT64, "is not an integer"};
 

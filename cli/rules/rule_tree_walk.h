@@ -29,21 +29,23 @@ struct RuleScalar {
 // come as text. One that stands where something else belongs is a fault and comes all the same, so
 // that a tree with faults still shows what it can.
 struct RuleTreeVisitor {
-    // Something that the library cannot use, or would take for empty without a word.
+    // Something that the library cannot use, or would take for empty without saying so.
     std::function<void(const Fault&)> onFault = [](const Fault&) {};
 
     // A file that was read.
     std::function<void(const std::string& file)> onFile = [](const std::string&) {};
 
-    // A value of "dirs" or of a chosen profile. Those of parents are not inherited and do not come.
+    // A value of "dirs" or of a chosen profile. Values of parents are not inherited, so they are
+    // not told.
     std::function<void(const RuleScalar&)> onScalar = [](const RuleScalar&) {};
 
-    // An element of the list of this name, which is none of ruleListNames() in a tier of an unknown
-    // name. isPattern is false for exact names, and for what is not even a string.
+    // An element of the list of this name. The name is not one of ruleListNames() where the list
+    // stands in a tier of an unknown name. isPattern is false for exact names, and for what is not
+    // even a string.
     std::function<void(const RuleElement&, const std::string& list, bool isPattern)> onElement =
         [](const RuleElement&, const std::string&, bool) {};
 
-    // The name of a tier or of a parent that does not exist, which the library drops in silence.
+    // The name of a tier or of a parent that does not exist, which the library ignores.
     std::function<void(const RuleElement& name)> onUnknownTier = [](const RuleElement&) {};
     std::function<void(const RuleElement& name)> onUnknownParent = [](const RuleElement&) {};
 

@@ -8,6 +8,7 @@
 #include <utility>
 
 #include "cli/base/escape.h"
+#include "cli/base/text.h"
 #include "pkgvet/base/utf8.h"
 
 namespace pkgvet::cli {
@@ -19,10 +20,6 @@ using OrderedJson = nlohmann::ordered_json;
 constexpr int kSchemaVersion = 1;
 constexpr std::size_t kWidestColumn = 60;
 constexpr const char* kFlagPrefix = "require_";
-
-std::string counted(std::size_t count, const std::string& noun) {
-    return std::to_string(count) + " " + noun + (count == 1 ? "" : "s");
-}
 
 void writeFaults(const std::vector<Fault>& faults, const char* label, std::ostream& stream) {
     for (const Fault& fault : faults) {
