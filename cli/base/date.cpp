@@ -9,7 +9,7 @@ namespace pkgvet::cli {
 
 namespace {
 
-constexpr std::string_view kForm = "0000-00-00";
+constexpr std::string_view kForm = "0000-00-00";  // 0 stands for any digit
 
 // The C library reads other forms too, such as "2026-1-5" and " 2026-01-05".
 bool hasForm(std::string_view text) {
@@ -47,7 +47,7 @@ std::optional<Date> parseDate(std::string_view text) {
 }
 
 std::string formatDate(const Date& date) {
-    char text[sizeof "-32768-255-255"];
+    char text[sizeof "-32768-255-255"];  // the extremes of what the members can hold
     const int length =
         std::snprintf(text, sizeof text, "%04d-%02u-%02u", static_cast<int>(date.year()),
                       static_cast<unsigned>(date.month()), static_cast<unsigned>(date.day()));

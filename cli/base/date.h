@@ -16,7 +16,7 @@ std::optional<Date> parseDate(std::string_view text);
 
 std::string formatDate(const Date& date);
 
-// Today where this machine stands.
+// Today in the time zone of this machine.
 Date localDate();
 
 }  // namespace pkgvet::cli

@@ -53,6 +53,7 @@ std::string escapedByte(char byte) {
 // The size of the valid UTF-8 character at the front of text, or 0.
 std::size_t characterSize(std::string_view text) {
     const gunichar c = g_utf8_get_char_validated(text.data(), static_cast<gssize>(text.size()));
+    // What is not UTF-8, and a character that the end of the text cuts off.
     if (c == static_cast<gunichar>(-1) || c == static_cast<gunichar>(-2)) {
         return 0;
     }

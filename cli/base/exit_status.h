@@ -8,8 +8,8 @@ inline constexpr int kRejected = 1;    // at least one was rejected
 inline constexpr int kUsageError = 2;  // or a rule tree that cannot be used
 inline constexpr int kNotJudged = 3;   // at least one package could not be judged; outranks 1
 
-// The status with which a command ends that would end with status: with kNotJudged, and a
-// complaint, when its output did not reach standard output, as on a disk that is full.
+// The exit status of a command whose own result is status. When its output did not reach standard
+// output, as on a full disk, that is kNotJudged, and a complaint goes to standard error.
 int statusAfterOutput(int status);
 
 }  // namespace pkgvet::cli

@@ -55,6 +55,7 @@ OutputFile::OutputFile(const std::string& path) : path_(path), target_(path) {
     }
 }
 
+// Of the two objects only this one still removes or renames the temporary file.
 OutputFile::OutputFile(OutputFile&& other) noexcept
     : path_(std::move(other.path_)),
       target_(std::move(other.target_)),
@@ -93,7 +94,8 @@ void OutputFile::commit() {
     temporary_.clear();
 }
 
-// The name is new with O_EXCL, which no link can lead elsewhere.
+// With O_EXCL an existing name is refused, also a link that somebody has put there to have another
+// file overwritten.
 void OutputFile::openBeside() {
     const std::string prefix =
         (std::filesystem::path(target_).parent_path() / kTemporaryPrefix).string() +

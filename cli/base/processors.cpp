@@ -24,7 +24,7 @@ std::string contentOf(const fs::path& path) {
 }
 
 unsigned rounded(double quota, double period) {
-    constexpr double kMost = 65536;
+    constexpr double kMost = 65536;  // more than any machine has, and fits the result
     if (!(quota > 0) || !(period > 0)) {
         return 0;
     }
@@ -53,6 +53,7 @@ unsigned quotaOfVersion1(const fs::path& group) {
                    contentOf(group / "cpu.cfs_period_us"));
 }
 
+// 0 is no limit, and so never the lesser one.
 unsigned least(unsigned one, unsigned other) {
     return one == 0 || other == 0 ? std::max(one, other) : std::min(one, other);
 }

@@ -1,4 +1,5 @@
-// Reads JSON files strictly.
+// Reads JSON files strictly. Not through json-glib, which takes comments, single quotes and wrong
+// escapes without a word: whoever wrote the file would not learn that it means something else.
 #include "cli/base/strict_json.h"
 
 #include <algorithm>
@@ -52,6 +53,7 @@ void JsonReader::report(const std::string& key, const std::string& cause) const 
     faults_->push_back({path_, key, cause});
 }
 
+// A key that is optional and misspelt would otherwise go unnoticed.
 void JsonReader::refuseUnknown(const Json& object, const std::string& key,
                                std::initializer_list<std::string_view> known) const {
     for (const auto& item : object.items()) {
@@ -89,6 +91,7 @@ std::string JsonReader::text(const Json& object, const std::string& key, const c
     return found->get<std::string>();
 }
 
+// The content is of no use here.
 std::vector<Fault> faultsOfJson(const std::string& path) {
     std::vector<Fault> faults;
     static_cast<void>(JsonReader(path, &faults).load());

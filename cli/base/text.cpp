@@ -28,6 +28,7 @@ std::string counted(std::size_t count, std::string_view noun) {
     return std::to_string(count) + " " + std::string(noun) + (count == 1 ? "" : "s");
 }
 
+// Bytes are columns here: all prose that is wrapped is the program's own, in ASCII.
 std::vector<std::string> wrapped(std::string_view text, std::size_t width) {
     std::vector<std::string> lines;
     std::istringstream words{std::string(text)};
@@ -41,6 +42,7 @@ std::vector<std::string> wrapped(std::string_view text, std::size_t width) {
     return lines;
 }
 
+// Walks by the first byte of each character, which is safe for UTF-8 that printable() has checked.
 std::size_t displayWidth(std::string_view text) {
     std::size_t width = 0;
     const char* end = text.data() + text.size();

@@ -81,8 +81,8 @@ const Entry* findEntry(std::string_view id) {
     return found == entries().end() ? nullptr : *found;
 }
 
-// A word that is part of an id, such as "setuid", is nearer to it than any misspelling. Equals stay
-// in the order of the alphabet, so that the answer is the same each time.
+// A word that is part of an id, such as "setuid", is nearer to it than any misspelling. Where
+// distances are equal, the alphabet decides, so that the answer is the same each time.
 std::vector<std::string> nearestIds(std::string_view word) {
     std::vector<std::tuple<bool, std::size_t, std::string_view>> ranked;
     for (const Entry* entry : entries()) {

@@ -16,6 +16,7 @@ void complete(const std::string& above, CommandRow* row) {
     }
 }
 
+// Hidden commands are taken out of the lists of their parents as well, which completions offer.
 void collect(const CommandRow& row, std::vector<CommandRow>* rows) {
     if (row.hidden) {
         return;

@@ -44,6 +44,7 @@ void writeExample(std::string_view example, const EntryStream& out) {
     }
 }
 
+// Names all ids that are wrong, so that the user corrects them at once.
 bool areKnown(const std::vector<std::string>& ids) {
     bool allKnown = true;
     for (const std::string& id : ids) {

@@ -22,6 +22,7 @@ namespace {
 
 constexpr const char* kStandardInput = "-";
 constexpr const char* kExtension = ".rpm";
+// No file has such a name. Libraries would take it as far as the NUL and open another file.
 constexpr const char* kNulInName = "a NUL in its name";
 
 // Walks through what one path leads to.

@@ -53,6 +53,7 @@ int showTree(const std::string& tree, Profiles profile, Format format) {
 // As diff does, a difference has a status of its own.
 int compareTrees(const std::string& before, const std::string& after, Profiles profile,
                  Format format) {
+    // Both are looked at in any case, so that the faults of both are told.
     const bool beforeIsUsable = isUsable(before, profile);
     if (!isUsable(after, profile) || !beforeIsUsable) {
         return kUsageError;

@@ -26,6 +26,7 @@ constexpr const char* kSubject = "subject";
 constexpr const char* kMessage = "message";
 constexpr const char* kCount = "count";
 
+// Another version may mean something else by the same keys.
 void checkVersion(const JsonReader& reader, const Json& root) {
     const auto version = root.find(kVersion);
     if (version == root.end()) {
@@ -119,6 +120,7 @@ void collect(const PackageReport& package, Baseline* baseline) {
     }
 }
 
+// The map keeps the findings sorted.
 std::string formatBaseline(const Baseline& baseline) {
     OrderedJson findings = OrderedJson::array();
     for (const auto& [finding, count] : baseline) {

@@ -40,7 +40,7 @@ bool passes(const Judgement& judgement, bool validationEnabled, std::optional<Se
 Policy::Policy(const PolicyOptions& options, const Date& today, std::vector<Fault>* faults)
     : failOn_(options.failOn) {
     for (const std::string& path : options.waivers) {
-        watch(readWaivers(path, faults), today);
+        addWaivers(readWaivers(path, faults), today);
     }
     if (!options.baseline.empty()) {
         baseline_ = readBaseline(options.baseline, faults);
@@ -50,10 +50,10 @@ Policy::Policy(const PolicyOptions& options, const Date& today, std::vector<Faul
 Policy::Policy(std::vector<Waiver> waivers, Baseline baseline, std::optional<Severity> failOn,
                const Date& today)
     : baseline_(std::move(baseline)), failOn_(failOn) {
-    watch(std::move(waivers), today);
+    addWaivers(std::move(waivers), today);
 }
 
-void Policy::watch(std::vector<Waiver> waivers, const Date& today) {
+void Policy::addWaivers(std::vector<Waiver> waivers, const Date& today) {
     for (Waiver& waiver : waivers) {
         // It holds on its last day.
         const bool expired = waiver.lastDay && *waiver.lastDay < today;
@@ -85,14 +85,14 @@ void Policy::excuse(Judgement* judgement, const std::string& package) {
 
 // Every waiver that covers the finding is in use; the first one gives the reason.
 bool Policy::waive(Finding* finding, const std::string& package) {
-    for (WatchedWaiver& watched : waivers_) {
-        if (watched.expired || !covers(&watched.waiver, *finding, package)) {
+    for (TrackedWaiver& tracked : waivers_) {
+        if (tracked.expired || !covers(&tracked.waiver, *finding, package)) {
             continue;
         }
-        watched.used = true;
+        tracked.used = true;
         if (finding->standing != Standing::Waived) {
             finding->standing = Standing::Waived;
-            finding->reason = watched.waiver.reason;
+            finding->reason = tracked.waiver.reason;
         }
     }
     return finding->standing == Standing::Waived;

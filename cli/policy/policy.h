@@ -17,7 +17,8 @@ namespace pkgvet::cli {
 // Grave findings are neither waived nor known.
 //
 // The library's own verdicts stay as they are; the one under the policy stands in
-// Judgement::passes. Belongs to one thread, and to one run, since it keeps in mind what was used.
+// Judgement::passes. Belongs to one thread, and to one run, since it remembers which waivers were
+// used.
 class Policy {
 public:
     // What the user asks for. Everything that is wrong with the files that it names goes to
@@ -40,17 +41,18 @@ public:
     std::vector<std::string> notices(bool complete) const;
 
 private:
-    struct WatchedWaiver {
+    // A waiver, and what its notice depends on.
+    struct TrackedWaiver {
         Waiver waiver;
         bool expired;
         bool used;
     };
 
-    void watch(std::vector<Waiver> waivers, const Date& today);
+    void addWaivers(std::vector<Waiver> waivers, const Date& today);
     void excuse(Judgement* judgement, const std::string& package);
     bool waive(Finding* finding, const std::string& package);
 
-    std::vector<WatchedWaiver> waivers_;
+    std::vector<TrackedWaiver> waivers_;
     Baseline baseline_;
     std::optional<Severity> failOn_;
 };

@@ -36,7 +36,7 @@ WholePattern readPattern(const JsonReader& reader, const Json& object, const std
 
 std::string readReason(const JsonReader& reader, const Json& object, const std::string& key) {
     std::string reason = reader.text(object, key, kReason);
-    // That there is none has been reported already.
+    // A missing reason has been reported already.
     if (object.contains(kReason) && reason.find_first_not_of(" \t\n") == std::string::npos) {
         reader.report(member(key, kReason), "says nothing");
     }

@@ -61,6 +61,7 @@ Json packageJson(const PackageReport& package, const ReportStyle& style) {
     json["complete"] = package.judged();
     json["cause"] = orNull(package.cause);
     json["cause_code"] = orNull(std::string(causeCodeName(package.causeCode)));
+    // The key stays as readers of earlier reports know it.
     json["last_words"] = orNull(package.lastErrorLine);
     json["passes"] = package.passes();
     // Timings differ from run to run; without them reports can be compared.
@@ -82,6 +83,7 @@ Json header() {
 
 void addSummary(const RunReport& run, Json* json) {
     const PackageTally tally = tallyOf(run);
+    // "complete" tells of the run here, and of one package in packageJson.
     (*json)["tool"] = {{"name", "pkgvet"}, {"version", programVersion()}};
     (*json)["sandbox"] = run.sandbox;
     (*json)["complete"] = !run.partial;

@@ -80,6 +80,8 @@ Outcome outcomeOf(const Finding& finding, const Judgement& judgement, Severity f
     return judgement.passes || finding.severity < failOn ? Outcome::Passed : Outcome::Failed;
 }
 
+// Rule and subject name the case, and not the message: that changes from version to version, while
+// servers follow a case by its name.
 Case caseOf(const Finding& finding, Outcome outcome) {
     const std::string name =
         finding.subject ? finding.rule + ": " + *finding.subject : finding.rule;
@@ -111,13 +113,14 @@ Suite suiteOf(const PackageReport& package, const Judgement& judgement, Severity
     if (!judgement.passes && suite.count(Outcome::Failed) == 0) {
         suite.cases.push_back({std::string(kVerdict), Outcome::Failed, "rejected", "rejected"});
     }
+    // A suite without cases looks like one that did not run.
     if (suite.cases.empty()) {
         suite.cases.push_back({std::string(kVerdict), Outcome::Passed, "", ""});
     }
     return suite;
 }
 
-// What is to be told of no package.
+// What is about the run as a whole and not about one package.
 Suite suiteOfRun(const RunReport& run) {
     Suite suite = {std::string(kTool), 0, {}};
     for (const std::string& notice : run.notices) {
@@ -150,6 +153,7 @@ std::vector<Suite> suitesOf(const RunReport& run, const ReportStyle& style) {
     return suites;
 }
 
+// The text stands twice, as an attribute and as content: servers show the one or the other.
 void writeBody(const Case& one, std::ostream& stream) {
     const std::string described =
         attribute("type", one.type) + attribute("message", one.text) + ">" + xmlText(one.text);

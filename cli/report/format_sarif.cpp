@@ -79,6 +79,7 @@ Json physicalLocation(const PackageReport& package) {
     return {{"artifactLocation", {{"uri", uriOf(package.path)}}}};
 }
 
+// The map sorts the rules, so that places do not depend on the order of the packages.
 RuleIndex indexOf(const RunReport& run) {
     RuleIndex index;
     for (const PackageReport& package : run.packages) {
@@ -95,6 +96,7 @@ RuleIndex indexOf(const RunReport& run) {
     return index;
 }
 
+// A rule that the catalogue does not know, as in a report of a later version, has its id alone.
 Json ruleJson(const std::string& id) {
     Json rule = {{"id", id}};
     const Entry* entry = findEntry(id);
@@ -192,6 +194,7 @@ Json invocationJson(const RunReport& run) {
     if (run.partial) {
         notifications.push_back(notification(kPartialId, "error", std::string(kInterruptedText)));
     }
+    // Notices are remarks: a run with some has succeeded all the same.
     const bool isWhole = notifications.empty();
     for (const std::string& notice : run.notices) {
         notifications.push_back(notification(kNoticeId, "note", notice));
@@ -200,6 +203,7 @@ Json invocationJson(const RunReport& run) {
             {"toolExecutionNotifications", std::move(notifications)}};
 }
 
+// SARIF knows results but not verdicts, so these go among the properties of the artifact.
 Json verdictsJson(const PackageReport& package) {
     Json verdicts = Json::array();
     for (const Judgement& judgement : package.judgements) {

@@ -18,12 +18,12 @@ namespace {
 
 // One long name must not push the columns of all other rows out of sight.
 constexpr std::size_t kWidestSubject = 40;
-constexpr std::size_t kSeverityWidth = 8;
+constexpr std::size_t kSeverityWidth = 8;  // of "critical"
 constexpr std::string_view kNoSubject = "-";
 
 constexpr std::string_view kIndent = "  ";
 constexpr std::string_view kFixIndent = "      ";
-constexpr std::size_t kFixWidth = 94;
+constexpr std::size_t kFixWidth = 94;  // 100 columns with the indent
 
 struct Row {
     const Finding* finding;
@@ -44,7 +44,7 @@ std::string_view withoutSubject(const Finding& finding) {
     return message;
 }
 
-// What is found under every profile needs no word of it.
+// A finding that stands under every profile needs no note.
 std::string someProfilesNote(const PackageReport& package, const MergedFinding& merged) {
     return merged.profiles.size() < package.judgements.size() ? profilesNote(package, merged)
                                                               : std::string();
@@ -85,7 +85,7 @@ void writeFindings(const PackageReport& package, const ReportStyle& style, std::
     std::size_t rules = 0;
     for (const Row& row : rows) {
         const std::size_t width = displayWidth(row.subject);
-        // A subject that is too long for the column stands out of line alone.
+        // A subject that is too long for the column pushes its own row out of line and no other.
         subjects = width > kWidestSubject ? subjects : std::max(subjects, width);
         rules = std::max(rules, row.finding->rule.size());
     }

@@ -15,7 +15,7 @@ namespace {
 
 constexpr std::string_view kIndent = "  ";
 constexpr std::string_view kCorner = "rule";
-constexpr std::string_view kNone = ".";
+constexpr std::string_view kNone = ".";  // easier to tell from a count than "0"
 
 struct RuleRow {
     std::string rule;
@@ -23,6 +23,7 @@ struct RuleRow {
     std::vector<std::size_t> counts;  // one for each profile
 };
 
+// The row of the finding's rule, which is added when it is the first of that rule.
 RuleRow& rowOf(const Finding& finding, std::size_t columns, std::vector<RuleRow>* rows) {
     const auto found = std::find_if(rows->begin(), rows->end(),
                                     [&](const RuleRow& row) { return row.rule == finding.rule; });
@@ -71,7 +72,7 @@ void writeProfileMatrix(const PackageReport& package, bool color, std::ostream& 
     std::vector<std::string> profiles;
     stream << kIndent << paddedRight(kCorner, rules);
     for (const Judgement& judgement : package.judgements) {
-        // The names head columns, which are as wide as they are.
+        // Each column is as wide as the name at its head.
         profiles.push_back(printable(judgement.profile));
         stream << kIndent << profiles.back();
     }

@@ -18,7 +18,8 @@ constexpr Words<Format, 7> kFormats = {{
 constexpr const char* kOutputArgument = "FORMAT:PATH";
 constexpr char kFormatEnd = ':';
 
-// Nothing when the word is not of the form FORMAT:PATH.
+// Nothing when the word is not of the form FORMAT:PATH. The first colon divides, since a path may
+// hold others.
 std::optional<Output> outputOf(const std::string& word) {
     const std::size_t end = word.find(kFormatEnd);
     const std::optional<Format> format = valueOf(kFormats, word.substr(0, end));

@@ -8,7 +8,8 @@ namespace pkgvet::cli {
 
 namespace {
 
-// A file is read without what went to standard error beside it.
+// Whoever reads a file does not see what went to standard error, so a file tells of packages that
+// could not be judged as well.
 ReportStyle styleOfFiles(ReportStyle style) {
     style.color = false;
     style.notJudged = true;

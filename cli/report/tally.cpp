@@ -13,7 +13,8 @@ namespace {
 
 constexpr std::string_view kInterrupted = "; the run was interrupted and this report is partial";
 
-// All that reports show of a finding, so that two with the same key read the same.
+// All that reports show of a finding, so that two with the same key read the same. The flag tells
+// an empty subject from none.
 using FindingKey = std::tuple<std::string_view, Severity, bool, std::string_view, std::string_view,
                               Standing, std::string_view>;
 

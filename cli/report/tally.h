@@ -1,4 +1,4 @@
-// What a run adds up to.
+// Counts of packages and findings, and the notes that go with them.
 #pragma once
 
 #include <string>

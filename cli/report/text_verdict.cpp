@@ -32,8 +32,8 @@ std::string secondsOf(const PackageReport& package) {
     return text.str();
 }
 
-// The library's own verdict where the policy of the run turned it.
-std::vector<std::string> turned(const Judgement& judgement) {
+// The library's own verdict where the policy of the run overruled it.
+std::vector<std::string> overruled(const Judgement& judgement) {
     if (judgement.passes == judgement.accepted()) {
         return {};
     }
@@ -56,6 +56,7 @@ std::vector<std::string> findingCounts(const Judgement& judgement) {
     return parts;
 }
 
+// What a reader has to know in order to take the verdict for what it is.
 std::vector<std::string> circumstances(const PackageReport& package, const ReportStyle& style) {
     std::vector<std::string> parts;
     if (!package.validationEnabled) {
@@ -76,7 +77,7 @@ void writeProfiles(const PackageReport& package, bool accepted, const ReportStyl
     std::vector<std::string> names;
     for (const Judgement& judgement : package.judgements) {
         if (judgement.passes == accepted) {
-            names.push_back(printable(judgement.profile) + inBrackets(turned(judgement)));
+            names.push_back(printable(judgement.profile) + inBrackets(overruled(judgement)));
         }
     }
     if (!names.empty()) {
@@ -96,7 +97,7 @@ void writeTextVerdict(const PackageReport& package, const ReportStyle& style,
     }
     for (const Judgement& judgement : package.judgements) {
         std::vector<std::string> parts = findingCounts(judgement);
-        append(&parts, turned(judgement));
+        append(&parts, overruled(judgement));
         append(&parts, circumstances(package, style));
         stream << printable(package.path) << ": " << verdictName(judgement.passes, style)
                << inBrackets(parts) << '\n';

@@ -7,6 +7,7 @@ namespace pkgvet::cli {
 
 namespace {
 
+// Unlike the name that the program was called by, this leads through links to where it lies.
 constexpr const char* kOwnProgram = "/proc/self/exe";
 
 }  // namespace

@@ -22,7 +22,8 @@ void checkPattern(const RuleElement& element, std::vector<Fault>* faults) {
 
 std::vector<Fault> checkRuleTree(const std::string& path, const std::vector<Profiles>& profiles) {
     std::vector<Fault> faults;
-    std::set<std::pair<std::string, std::string>> entered;  // file and what it is to hold
+    // Files and what they are to hold. Profiles share files, and compiling patterns takes time.
+    std::set<std::pair<std::string, std::string>> entered;
     RuleTreeVisitor visitor;
     visitor.onFault = [&](const Fault& fault) { faults.push_back(fault); };
     visitor.onElement = [&](const RuleElement& element, const std::string&, bool isPattern) {

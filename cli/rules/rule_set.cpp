@@ -23,6 +23,7 @@ Fault dropped(const RuleElement& name, const std::string& consequence) {
 
 RuleSet loadRuleSet(const std::string& path, Profiles profile) {
     RuleSet rules;
+    // Empty lists are there as well, so that two sets can be compared list by list.
     for (const std::string& name : ruleListNames()) {
         rules.lists.push_back({name, {}});
     }

@@ -92,7 +92,8 @@ private:
         }
     }
 
-    // The profile at index, then its parent, then its parent's parent.
+    // The profile at index, then its parent, then its parent's parent. Parents that lead back to a
+    // profile which has been walked would be walked for ever.
     void walkFamily(JsonArray* profiles, guint index) const {
         std::set<guint> walked;
         for (std::optional<guint> next = index; next;) {
@@ -134,6 +135,8 @@ private:
         }
     }
 
+    // Nothing is reported of a value that is missing or not a string: that was done when the keys
+    // of the profile were walked. An empty name stands for no parent.
     std::optional<guint> parentOf(JsonObject* profile, const std::string& place) const {
         JsonNode* node = json_object_get_member(profile, kInheritanceKey);
         const auto name = node == nullptr ? std::nullopt : textOf(node);
@@ -172,6 +175,7 @@ private:
         }
     }
 
+    // The list is walked whatever is wrong with the name, so that its own faults are told as well.
     void walkTier(const RuleFile& file, JsonObject* tier, const std::string& place,
                   const ListFile& list) const {
         const auto name = file.value(tier, place, kTierNameKey, kTextValue);

@@ -11,6 +11,8 @@ namespace pkgvet::cli {
 
 namespace {
 
+// The library appends names to directories as they stand, so that a slash that is missing makes
+// one word of the two.
 constexpr std::string_view kDirectorySuffix = "_dir";
 constexpr const char* kNoSlash = "does not end in a slash";
 constexpr const char* kLenient =

@@ -17,8 +17,11 @@ namespace {
 
 using OrderedJson = nlohmann::ordered_json;
 
+// Raised when a reader of the former form would go wrong; new keys alone do not raise it.
 constexpr int kSchemaVersion = 1;
+// One long pattern must not push the file names of all others out of sight.
 constexpr std::size_t kWidestColumn = 60;
+// Values come as text. The keys that begin like this, and no others, are true or false.
 constexpr const char* kFlagPrefix = "require_";
 
 void writeFaults(const std::vector<Fault>& faults, const char* label, std::ostream& stream) {
@@ -65,7 +68,7 @@ std::set<std::string> textsOf(const RuleList& list) {
     return texts;
 }
 
-// Scalars as lists of one element, and all lists.
+// Scalars as lists of one element, and all lists: what changed is then found in one way.
 std::vector<RuleList> comparable(const RuleSet& rules) {
     std::vector<RuleList> lists;
     for (const RuleScalar& scalar : rules.scalars) {
@@ -75,6 +78,7 @@ std::vector<RuleList> comparable(const RuleSet& rules) {
     return lists;
 }
 
+// The elements of list that are not among texts, in the order of list.
 std::vector<std::string> missingFrom(const std::set<std::string>& texts, const RuleList& list) {
     std::vector<std::string> missing;
     for (const RuleElement& element : withoutRepeats(list)) {
@@ -126,13 +130,14 @@ void writeRulesAsJson(const RuleSet& rules, std::ostream& stream) {
     stream << root.dump(2) << '\n';
 }
 
+// Trees without faults have the same keys and lists in the same order, so that positions match.
 std::vector<ListDifference> compareRules(const RuleSet& before, const RuleSet& after) {
     const std::vector<RuleList> old = comparable(before);
-    const std::vector<RuleList> recent = comparable(after);
+    const std::vector<RuleList> updated = comparable(after);
     std::vector<ListDifference> differences;
-    for (std::size_t i = 0; i < std::min(old.size(), recent.size()); ++i) {
-        ListDifference difference{old[i].name, missingFrom(textsOf(recent[i]), old[i]),
-                                  missingFrom(textsOf(old[i]), recent[i])};
+    for (std::size_t i = 0; i < std::min(old.size(), updated.size()); ++i) {
+        ListDifference difference{old[i].name, missingFrom(textsOf(updated[i]), old[i]),
+                                  missingFrom(textsOf(old[i]), updated[i])};
         if (!difference.removed.empty() || !difference.added.empty()) {
             differences.push_back(std::move(difference));
         }

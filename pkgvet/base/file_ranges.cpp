@@ -12,6 +12,7 @@ std::optional<std::string> FileRanges::read(std::uint64_t offset, std::uint64_t 
         return std::nullopt;
     }
     std::string bytes(size, '\0');
+    // A signal may interrupt a read or cut it short.
     for (std::size_t done = 0; done < bytes.size();) {
         const ssize_t count = pread(descriptor(), bytes.data() + done, bytes.size() - done,
                                     static_cast<off_t>(offset + done));

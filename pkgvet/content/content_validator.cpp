@@ -42,6 +42,7 @@ std::string makeTemporaryDirectory() {
 
 ContentValidator::ContentValidator(const std::string& rpmPath)
     : d_ptr(std::make_unique<ContentValidatorPrivate>()) {
+    // The record names the directory once it holds a payload, since only then are files judged.
     const std::string directory = makeTemporaryDirectory();
     if (directory.empty()) {
         return;

@@ -6,8 +6,8 @@
 
 namespace pkgvet {
 
-// Each fact says who writes it and, where that is not the accessor of ContentValidator alone, who
-// reads it. Without a desktop file all keep their initial values.
+// The comments say which rule writes a fact, and which rules read it. Where none is named, only the
+// accessor of ContentValidator does. Without a desktop file all keep their initial values.
 struct DesktopFacts {
     // Whether the package lists its desktop file. Written by checkDesktop; the other rules on the
     // file run only if it does.

@@ -151,8 +151,8 @@ void judgePermissions(const std::vector<std::string>& permissions, const WordSet
     }
 }
 
-// The words of the error and of the warning on hyphens are the reverse of their gravity, and stay
-// as users know them.
+// The error on hyphens is worded like a warning, and the warning like an error. Users know the
+// lines, so they stay.
 void reportOutcome(const DesktopFacts& facts, Findings* findings) {
     for (const Outcome& outcome : kViolations) {
         if (facts.*outcome.fact == outcome.value) {

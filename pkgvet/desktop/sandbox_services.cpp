@@ -19,7 +19,7 @@ namespace pkgvet {
 
 namespace {
 
-// Whether the service is to start by itself is a key too, but says nothing of the service.
+// The key that starts the service by itself is not counted: without it a description is complete.
 constexpr std::array<std::string_view, 3> kCountedKeys = {kSystemServiceKey, kSystemServiceUserKey,
                                                           kSystemServiceGroupKey};
 

@@ -3,8 +3,8 @@
 
 namespace pkgvet {
 
-// Each fact says who writes it and, where that is not the accessor of ContentValidator alone, who
-// reads it.
+// The comments say which rule writes a fact, and which rules read it. Where none is named, only the
+// accessor of ContentValidator does.
 struct BinaryFacts {
     // Written by checkExecutables.
     bool archSpecificContent = false;  // read by checkArch

@@ -57,6 +57,7 @@ std::optional<ElfHeader> readElfHeader(const FileRanges& file) {
     if (!bytes) {
         return std::nullopt;
     }
+    // The bytes are a whole header, so each of its numbers is there.
     const ByteView fields(*bytes, header->order());
     header->tableOffset = fields.number(layout.tableOffset, layout.word).value();
     header->tableStride = fields.number(layout.tableStride, kElfHalf).value();

@@ -1,4 +1,5 @@
-// Our own source of the sections of an ELF file.
+// Our own source of the sections of an ELF file. It is called after the build option that takes it;
+// sections are copied and not mapped, see FileRanges.
 #include <deque>
 #include <optional>
 #include <string>
@@ -17,6 +18,7 @@ namespace pkgvet {
 
 namespace {
 
+// fields are a whole section header, so each of its numbers is there.
 ElfSection toSection(const ByteView& fields, const ElfLayout& layout) {
     return {fields.number(kElfSectionType, kElfWord).value(),
             fields.number(layout.sectionOffset, layout.word).value(),

@@ -41,8 +41,8 @@ bool isBelowSystemDirectory(const std::string& token) {
                        [&form](std::string_view directory) { return form.starts_with(directory); });
 }
 
-// A fold from left to right, not a conjunction: once a token has failed, the package's own
-// directories are no longer good enough, but a later system directory makes up for all.
+// Directories are taken from left to right, and not each is judged by itself: behind one that is
+// not permitted, the package's own do not help, but a later system directory excuses all before it.
 bool isRpathPermitted(const std::string& rpath, const PermittedDirectories& permitted) {
     bool status = true;
     std::istringstream tokens(rpath);

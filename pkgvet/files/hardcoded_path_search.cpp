@@ -85,7 +85,7 @@ std::size_t stepThroughStretch(std::size_t row, const char* text) {
     return row;
 }
 
-// What begins with the next "/" of text, nothing if there is none.
+// The rest of text from its next "/" on; empty if there is none.
 std::string_view fromSlash(std::string_view text) {
     if (text.empty() || text.front() == kHomeDirectory.front()) {
         return text;

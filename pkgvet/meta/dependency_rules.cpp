@@ -99,6 +99,7 @@ bool isListed(const std::string& dependency, std::span<PatternList> lists) {
                        [&name](PatternList& list) { return list.matches(name); });
 }
 
+// A requirement that is on no list of allowed ones, and whether another list makes it a warning.
 struct OpenRequirement {
     std::string name;
     bool isTolerated;

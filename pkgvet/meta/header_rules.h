@@ -41,7 +41,7 @@ void checkProvides(const std::string& packageName, const std::vector<std::string
 void checkConflicts(const std::string& mandatoryName, const std::vector<std::string>& conflicts,
                     Findings* findings);
 
-// There must be none.
+// There must not be any.
 void checkObsoletes(const std::vector<std::string>& obsoletes, Findings* findings);
 
 // Each of requireNames must be listed by the rule set, among its requirements or its libraries.

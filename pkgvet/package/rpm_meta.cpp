@@ -37,7 +37,7 @@ struct RpmMetaPrivate {
 
 namespace {
 
-// rpmtdFree leaves the data behind the container alone.
+// rpmtdFree frees the container, but not the data in it.
 void releaseTagData(rpmtd container) {
     rpmtdFreeData(container);
     rpmtdFree(container);
@@ -130,6 +130,7 @@ bool hasScripts(Header header) {
     });
 }
 
+// All three lists grow in one step, so that they stay parallel.
 void readFiles(Header header, RpmMetaPrivate* record) {
     const FileIteratorHandle files(rpmfiNew(nullptr, header, RPMTAG_BASENAMES, RPMFI_KEEPHEADER));
     if (!files) {

@@ -80,13 +80,14 @@ std::optional<std::string> WholePattern::fault() {
     return std::nullopt;
 }
 
-// Where both modes can be had, either's answer will do. The polynomial one comes first, since it
-// does not recurse for each character and takes no exponential time on a pattern that a stranger
-// chose; but there are patterns with thousands of states on which the plain one is quick.
+// The two modes give the same answers, so the second is tried where the first gives up. The
+// polynomial mode comes first: it does not recurse for each character, and takes no exponential
+// time on a pattern that a stranger chose. On some patterns with thousands of states it takes too
+// many steps all the same, while the backtracking mode is quick.
 bool WholePattern::matchesCompiled(const std::string& text) {
-    if (sideBySide_) {
+    if (polynomial_) {
         try {
-            return run(*sideBySide_, text);
+            return run(*polynomial_, text);
         } catch (const std::regex_error&) {
             if (!backtracking_) {
                 backtracking_.emplace(text_, std::regex::ECMAScript);
@@ -114,9 +115,9 @@ bool WholePattern::matchesPlainText(const std::string& text) const {
         });
 }
 
-// The polynomial mode of libstdc++ refuses back-references, which leave only the plain mode.
+// The polynomial mode of libstdc++ refuses back-references, which leave only the backtracking mode.
 void WholePattern::compile() {
-    if (sideBySide_ || backtracking_) {
+    if (polynomial_ || backtracking_) {
         return;
     }
     shape_ = shapeOf(text_);
@@ -125,7 +126,7 @@ void WholePattern::compile() {
         throw std::regex_error(std::regex_constants::error_stack);
     }
     try {
-        sideBySide_.emplace(text_, std::regex::ECMAScript | std::regex_constants::__polynomial);
+        polynomial_.emplace(text_, std::regex::ECMAScript | std::regex_constants::__polynomial);
     } catch (const std::regex_error& error) {
         if (error.code() != std::regex_constants::error_complexity) {
             throw;

@@ -42,8 +42,10 @@ private:
     std::string text_;  // the pattern, or the plain text that it stands for
     bool plain_;
     PatternShape shape_;
-    std::optional<std::regex> sideBySide_;    // not for patterns with back-references
-    std::optional<std::regex> backtracking_;  // made where the other is missing or gave up
+    // The pattern in the two modes of the engine, which are named for how they work: the first not
+    // for patterns with back-references, the second made where the first is missing or gave up.
+    std::optional<std::regex> polynomial_;
+    std::optional<std::regex> backtracking_;
 };
 
 // Answers as matchesAnyPattern does, the moment at which a bad pattern throws included: when the

@@ -45,7 +45,7 @@ bool mustBeSearchedAsBytes(const GRegex* regex, const char* subject) {
            (g_regex_get_compile_flags(regex) & G_REGEX_RAW) == 0 && !pkgvet::isUtf8(subject);
 }
 
-// The same pattern for subjects that are bytes; null where it does not compile as such.
+// The same pattern, compiled for subjects that are bytes; null where it does not compile as such.
 pkgvet::RegexHandle rawVersionOf(const GRegex* regex) {
     return compileRaw(g_regex_get_pattern(regex), g_regex_get_compile_flags(regex),
                       g_regex_get_match_flags(regex));

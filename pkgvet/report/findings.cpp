@@ -1,4 +1,4 @@
-// Composes findings and keeps what they make of the verdict.
+// Composes findings and keeps the verdict that follows from them.
 #include "pkgvet/report/findings.h"
 
 #include <array>
@@ -10,6 +10,7 @@ namespace pkgvet {
 
 namespace {
 
+// A rule that gives more or fewer texts than the message has places is a mistake of ours.
 void write(LogLevel level, const Message& message, Findings::Texts texts) {
     std::array<std::string_view, Message::kMostPieces> line;
     std::size_t size = 0;

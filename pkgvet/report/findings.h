@@ -14,8 +14,8 @@ inline constexpr std::uint32_t kViolation = 1;     // rejects while validation i
 inline constexpr std::uint32_t kGraveFinding = 2;  // rejects in any case
 
 // The sink that all rules on a package share. Each finding goes out through Logger at once, so that
-// lines stand in the order in which the rules found them; what stays is whether the package is to
-// be rejected. Nothing that was found is ever forgotten.
+// lines stand in the order in which the rules found them. The object keeps only whether the package
+// is to be rejected, and never unlearns it.
 class Findings {
 public:
     // What fills the places of a message, in their order.
@@ -23,8 +23,8 @@ public:
 
     // An error, which rejects the package while validation is enabled.
     void violation(const Message& message, Texts texts = {});
-    // A finding that rejects the package in any case. Of the two rules that have one, each writes
-    // it at a level of its own.
+    // A finding that rejects the package in any case. The two rules that have one write it at
+    // different levels.
     void grave(LogLevel level, const Message& message, Texts texts = {});
     // Lines that reject nothing.
     void warning(const Message& message, Texts texts = {});

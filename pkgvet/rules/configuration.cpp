@@ -23,7 +23,7 @@ constexpr std::string_view kUnknownProfile = "<unknown>";
 // In the order of kListFiles.
 using ListPaths = std::array<std::string, pkgvet::kListFiles.size()>;
 
-// An absent array of sizes is json-glib's complaint and an empty list.
+// Of a missing array json-glib complains itself, and the list stays empty.
 void readIconSizes(JsonObject* root, ConfigurationPrivate* record) {
     JsonArray* sizes = json_object_get_array_member(root, pkgvet::kIconSizesKey);
     const guint length = sizes == nullptr ? 0 : json_array_get_length(sizes);
@@ -32,7 +32,9 @@ void readIconSizes(JsonObject* root, ConfigurationPrivate* record) {
     }
 }
 
-// Returns the path of the disallowed components file, which the record does not keep.
+// Returns the path of the disallowed components file, which the record does not keep. Where it is
+// missing, json-glib gives null, which std::string refuses with std::logic_error: callers know this
+// fault of a rule tree by that type.
 std::string readDirectories(JsonObject* root, const std::string& file,
                             ConfigurationPrivate* record) {
     JsonObject* dirs = pkgvet::objectOf(json_object_get_member(root, pkgvet::kDirsKey));
@@ -121,6 +123,7 @@ Configuration::Configuration(const std::string& path, Profiles profile)
     applyInheritance(d_ptr->inheritance, profiles);
 }
 
+// A list file that profile and parent share is read twice, so that its elements occur twice.
 void Configuration::applyInheritance(const std::string& parent, JsonArray* profiles) {
     const std::optional<unsigned> index = pkgvet::parentIndex(parent);
     // json-glib complains of a parent that is not there, and the walk ends.
