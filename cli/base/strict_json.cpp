@@ -1,5 +1,5 @@
 // Reads JSON files strictly. Not through json-glib, which takes comments, single quotes and wrong
-// escapes without a word: whoever wrote the file would not learn that it means something else.
+// escapes and does not say so: whoever wrote the file would not learn that it means something else.
 #include "cli/base/strict_json.h"
 
 #include <algorithm>

@@ -2,7 +2,6 @@
 #include "cli/command/command_table.h"
 
 #include <algorithm>
-#include <utility>
 
 namespace pkgvet::cli {
 

@@ -2,7 +2,6 @@
 #include "cli/command/rules.h"
 
 #include <iostream>
-#include <utility>
 
 #include "cli/base/exit_status.h"
 #include "cli/base/terminal.h"

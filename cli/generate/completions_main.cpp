@@ -18,7 +18,7 @@ int main(int argc, char** argv) {
     } else if (shell == "zsh") {
         writeZshCompletion(table, std::cout);
     } else {
-        std::cerr << "bash, fish or zsh?\n";
+        std::cerr << "usage: pkgvet-completions bash|fish|zsh\n";
         return 2;
     }
     return std::cout.flush() ? 0 : 1;

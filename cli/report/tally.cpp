@@ -3,7 +3,6 @@
 
 #include <map>
 #include <tuple>
-#include <utility>
 
 #include "cli/base/text.h"
 

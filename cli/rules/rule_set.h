@@ -20,7 +20,7 @@ struct RuleList {
 struct RuleSet {
     std::vector<RuleScalar> scalars;
     std::vector<RuleList> lists;
-    // What the library reads and drops without a word: tiers and parents of unknown names.
+    // What the library reads and then ignores: tiers and parents of unknown names.
     std::vector<Fault> dropped;
     std::vector<std::string> files;  // those that were read, in their order
 };

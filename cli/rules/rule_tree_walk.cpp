@@ -8,6 +8,7 @@
 
 #include "cli/base/json_place.h"
 #include "cli/rules/rule_file.h"
+#include "pkgvet/rules/rule_tree_format.h"
 
 namespace pkgvet::cli {
 

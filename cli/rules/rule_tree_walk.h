@@ -8,7 +8,6 @@
 
 #include "cli/base/fault.h"
 #include "pkgvet/rules/profiles.h"
-#include "pkgvet/rules/rule_tree_format.h"
 
 namespace pkgvet::cli {
 

@@ -49,7 +49,7 @@ void warnAboutRepeats(const RuleSet& rules, std::vector<Fault>* warnings) {
     }
 }
 
-// The library's own reader loses a single backslash, for example, without a word.
+// The library's own reader drops a single backslash, for example, and does not say so.
 void warnAboutLenience(const RuleSet& rules, std::vector<Fault>* warnings) {
     for (const std::string& file : rules.files) {
         for (const Fault& fault : faultsOfJson(file)) {

@@ -30,7 +30,7 @@ struct OpenFile {
     std::uint64_t size = 0;
 };
 
-// Opens the regular file that path leads to, and nothing else; waits for nobody. All reading of
+// Opens the regular file that path leads to, and nothing else, and never waits. All reading of
 // files of a package begins here. A file that the kernel generates has size 0, whatever size it
 // states.
 OpenFile openRegularFile(const std::string& path);

@@ -1,4 +1,4 @@
-// The life of a ContentValidator, the order of its rules and its verdict.
+// How a ContentValidator is made and destroyed, the order of its rules, and its verdict.
 #include "pkgvet/content/content_validator.h"
 
 #include <sys/stat.h>

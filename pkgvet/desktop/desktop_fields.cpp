@@ -2,7 +2,6 @@
 #include <algorithm>
 #include <regex>
 #include <string>
-#include <unordered_set>
 #include <vector>
 
 #include "pkgvet/desktop/desktop_entry.h"

@@ -19,7 +19,7 @@ namespace {
 // Behind "X-" the match may not fall back to reading the "X" as the capital of a plain name. The
 // repetitions are possessive. What may follow one of them never stands in its class, so the answers
 // are the same as with greedy ones, but a list of flags that is made to have the engine try every
-// division of it takes no time.
+// division of it does not take long.
 constexpr std::string_view kIntent = R"(^((?:X-)?(*COMMIT)[A-Z][A-Za-z0-9-]++))"
                                      R"((?:\/[A-Za-z][A-Za-z0-9-]++)?)"
                                      R"((?::(?:\|?([A-Za-z][A-Za-z0-9-]++))++)?$)";

@@ -4,7 +4,6 @@
 #include <elf.h>
 
 #include <algorithm>
-#include <string>
 #include <utility>
 
 #include "pkgvet/elf/byte_view.h"

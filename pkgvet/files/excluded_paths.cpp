@@ -138,10 +138,10 @@ bool PathWalk::isSharedPlace(const std::string& path, bool listed) const {
            places_.commonAppPattern.match(path) || places_.commonOrgPattern.match(path);
 }
 
-// libexecEntryPattern hits each path that libexecContentPattern would hit, so that the latter has
-// its turn in one case only: where both the directory and the package's name are empty, the former
-// is the empty pattern, which matches nothing here. Anchoring the former would bring the latter
-// into play, and files that are accepted would then be judged.
+// libexecEntryPattern matches every path that libexecContentPattern matches, and judge() stops at
+// it. The content pattern is reached in one case only: where both the directory and the package's
+// name are empty, so that the entry pattern is empty and matches nothing. If the entry pattern were
+// anchored, the content pattern would judge files that are accepted now.
 void PathWalk::judgeElsewhere(const std::string& path, bool listed) {
     if (places_.libexecContentPattern.match(path)) {
         checkLibexecFile(path);
@@ -163,7 +163,7 @@ void PathWalk::noteMainBinary() {
 }
 
 // The file is named for the package and not for the path that led here: a path that only contains
-// the expected text leads to the same file, and draws its findings once more.
+// the expected text leads to the same file, whose findings are then reported once more.
 void PathWalk::checkSealwatchd() {
     if (!sealwatchd_) {
         sealwatchd_ = checkSealwatchdFile(

@@ -1,7 +1,5 @@
-// The life of a MetaValidator, the order of its rules and its verdict.
+// How a MetaValidator is made, the order of its rules, and its verdict.
 #include "pkgvet/meta/meta_validator.h"
-
-#include <utility>
 
 #include "pkgvet/meta/header_rules.h"
 #include "pkgvet/meta/meta_validator_private.h"

@@ -14,7 +14,6 @@
 #include <array>
 #include <string_view>
 #include <type_traits>
-#include <utility>
 
 #include "pkgvet/base/c_handle.h"
 #include "pkgvet/base/regular_file.h"

@@ -6,7 +6,6 @@
 #include <array>
 #include <optional>
 #include <string_view>
-#include <utility>
 
 #include "pkgvet/rules/configuration_private.h"
 #include "pkgvet/rules/developer_mode.h"
