@@ -31,7 +31,7 @@ std::string progressText(std::size_t done, std::size_t total, std::size_t reject
                          double seconds) {
     std::ostringstream text;
     text << done << '/' << total << " packages, " << rejected << " rejected";
-    // Without one package that is done there is nothing to judge the rest by.
+    // The time left follows from the packages that are done, so there has to be one.
     if (done > 0 && seconds > 0) {
         const double rate = static_cast<double>(done) / seconds;
         const long left = std::lround(static_cast<double>(total - done) / rate);

@@ -1,5 +1,5 @@
 // Reads one file of a rule tree and reports what is wrong with it. It goes through json-glib, as
-// the library does, so that a file which passes here holds for the library what it holds here.
+// the library does, so that both see the same content.
 #include "cli/rules/rule_file.h"
 
 #include <filesystem>

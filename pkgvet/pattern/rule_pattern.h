@@ -24,8 +24,8 @@ inline constexpr PatternFlags kTextPattern = {G_REGEX_OPTIMIZE, G_REGEX_MATCH_NE
 inline constexpr PatternFlags kPlainPattern = {static_cast<GRegexCompileFlags>(0),
                                                static_cast<GRegexMatchFlags>(0)};
 
-// Patterns of the three kinds. As with Regex, pattern is read up to its terminating
-// NUL, so that it has to be a literal or the content of a string.
+// Patterns of the three kinds. As with Regex, pattern is read up to its terminating NUL, so that it
+// has to be a literal or the content of a string.
 inline Regex rulePattern(std::string_view pattern) {
     return Regex(pattern, kRulePattern.compile, kRulePattern.match);
 }

@@ -15,7 +15,7 @@ inline constexpr std::uint32_t kGraveFinding = 2;  // rejects in any case
 
 // The sink that all rules on a package share. Each finding goes out through Logger at once, so that
 // lines stand in the order in which the rules found them. The object keeps only whether the package
-// is to be rejected, and never unlearns it.
+// is to be rejected, and that never changes back.
 class Findings {
 public:
     // What fills the places of a message, in their order.
