@@ -26,8 +26,7 @@ constexpr const char* kNoWorld = "it could not be shut off from the machine: ";
 // Above the standard streams; nothing else is open in a judge.
 constexpr int kAnswer = 3;
 constexpr int kPackage = 4;
-constexpr int kScratch = 5;
-constexpr int kFirstFree = 6;
+constexpr int kFirstFree = 5;
 
 [[noreturn]] void fail(const char* what) {
     throw std::system_error(errno, std::generic_category(), what);
@@ -54,8 +53,6 @@ JudgeDescriptors arrange(JudgeDescriptors given) {
     const Descriptor answer = moved(std::move(given.answer));
     const Descriptor package = moved(std::move(given.package));
     const Descriptor errors = moved(std::move(given.errors));
-    const Descriptor scratch =
-        given.scratch.isOpen() ? moved(std::move(given.scratch)) : Descriptor();
     const Descriptor nowhere = moved(Descriptor(open(kNowhere, O_RDONLY | O_CLOEXEC)));
     place(nowhere, STDIN_FILENO, 0);
     place(errors, STDOUT_FILENO, 0);
@@ -63,10 +60,6 @@ JudgeDescriptors arrange(JudgeDescriptors given) {
     place(answer, kAnswer, O_CLOEXEC);
     place(package, kPackage, O_CLOEXEC);
     JudgeDescriptors arranged;
-    if (scratch.isOpen()) {
-        place(scratch, kScratch, O_CLOEXEC);
-        arranged.scratch = Descriptor(kScratch);
-    }
     arranged.answer = Descriptor(kAnswer);
     arranged.package = Descriptor(kPackage);
     return arranged;
@@ -115,10 +108,10 @@ bool send(std::string_view message) {
 
 PackageReport judgeInWorld(const WorldPlan& plan, const SystemCallFilter& filter,
                            const JudgeFunction& judge, const JudgeDescriptors& descriptors,
-                           const Directories& directories) {
+                           const Directories& directories, bool inWorkingDirectory) {
     World world(plan, filter);
     try {
-        world.enter(directories, descriptors.scratch, sizeOf(descriptors.package));
+        world.enter(directories, inWorkingDirectory, sizeOf(descriptors.package));
     } catch (const std::exception& error) {
         PackageReport report;
         report.setCause({CauseCode::Crashed, std::string(kNoWorld) + error.what()});
@@ -139,13 +132,15 @@ PackageReport judgeInWorld(const WorldPlan& plan, const SystemCallFilter& filter
 // the descriptors outlive whatever is thrown. No destructors run at the end, as what they would
 // release ends with the process.
 void runJudge(const WorldPlan& plan, const SystemCallFilter& filter, const JudgeFunction& judge,
-              JudgeDescriptors descriptors, const Directories& directories) {
+              JudgeDescriptors descriptors, const Directories& directories,
+              bool inWorkingDirectory) {
     setpgid(0, 0);
     JudgeDescriptors arranged;
     try {
         arranged = arrange(std::move(descriptors));
         close_range(kFirstFree, ~0U, 0);
-        const PackageReport report = judgeInWorld(plan, filter, judge, arranged, directories);
+        const PackageReport report =
+            judgeInWorld(plan, filter, judge, arranged, directories, inWorkingDirectory);
         _exit(send(reportMessage(report, plan.limits.report)) ? 0 : 1);
     } catch (const std::exception&) {
         _exit(1);

@@ -12,13 +12,13 @@ struct JudgeDescriptors {
     Descriptor package;
     Descriptor answer;
     Descriptor errors;
-    Descriptor scratch;
 };
 
 // Enters the world of plan, judges, answers and ends the process, which forkSibling made. A world
-// that cannot be made as planned is the cause in the answer.
+// that cannot be made as planned is the cause in the answer. The payload goes into memory, or into
+// the working directory.
 [[noreturn]] void runJudge(const WorldPlan& plan, const SystemCallFilter& filter,
                            const JudgeFunction& judge, JudgeDescriptors descriptors,
-                           const Directories& directories);
+                           const Directories& directories, bool inWorkingDirectory);
 
 }  // namespace pkgvet::cli

@@ -118,8 +118,12 @@ void JudgePool::renewTemplate() {
     if (template_->isAlive()) {
         return;
     }
-    template_.reset();
-    template_ = std::make_unique<TemplateProcess>(options_.judging);
+    options_.judging.decided = template_->sandbox();
+    try {
+        template_ = std::make_unique<TemplateProcess>(options_.judging);
+    } catch (const std::system_error&) {
+        // The former one goes on to refuse.
+    }
 }
 
 // In milliseconds, as poll() takes it.

@@ -2,7 +2,6 @@
 #include "cli/worker/judge_user.h"
 
 #include <grp.h>
-#include <sys/prctl.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -36,14 +35,14 @@ bool knowsNobody(const char* map) {
 
 }  // namespace
 
-uid_t judgeUser(bool hasNamespaces) {
+uid_t judgeUser(bool isCaged) {
     const bool gives =
-        hasNamespaces && geteuid() == 0 && std::all_of(kMaps.begin(), kMaps.end(), knowsNobody);
+        isCaged && geteuid() == 0 && std::all_of(kMaps.begin(), kMaps.end(), knowsNobody);
     return gives ? kNobody : geteuid();
 }
 
-void becomeJudgeUser(bool hasNamespaces) {
-    const uid_t user = judgeUser(hasNamespaces);
+void becomeJudgeUser(bool isCaged) {
+    const uid_t user = judgeUser(isCaged);
     if (user == geteuid()) {
         return;
     }
@@ -51,8 +50,6 @@ void becomeJudgeUser(bool hasNamespaces) {
         setresuid(user, user, user) != 0) {
         throw std::system_error(errno, std::generic_category(), "cannot give up root");
     }
-    // Otherwise the process could not write the maps of its own ids.
-    prctl(PR_SET_DUMPABLE, 1);
 }
 
 }  // namespace pkgvet::cli

@@ -5,11 +5,13 @@
 
 namespace pkgvet::cli {
 
-// The caller, unless that is the machine's superuser and judges have namespaces: there they are
-// nobody's, and have the powers that they need inside.
-uid_t judgeUser(bool hasNamespaces);
+// The caller, unless that is the machine's superuser and judges are shut off in one way or another:
+// then they are nobody's. With namespaces they have the powers that they need inside; under
+// Landlock alone, which does not keep a superuser from changing the modes of the machine's files,
+// none.
+uid_t judgeUser(bool isCaged);
 
 // Becomes that user, for good. Throws std::system_error.
-void becomeJudgeUser(bool hasNamespaces);
+void becomeJudgeUser(bool isCaged);
 
 }  // namespace pkgvet::cli

@@ -34,6 +34,12 @@ constexpr std::array<std::uint64_t, 6> kAllRights = {
 constexpr std::uint64_t kRead = LANDLOCK_ACCESS_FS_READ_FILE | LANDLOCK_ACCESS_FS_READ_DIR;
 constexpr std::uint64_t kExecute = kRead | LANDLOCK_ACCESS_FS_EXECUTE;
 
+// Nothing has a use for devices, which the superuser's unpacking would make.
+constexpr std::uint64_t kDevices = LANDLOCK_ACCESS_FS_MAKE_CHAR | LANDLOCK_ACCESS_FS_MAKE_BLOCK;
+
+// The first version that lets files be linked from one directory to another, as packages do.
+constexpr int kLeastVersion = 2;
+
 // The only rights that a rule on something other than a directory may name.
 constexpr std::uint64_t kFileRights = LANDLOCK_ACCESS_FS_READ_FILE | LANDLOCK_ACCESS_FS_WRITE_FILE |
                                       LANDLOCK_ACCESS_FS_EXECUTE | kTruncate | kDeviceControl;
@@ -59,7 +65,7 @@ std::uint64_t rightsOf(FileAccess access, int version) {
         case FileAccess::Write:
             break;
     }
-    return allRights(version);
+    return allRights(version) & ~kDevices;
 }
 
 [[noreturn]] void fail(const char* what) {
@@ -69,7 +75,7 @@ std::uint64_t rightsOf(FileAccess access, int version) {
 }  // namespace
 
 bool hasLandlock() {
-    return version() > 0;
+    return version() >= kLeastVersion;
 }
 
 LandlockRules::LandlockRules() : version_(version()) {

@@ -8,14 +8,14 @@
 
 namespace pkgvet::cli {
 
-// Whether this kernel has it.
+// Whether this kernel has it in a version that packages can be unpacked under.
 bool hasLandlock();
 
 // What may be done below a directory, or with a file.
 enum class FileAccess {
     Read,     // read files, list directories
     Execute,  // that, and run programs
-    Write,    // whatever there is
+    Write,    // whatever there is, but for making devices
 };
 
 // A set of rules on files. Nothing but what it permits can be done once it is applied, neither by

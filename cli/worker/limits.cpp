@@ -5,6 +5,7 @@
 #include <sys/resource.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <system_error>
 
@@ -24,8 +25,12 @@ constexpr bool kHasAddressLimit = true;
 #endif
 
 void limit(int resource, rlim_t soft, rlim_t hard) {
-    const struct rlimit limits { soft, hard };
-    if (setrlimit(static_cast<__rlimit_resource>(resource), &limits) != 0) {
+    const auto kind = static_cast<__rlimit_resource>(resource);
+    struct rlimit limits {};
+    getrlimit(kind, &limits);
+    // A caller who allows less means it.
+    limits = {std::min(soft, limits.rlim_max), std::min(hard, limits.rlim_max)};
+    if (setrlimit(kind, &limits) != 0) {
         throw std::system_error(errno, std::generic_category(), "cannot limit resources");
     }
 }

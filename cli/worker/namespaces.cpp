@@ -70,6 +70,8 @@ std::string mapping(unsigned outer) {
 }
 
 void mapIds(uid_t owner, gid_t group) {
+    // A process that gave up root could not write its own maps otherwise.
+    prctl(PR_SET_DUMPABLE, 1);
     writeFile("/proc/self/setgroups", "deny");
     writeFile("/proc/self/uid_map", mapping(owner));
     writeFile("/proc/self/gid_map", mapping(group));
@@ -89,10 +91,9 @@ void closeFileSystems() {
     setAttributes("/", AT_RECURSIVE, MOUNT_ATTR_RDONLY | MOUNT_ATTR_NOSUID | MOUNT_ATTR_NODEV, 0);
 }
 
-void mountScratch(const Room& room, const Descriptor& scratch) {
-    if (scratch.isOpen()) {
-        const std::string path = "/proc/self/fd/" + std::to_string(scratch.get());
-        check(mount(path.c_str(), kTemporary, nullptr, MS_BIND, nullptr), "cannot mount scratch");
+void mountScratch(const Room& room, bool inWorkingDirectory) {
+    if (inWorkingDirectory) {
+        check(mount(".", kTemporary, nullptr, MS_BIND, nullptr), "cannot mount scratch");
         setAttributes(kTemporary, 0, MOUNT_ATTR_NOSUID | MOUNT_ATTR_NODEV | MOUNT_ATTR_NOEXEC,
                       MOUNT_ATTR_RDONLY);
         return;
@@ -146,15 +147,15 @@ pid_t forkIsolated() {
     return forkWith(kNamespaces);
 }
 
-WorldPaths furnishNamespaces(uid_t owner, gid_t group, const Room& room, const Descriptor& scratch,
+WorldPaths furnishNamespaces(uid_t owner, gid_t group, const Room& room, bool inWorkingDirectory,
                              const std::vector<std::string>& readable) {
     mapIds(owner, group);
     check(sethostname(kHostName.data(), kHostName.size()), "cannot set the host's name");
     closeFileSystems();
-    mountScratch(room, scratch);
+    mountScratch(room, inWorkingDirectory);
     WorldPaths paths{kCopy, arrangeRoot(readable)};
     // Where parts of /proc are hidden, as in many containers, the kernel refuses a new one.
-    mount("proc", "/proc", "proc", kPlainMount, nullptr);
+    mount("proc", "/proc", "proc", kPlainMount | MS_RDONLY, nullptr);
     check(chdir(kTemporary), "cannot enter the private /tmp");
     return paths;
 }

@@ -34,10 +34,10 @@ struct WorldPaths {
 // Furnishes the namespaces of the calling process, which forkSibling or forkIsolated made as owner:
 // an ordinary id inside that is owner outside, all file systems read-only and without devices and
 // set-id programs, a private file system on /tmp with room, and a /proc of its own where the kernel
-// allows. That file system lies in memory, or in scratch, a directory, if that is open. The
+// allows. That file system lies in memory, or is the working directory. The
 // directories of readable will be seen in the new root as well.
 // Throws std::system_error, which names the step that failed.
-WorldPaths furnishNamespaces(uid_t owner, gid_t group, const Room& room, const Descriptor& scratch,
+WorldPaths furnishNamespaces(uid_t owner, gid_t group, const Room& room, bool inWorkingDirectory,
                              const std::vector<std::string>& readable);
 
 // Leaves of all capabilities in these namespaces those by which a superuser may read and change

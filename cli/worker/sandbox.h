@@ -19,6 +19,7 @@ struct Sandbox {
     std::string missing;      // why not both; empty when both are there or none was asked for
 
     bool isWhole() const { return namespaces && landlock; }
+    bool isAny() const { return namespaces || landlock; }
     // "namespaces+landlock", "namespaces", "landlock" or "none".
     std::string name() const;
 };

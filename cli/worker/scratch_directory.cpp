@@ -26,10 +26,14 @@ ScratchDirectory::ScratchDirectory(const std::string& parent, const Sandbox& san
         return;
     }
     path_ = makeDirectory(parent + kName);
-    const uid_t user = judgeUser(sandbox.namespaces);
-    descriptor_ = Descriptor(open(path_.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
-    if (!descriptor_.isOpen() || (user != geteuid() && chown(path_.c_str(), user, user) != 0)) {
-        throw std::system_error(errno, std::generic_category(), "cannot make " + parent + kName);
+    const uid_t user = judgeUser(sandbox.isAny());
+    if (!path_.empty() && (user == geteuid() || chown(path_.c_str(), user, user) == 0)) {
+        descriptor_ = Descriptor(open(path_.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+    }
+    if (!descriptor_.isOpen()) {
+        const int error = errno;
+        rmdir(path_.c_str());
+        throw std::system_error(error, std::generic_category(), "cannot make " + parent + kName);
     }
 }
 

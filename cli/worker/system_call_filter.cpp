@@ -36,6 +36,9 @@ constexpr std::array kRefusedCalls = {
     SCMP_SYS(mount_setattr),
     SCMP_SYS(unshare),
     SCMP_SYS(setns),
+    // A socket that has a path can be reached from any namespace.
+    SCMP_SYS(socket),
+    SCMP_SYS(connect),
     SCMP_SYS(ptrace),
     SCMP_SYS(process_vm_readv),
     SCMP_SYS(process_vm_writev),

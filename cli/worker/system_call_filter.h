@@ -7,8 +7,8 @@
 
 namespace pkgvet::cli {
 
-// Refuses what reaches deep into the kernel: mounting, tracing, new namespaces, kernel keys, BPF,
-// io_uring and the like. It is compiled once, as that takes longer than to apply it.
+// Refuses what reaches deep into the kernel: mounting, tracing, new namespaces, sockets, kernel
+// keys, BPF, io_uring and the like. It is compiled once, as that takes longer than to apply it.
 class SystemCallFilter {
 public:
     // Throws std::system_error.

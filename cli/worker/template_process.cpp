@@ -2,6 +2,7 @@
 #include "cli/worker/template_process.h"
 
 #include <fcntl.h>
+#include <poll.h>
 #include <signal.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
@@ -34,6 +35,9 @@ constexpr const char* kWhole = "whole";
 constexpr const char* kProbeFailed = "a process in namespaces of its own did not come to its end";
 constexpr const char* kNoLandlock = "the kernel has no Landlock";
 
+// How long an answer of the template may take, in milliseconds.
+constexpr int kPatience = 20000;
+
 // Where the template finds its channel.
 constexpr int kChannel = 3;
 
@@ -44,6 +48,8 @@ constexpr std::array<std::pair<const char*, const char*>, 2> kEnvironment = {{
     {"LC_ALL", "C.UTF-8"},
 }};
 
+}  // namespace
+
 // The answer to a request for a judge.
 struct StartAnswer {
     int error = 0;
@@ -51,6 +57,8 @@ struct StartAnswer {
     std::array<char, sizeof "/tmp/dir.XXXXXX"> tree{};
     std::array<char, sizeof "/tmp/pkgvet.XXXXXX"> copy{};
 };
+
+namespace {
 
 template <typename Data>
 std::string_view bytesOf(const Data& data) {
@@ -71,6 +79,13 @@ void removeQuietly(const std::string& directory) {
         }
     } catch (const std::exception&) {
         // What cannot be removed changes no verdict.
+    }
+}
+
+// Waits until nothing of the group is left, for a second at the most.
+void endGroup(pid_t process) {
+    for (int i = 0; process > 0 && i < 100 && kill(-process, SIGKILL) == 0; ++i) {
+        usleep(10000);
     }
 }
 
@@ -116,10 +131,10 @@ void Template::serve() {
         return;
     }
     while (std::optional<Parcel> request = receiveParcel(channel_.get())) {
-        if (request->descriptors.empty()) {
-            finish(request->bytes);
-        } else {
+        if (request->bytes == kStartRequest) {
             sendParcel(channel_.get(), bytesOf(start(std::move(*request))));
+        } else {
+            finish(request->bytes);
         }
     }
     removeDirectories();
@@ -135,12 +150,16 @@ void Template::prepare() {
     findSandbox();
     // What the caller may read, its judges' user perhaps may not.
     judge_ = options_.prepare();
-    becomeJudgeUser(plan_.sandbox.namespaces);
+    becomeJudgeUser(plan_.sandbox.isAny());
     plan_.owner = geteuid();
     plan_.group = getegid();
 }
 
 void Template::findSandbox() {
+    if (options_.decided) {
+        plan_.sandbox = *options_.decided;
+        return;
+    }
     if (options_.sandbox == SandboxMode::Off) {
         return;
     }
@@ -187,7 +206,7 @@ void Template::tryWorld(int answer) {
             return waitFor(process);
         }
         World world(plan_, filter_);
-        world.enter({}, Descriptor(), 0);
+        world.enter({}, false, 0);
         world.closeAround();
     } catch (const std::exception& error) {
         text = error.what();
@@ -200,8 +219,9 @@ void Template::tryWorld(int answer) {
 StartAnswer Template::start(Parcel request) {
     StartAnswer answer;
     JudgeDescriptors descriptors;
+    Descriptor scratch;
     Descriptor* const places[] = {&descriptors.package, &descriptors.answer, &descriptors.errors,
-                                  &descriptors.scratch};
+                                  &scratch};
     for (std::size_t i = 0; i < request.descriptors.size(); ++i) {
         *places[i] = std::move(request.descriptors[i]);
     }
@@ -209,12 +229,18 @@ StartAnswer Template::start(Parcel request) {
         makeDirectories(&answer);
     }
     if (answer.error == 0) {
+        // The way on which a directory gets into the file systems of a new namespace.
+        if (scratch.isOpen() && fchdir(scratch.get()) != 0) {
+            answer.error = errno;
+            return answer;
+        }
         answer.process = forkSibling(plan_.sandbox.namespaces);
         if (answer.process == 0) {
             runJudge(plan_, filter_, judge_, std::move(descriptors),
-                     {answer.tree.data(), answer.copy.data()});
+                     {answer.tree.data(), answer.copy.data()}, scratch.isOpen());
         }
         answer.error = answer.process < 0 ? errno : 0;
+        static_cast<void>(chdir("/"));
     }
     if (!plan_.sandbox.namespaces) {
         unfinished_.push_back(answer);
@@ -241,9 +267,7 @@ void Template::finish(std::string_view process) {
 // writing.
 void Template::removeDirectories() {
     for (const StartAnswer& judge : unfinished_) {
-        if (judge.process > 0) {
-            kill(-judge.process, SIGKILL);
-        }
+        endGroup(judge.process);
     }
     for (const StartAnswer& judge : unfinished_) {
         removeQuietly(judge.tree.data());
@@ -259,6 +283,28 @@ Sandbox sandboxOf(const std::string& hello) {
     sandbox.landlock = name.find("landlock") != std::string::npos;
     sandbox.missing = end == std::string::npos ? std::string() : hello.substr(end + 1);
     return sandbox;
+}
+
+bool isMadeBy(std::string_view pathTemplate, std::string_view path) {
+    const std::string_view begin = pathTemplate.substr(0, pathTemplate.find('X'));
+    return path.size() == pathTemplate.size() && path.starts_with(begin) &&
+           path.find_first_of("/.", begin.size()) == std::string_view::npos;
+}
+
+// Whether there is such a child, and its directories can be ours. What the template says is not
+// believed unchecked, as it may be nobody's while the program is the superuser's.
+bool isCredible(const StartAnswer& answer, const Sandbox& sandbox) {
+    siginfo_t info{};
+    if (answer.process <= 1 ||
+        waitid(P_PID, static_cast<id_t>(answer.process), &info, WEXITED | WNOHANG | WNOWAIT) != 0) {
+        return false;
+    }
+    const std::string tree(answer.tree.data(), strnlen(answer.tree.data(), answer.tree.size()));
+    const std::string copy(answer.copy.data(), strnlen(answer.copy.data(), answer.copy.size()));
+    if (sandbox.namespaces) {
+        return tree.empty() && copy.empty();
+    }
+    return isMadeBy(kTreeTemplate, tree) && isMadeBy(kCopyTemplate, copy);
 }
 
 // What is inherited of the program is closed or undone, save for standard error.
@@ -302,15 +348,17 @@ TemplateProcess::TemplateProcess(const TemplateOptions& options) {
 
 TemplateProcess::~TemplateProcess() {
     channel_.reset();
-    if (process_ > 0) {
-        waitFor(process_);
+    if (isBroken_) {
+        kill(process_, SIGKILL);
     }
+    waitFor(process_);
 }
 
 // It is not waited for here, so that its number stays its own.
 bool TemplateProcess::isAlive() const {
     siginfo_t info{};
-    return waitid(P_PID, static_cast<id_t>(process_), &info, WEXITED | WNOHANG | WNOWAIT) == 0 &&
+    return !isBroken_ &&
+           waitid(P_PID, static_cast<id_t>(process_), &info, WEXITED | WNOHANG | WNOWAIT) == 0 &&
            info.si_pid == 0;
 }
 
@@ -319,15 +367,7 @@ StartedJudge TemplateProcess::start(const JudgeStart& start) {
     if (start.scratch >= 0) {
         descriptors.push_back(start.scratch);
     }
-    StartAnswer answer;
-    std::optional<Parcel> parcel;
-    if (sendParcel(channel_.get(), kStartRequest, descriptors)) {
-        parcel = receiveParcel(channel_.get());
-    }
-    if (!parcel || parcel->bytes.size() != sizeof answer) {
-        fail(ECHILD, "cannot start a judge");
-    }
-    std::memcpy(&answer, parcel->bytes.data(), sizeof answer);
+    const StartAnswer answer = ask(descriptors);
     if (answer.error != 0) {
         fail(answer.error, "cannot start a judge");
     }
@@ -338,6 +378,28 @@ StartedJudge TemplateProcess::start(const JudgeStart& start) {
         started.directories = {answer.tree.data(), answer.copy.data()};
     }
     return started;
+}
+
+// A template that does not answer, or answers what cannot be, is not asked again.
+StartAnswer TemplateProcess::ask(const std::vector<int>& descriptors) {
+    StartAnswer answer;
+    struct pollfd channel {
+        channel_.get(), POLLIN, 0
+    };
+    std::optional<Parcel> parcel;
+    if (sendParcel(channel_.get(), kStartRequest, descriptors) &&
+        poll(&channel, 1, kPatience) == 1) {
+        parcel = receiveParcel(channel_.get());
+    }
+    isBroken_ = !parcel || parcel->bytes.size() != sizeof answer;
+    if (!isBroken_) {
+        std::memcpy(&answer, parcel->bytes.data(), sizeof answer);
+        isBroken_ = answer.error == 0 && !isCredible(answer, sandbox_);
+    }
+    if (isBroken_) {
+        fail(ECHILD, "cannot start a judge");
+    }
+    return answer;
 }
 
 void TemplateProcess::finish(pid_t judge) {

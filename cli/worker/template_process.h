@@ -21,6 +21,8 @@ using JudgeFunction = std::function<PackageReport(const Surroundings&)>;
 
 struct TemplateOptions {
     SandboxMode sandbox = SandboxMode::Auto;
+    // What an earlier template of the run found out, so that there is never less.
+    std::optional<Sandbox> decided;
     Limits limits;
     // Called once, in the template process: it reads what every judge needs.
     std::function<JudgeFunction()> prepare;
@@ -42,6 +44,8 @@ struct StartedJudge {
     // Made for it, to be removed behind it; empty where its world has no trace outside.
     std::vector<std::string> directories;
 };
+
+struct StartAnswer;
 
 // A process of one thread that has prepared everything, and of which each judge is a copy: nothing
 // is executed, linked or read again for a package. It looks into no package. It ends with this
@@ -69,9 +73,12 @@ public:
     void finish(pid_t judge);
 
 private:
+    StartAnswer ask(const std::vector<int>& descriptors);
+
     pid_t process_ = -1;
     Descriptor channel_;
     Sandbox sandbox_;
+    bool isBroken_ = false;  // it did not answer as it should
 };
 
 }  // namespace pkgvet::cli

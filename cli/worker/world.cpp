@@ -2,6 +2,7 @@
 #include "cli/worker/world.h"
 
 #include <sys/resource.h>
+#include <sys/stat.h>
 #include <sys/statvfs.h>
 #include <unistd.h>
 
@@ -17,6 +18,8 @@ namespace pkgvet::cli {
 namespace {
 
 constexpr const char* kPrivateDirectory = "/tmp";
+// Of one name for all packages, since it may come up in what is said of them.
+constexpr const char* kPrivateTree = "/tmp/dir.XXXXXX";
 constexpr const char* kCopyName = "/package.rpm";
 
 // What the shell, the two tools that unpack and the libraries of all of them are made of.
@@ -36,23 +39,27 @@ constexpr std::uint64_t kSpareBytes = std::uint64_t{1} << 20;
 
 }  // namespace
 
-void World::enter(const Directories& directories, const Descriptor& scratch,
+void World::enter(const Directories& directories, bool inWorkingDirectory,
                   std::uint64_t packageSize) {
     const bool isolated = plan_.sandbox.namespaces;
     const Room room{plan_.limits.unpackedBytes + packageSize + kSpareBytes,
                     plan_.limits.files + kSpareFiles};
     if (isolated) {
         WorldPaths paths =
-            furnishNamespaces(plan_.owner, plan_.group, room, scratch, plan_.readable);
+            furnishNamespaces(plan_.owner, plan_.group, room, inWorkingDirectory, plan_.readable);
         copyPath_ = std::move(paths.copy);
         root_ = std::move(paths.root);
-        tree_ = kPrivateDirectory;
+        tree_ = kPrivateTree;
         limitCapabilities();
+        if (mkdir(kPrivateTree, S_IRWXU) != 0) {
+            throw std::system_error(errno, std::generic_category(), "cannot make a directory");
+        }
+        isInMemory_ = !inWorkingDirectory;
     } else {
         copyPath_ = directories.copy + kCopyName;
-        prepareDirectory(directories.tree);
         tree_ = directories.tree;
     }
+    prepareDirectory(tree_);
     applyLimits(plan_.limits, room.bytes, isolated);
     if (plan_.sandbox.landlock) {
         closeFiles(directories);
@@ -107,7 +114,7 @@ Cause World::limitMet() const {
         return {CauseCode::OutOfTime, kOutOfProcessorTime};
     }
     struct statvfs room {};
-    if (!plan_.sandbox.namespaces || statvfs(tree_.c_str(), &room) != 0) {
+    if (!isInMemory_ || statvfs(tree_.c_str(), &room) != 0) {
         return {};
     }
     if (room.f_ffree == 0) {

@@ -41,9 +41,9 @@ public:
 
     // Makes the world that the plan says, or throws std::system_error: there is never less of it.
     // packageSize bytes beside what is unpacked find room in it. Directories are used where there
-    // are no namespaces, scratch, if open, where there are.
-    void enter(const Directories& directories, const Descriptor& scratch,
-               std::uint64_t packageSize);
+    // are no namespaces; where there are, the payload goes into memory, or into the working
+    // directory.
+    void enter(const Directories& directories, bool inWorkingDirectory, std::uint64_t packageSize);
 
     // Where the copy of the package goes; a name that is safe in a shell.
     const std::string& copyPath() const { return copyPath_; }
@@ -61,7 +61,8 @@ private:
     const WorldPlan& plan_;
     const SystemCallFilter& filter_;
     std::string copyPath_;
-    std::string tree_;  // where the payload is, at the least
+    std::string tree_;  // where the payload goes
+    bool isInMemory_ = false;
     Descriptor root_;
 };
 

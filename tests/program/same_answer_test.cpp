@@ -107,6 +107,17 @@ TEST_F(SameAnswer, WhateverSurroundsTheProgram) {
     EXPECT_EQ(std::distance(fs::directory_iterator(home.path()), fs::directory_iterator()), 2);
 }
 
+TEST_F(SameAnswer, OnDiskAsInMemory) {
+    const TemporaryDirectory scratch;
+    fs::permissions(scratch.path(), fs::perms::all);
+    if (run({"--scratch", scratch.path()}, {}, {packages_->front()}).status == 2) {
+        GTEST_SKIP() << "this machine has no namespaces";
+    }
+    EXPECT_EQ(answer({"--scratch", scratch.path()}), answer());
+    EXPECT_TRUE(fs::is_empty(scratch.path()));
+    EXPECT_EQ(run({"--scratch", "/nowhere"}, {}, {packages_->front()}).status, 3);
+}
+
 TEST_F(SameAnswer, UnderLandlockAlone) {
     if (run({}, kWithoutNamespaces, {"missing.rpm"}).status != 3) {
         GTEST_SKIP() << "this machine does not let a test do without namespaces";
