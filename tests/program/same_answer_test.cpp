@@ -146,7 +146,8 @@ TEST_F(SameAnswer, ForAnotherUser) {
 TEST_F(SameAnswer, InAnyOrder) {
     const auto byPath = [](const std::string& report) {
         std::set<std::string> packages;
-        for (const Json& package : Json::parse(report)["packages"]) {
+        const Json parsed = Json::parse(report);
+        for (const Json& package : parsed["packages"]) {
             packages.insert(package.dump());
         }
         return packages;

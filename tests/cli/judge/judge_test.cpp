@@ -5,10 +5,12 @@
 #include <gmock/gmock.h>
 
 #include "cli/worker/prepared_mkdtemp.h"
+#include "cli/worker/wire.h"
 #include "pkgvet/base/descriptor.h"
 #include "pkgvet/base/remove_tree.h"
 #include "pkgvet/rules/configuration.h"
 #include "tests/support/captured_log.h"
+#include "tests/support/child_process.h"
 #include "tests/support/package_builder.h"
 #include "tests/support/rule_tree.h"
 #include "tests/support/temporary_directory.h"
@@ -18,10 +20,27 @@ namespace {
 using namespace pkgvet::cli;
 using testing::StartsWith;
 
+constexpr std::size_t kMostBytes = 1 << 20;
+
 class Judge : public testing::Test {
 protected:
-    // What comes of the file, which a judge finds open.
+    // What comes of the file, which a judge finds open. As in a run, the judge is a process that
+    // ends without destroying what it used.
     PackageReport judged(const std::string& file, const std::vector<Configuration>& rules) {
+        EXPECT_TRUE(holdsInChild([&] {
+            writeFile(directory_ / "report", reportMessage(judgedHere(file, rules), kMostBytes));
+            writeFile(directory_ / "closed", std::to_string(closed_));
+            return true;
+        }));
+        closed_ = std::stoi(readFile(directory_ / "closed"));
+        std::vector<std::string> names;
+        for (const Configuration& configuration : rules) {
+            names.push_back(configuration.name());
+        }
+        return decodeReport(readFile(directory_ / "report"), names).value();
+    }
+
+    PackageReport judgedHere(const std::string& file, const std::vector<Configuration>& rules) {
         const pkgvet::Descriptor package(open(file.c_str(), O_RDONLY | O_CLOEXEC));
         Surroundings surroundings;
         surroundings.package = package.get();
