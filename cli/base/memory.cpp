@@ -24,7 +24,7 @@ constexpr std::uint64_t kNone = std::numeric_limits<std::uint64_t>::max();
 constexpr std::array kLimitFiles = {"memory.max", "memory.limit_in_bytes"};
 constexpr const char* kController = "memory";
 
-// "max", which is not a number, is no limit.
+// "max", which is not a number, stands for no limit at all.
 std::uint64_t limitOf(const fs::path& group) {
     std::uint64_t least = kNone;
     for (const char* name : kLimitFiles) {
