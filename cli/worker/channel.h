@@ -30,6 +30,12 @@ struct Channel {
 // Sends one message, whole or not at all. False when nobody is there to take it.
 bool sendParcel(int socket, std::string_view bytes, std::span<const int> descriptors = {});
 
+// Plain data as a message.
+template <typename Data>
+std::string_view bytesOf(const Data& data) {
+    return {reinterpret_cast<const char*>(&data), sizeof data};
+}
+
 // Waits for one message. Nothing once the other end is gone.
 std::optional<Parcel> receiveParcel(int socket);
 

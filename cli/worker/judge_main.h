@@ -2,7 +2,7 @@
 #pragma once
 
 #include "cli/worker/channel.h"
-#include "cli/worker/template_process.h"
+#include "cli/worker/template_main.h"
 #include "cli/worker/world.h"
 
 namespace pkgvet::cli {

@@ -12,6 +12,7 @@
 #include <utility>
 
 #include "cli/worker/pipe.h"
+#include "cli/worker/wait.h"
 #include "pkgvet/base/remove_tree.h"
 
 namespace pkgvet::cli {
@@ -43,13 +44,6 @@ std::string lastLine(std::string text) {
         text.pop_back();
     }
     return text.substr(text.rfind('\n') + 1);
-}
-
-int waitFor(pid_t process) {
-    int status = 0;
-    while (waitpid(process, &status, 0) < 0 && errno == EINTR) {
-    }
-    return status;
 }
 
 void waitForGroup(pid_t group) {
@@ -118,7 +112,7 @@ JudgeEnd JudgeProcess::end() {
     kill(-process, SIGKILL);
     kill(process, SIGKILL);
     JudgeEnd end;
-    end.status = waitFor(process);
+    end.status = waitForEnd(process);
     waitForGroup(process);
     readRest();
     removeDirectories(judge_.directories);

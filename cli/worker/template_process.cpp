@@ -1,288 +1,27 @@
-// The template and what it does.
+// Starts the template process and asks it for judges.
 #include "cli/worker/template_process.h"
 
-#include <fcntl.h>
 #include <poll.h>
 #include <signal.h>
-#include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <array>
 #include <cerrno>
 #include <cstring>
-#include <iostream>
+#include <optional>
+#include <string_view>
 #include <system_error>
 #include <utility>
 
 #include "cli/worker/channel.h"
-#include "cli/worker/judge_main.h"
-#include "cli/worker/judge_user.h"
-#include "cli/worker/landlock.h"
-#include "cli/worker/pipe.h"
-#include "cli/worker/prepared_mkdtemp.h"
-#include "cli/worker/world.h"
-#include "pkgvet/base/remove_tree.h"
+#include "cli/worker/wait.h"
 
 namespace pkgvet::cli {
 
 namespace {
 
-constexpr const char* kTreeTemplate = "/tmp/dir.XXXXXX";
-constexpr const char* kCopyTemplate = "/tmp/pkgvet.XXXXXX";
-constexpr const char* kStartRequest = "start";
-constexpr const char* kWhole = "whole";
-constexpr const char* kProbeFailed = "a process in namespaces of its own did not come to its end";
-constexpr const char* kNoLandlock = "the kernel has no Landlock";
-
-// How long an answer of the template may take, in milliseconds.
-constexpr int kPatience = 20000;
-
-// Where the template finds its channel.
-constexpr int kChannel = 3;
-
-// Of what the tools and libraries of a judge read from it. No home, and with it no configuration of
-// anybody's.
-constexpr std::array<std::pair<const char*, const char*>, 2> kEnvironment = {{
-    {"PATH", "/usr/local/sbin:/usr/local/bin:/usr/sbin:/usr/bin:/sbin:/bin"},
-    {"LC_ALL", "C.UTF-8"},
-}};
-
-}  // namespace
-
-// The answer to a request for a judge.
-struct StartAnswer {
-    int error = 0;
-    pid_t process = -1;
-    std::array<char, sizeof "/tmp/dir.XXXXXX"> tree{};
-    std::array<char, sizeof "/tmp/pkgvet.XXXXXX"> copy{};
-};
-
-namespace {
-
-template <typename Data>
-std::string_view bytesOf(const Data& data) {
-    return {reinterpret_cast<const char*>(&data), sizeof data};
-}
-
-void setEnvironment() {
-    clearenv();
-    for (const auto& [name, value] : kEnvironment) {
-        setenv(name, value, 1);
-    }
-}
-
-void removeQuietly(const std::string& directory) {
-    try {
-        if (!directory.empty()) {
-            removeTree(directory);
-        }
-    } catch (const std::exception&) {
-        // What cannot be removed changes no verdict.
-    }
-}
-
-// Waits until nothing of the group is left, for a second at the most.
-void endGroup(pid_t process) {
-    for (int i = 0; process > 0 && i < 100 && kill(-process, SIGKILL) == 0; ++i) {
-        usleep(10000);
-    }
-}
-
 [[noreturn]] void fail(int error, const char* what) {
     throw std::system_error(error, std::generic_category(), what);
-}
-
-void waitFor(pid_t process) {
-    while (waitpid(process, nullptr, 0) < 0 && errno == EINTR) {
-    }
-}
-
-// The process itself.
-class Template {
-public:
-    Template(const TemplateOptions& options, Descriptor channel)
-        : options_(options), channel_(std::move(channel)) {}
-
-    // Until the other end is closed.
-    void serve();
-
-private:
-    void prepare();
-    void findSandbox();
-    std::string tryNamespaces();
-    void tryWorld(int answer);
-    StartAnswer start(Parcel request);
-    void makeDirectories(StartAnswer* answer);
-    void finish(std::string_view process);
-    void removeDirectories();
-
-    const TemplateOptions& options_;
-    Descriptor channel_;
-    SystemCallFilter filter_;
-    WorldPlan plan_;
-    JudgeFunction judge_;
-    std::vector<StartAnswer> unfinished_;  // judges whose directories may still be there
-};
-
-void Template::serve() {
-    prepare();
-    if (!sendParcel(channel_.get(), plan_.sandbox.name() + "\n" + plan_.sandbox.missing)) {
-        return;
-    }
-    while (std::optional<Parcel> request = receiveParcel(channel_.get())) {
-        if (request->bytes == kStartRequest) {
-            sendParcel(channel_.get(), bytesOf(start(std::move(*request))));
-        } else {
-            finish(request->bytes);
-        }
-    }
-    removeDirectories();
-}
-
-// In a group of its own, a signal to that of the program leaves it to clear up.
-void Template::prepare() {
-    setpgid(0, 0);
-    umask(S_IWGRP | S_IWOTH);
-    setEnvironment();
-    plan_.limits = options_.limits;
-    plan_.readable = options_.readable;
-    findSandbox();
-    // What the caller may read, its judges' user perhaps may not.
-    judge_ = options_.prepare();
-    becomeJudgeUser(plan_.sandbox.isAny());
-    plan_.owner = geteuid();
-    plan_.group = getegid();
-}
-
-void Template::findSandbox() {
-    if (options_.decided) {
-        plan_.sandbox = *options_.decided;
-        return;
-    }
-    if (options_.sandbox == SandboxMode::Off) {
-        return;
-    }
-    Sandbox& sandbox = plan_.sandbox;
-    sandbox.landlock = hasLandlock();
-    sandbox.missing = tryNamespaces();
-    sandbox.namespaces = sandbox.missing.empty();
-    if (!sandbox.landlock) {
-        sandbox.missing += (sandbox.missing.empty() ? "" : "; ") + std::string(kNoLandlock);
-    }
-}
-
-// What a judge cannot have is found out by one that judges nothing. Empty when it can have all.
-std::string Template::tryNamespaces() {
-    Pipe pipe = makePipe();
-    const pid_t process = fork();
-    if (process < 0) {
-        return std::strerror(errno);
-    }
-    if (process == 0) {
-        tryWorld(pipe.writing.get());
-        _exit(0);
-    }
-    pipe.writing.reset();
-    std::string answer(kMaxParcelSize, '\0');
-    const ssize_t size = read(pipe.reading.get(), answer.data(), answer.size());
-    waitFor(process);
-    answer.resize(size < 0 ? 0 : static_cast<std::size_t>(size));
-    return answer == kWhole ? std::string() : answer.empty() ? kProbeFailed : answer;
-}
-
-void Template::tryWorld(int answer) {
-    std::string text = kWhole;
-    try {
-        becomeJudgeUser(true);
-        plan_.owner = geteuid();
-        plan_.group = getegid();
-        plan_.sandbox.namespaces = true;
-        const pid_t process = forkIsolated();
-        if (process < 0) {
-            fail(errno, "cannot make namespaces");
-        }
-        if (process > 0) {
-            return waitFor(process);
-        }
-        World world(plan_, filter_);
-        world.enter({}, false, 0);
-        world.closeAround();
-    } catch (const std::exception& error) {
-        text = error.what();
-    }
-    // Whoever reads this counts what is missing as a failure.
-    static_cast<void>(write(answer, text.data(), text.size()));
-    _exit(0);
-}
-
-StartAnswer Template::start(Parcel request) {
-    StartAnswer answer;
-    JudgeDescriptors descriptors;
-    Descriptor scratch;
-    Descriptor* const places[] = {&descriptors.package, &descriptors.answer, &descriptors.errors,
-                                  &scratch};
-    for (std::size_t i = 0; i < request.descriptors.size(); ++i) {
-        *places[i] = std::move(request.descriptors[i]);
-    }
-    if (!plan_.sandbox.namespaces) {
-        makeDirectories(&answer);
-    }
-    if (answer.error == 0) {
-        // The way on which a directory gets into the file systems of a new namespace.
-        if (scratch.isOpen() && fchdir(scratch.get()) != 0) {
-            answer.error = errno;
-            return answer;
-        }
-        answer.process = forkSibling(plan_.sandbox.namespaces);
-        if (answer.process == 0) {
-            runJudge(plan_, filter_, judge_, std::move(descriptors),
-                     {answer.tree.data(), answer.copy.data()}, scratch.isOpen());
-        }
-        answer.error = answer.process < 0 ? errno : 0;
-        static_cast<void>(chdir("/"));
-    }
-    if (!plan_.sandbox.namespaces) {
-        unfinished_.push_back(answer);
-    }
-    return answer;
-}
-
-void Template::makeDirectories(StartAnswer* answer) {
-    const std::string tree = makeDirectory(kTreeTemplate);
-    const std::string copy = tree.empty() ? std::string() : makeDirectory(kCopyTemplate);
-    answer->error = copy.empty() ? errno : 0;
-    std::strncpy(answer->tree.data(), tree.c_str(), answer->tree.size() - 1);
-    std::strncpy(answer->copy.data(), copy.c_str(), answer->copy.size() - 1);
-}
-
-// The other process has seen the end of a judge and removed its directories.
-void Template::finish(std::string_view process) {
-    std::erase_if(unfinished_, [process](const StartAnswer& judge) {
-        return bytesOf(judge.process) == process;
-    });
-}
-
-// The other process is gone, and did not clear up. Judges that are not gone yet might go on
-// writing.
-void Template::removeDirectories() {
-    for (const StartAnswer& judge : unfinished_) {
-        endGroup(judge.process);
-    }
-    for (const StartAnswer& judge : unfinished_) {
-        removeQuietly(judge.tree.data());
-        removeQuietly(judge.copy.data());
-    }
-}
-
-Sandbox sandboxOf(const std::string& hello) {
-    Sandbox sandbox;
-    const std::size_t end = hello.find('\n');
-    const std::string name = hello.substr(0, end);
-    sandbox.namespaces = name.find("namespaces") != std::string::npos;
-    sandbox.landlock = name.find("landlock") != std::string::npos;
-    sandbox.missing = end == std::string::npos ? std::string() : hello.substr(end + 1);
-    return sandbox;
 }
 
 bool isMadeBy(std::string_view pathTemplate, std::string_view path) {
@@ -291,8 +30,8 @@ bool isMadeBy(std::string_view pathTemplate, std::string_view path) {
            path.find_first_of("/.", begin.size()) == std::string_view::npos;
 }
 
-// Whether there is such a child, and its directories can be ours. What the template says is not
-// believed unchecked, as it may be nobody's while the program is the superuser's.
+}  // namespace
+
 bool isCredible(const StartAnswer& answer, const Sandbox& sandbox) {
     siginfo_t info{};
     if (answer.process <= 1 ||
@@ -307,28 +46,7 @@ bool isCredible(const StartAnswer& answer, const Sandbox& sandbox) {
     return isMadeBy(kTreeTemplate, tree) && isMadeBy(kCopyTemplate, copy);
 }
 
-// What is inherited of the program is closed or undone, save for standard error.
-[[noreturn]] void runTemplate(const TemplateOptions& options, Descriptor channel) {
-    sigset_t none{};
-    sigemptyset(&none);
-    sigprocmask(SIG_SETMASK, &none, nullptr);
-    for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGPIPE, SIGCHLD}) {
-        ::signal(signal, SIG_DFL);
-    }
-    try {
-        dup2(channel.get(), kChannel);
-        close_range(kChannel + 1, ~0U, 0);
-        fcntl(kChannel, F_SETFD, FD_CLOEXEC);
-        Template(options, Descriptor(kChannel)).serve();
-    } catch (const std::exception& error) {
-        std::cerr << "pkgvet: " << error.what() << std::endl;
-    }
-    _exit(0);
-}
-
-}  // namespace
-
-TemplateProcess::TemplateProcess(const TemplateOptions& options) {
+TemplateProcess::TemplateProcess(const TemplateOptions& options) : patience_(options.patience) {
     Channel channel;
     process_ = fork();
     if (process_ < 0) {
@@ -351,7 +69,7 @@ TemplateProcess::~TemplateProcess() {
     if (isBroken_) {
         kill(process_, SIGKILL);
     }
-    waitFor(process_);
+    waitForEnd(process_);
 }
 
 // It is not waited for here, so that its number stays its own.
@@ -388,7 +106,7 @@ StartAnswer TemplateProcess::ask(const std::vector<int>& descriptors) {
     };
     std::optional<Parcel> parcel;
     if (sendParcel(channel_.get(), kStartRequest, descriptors) &&
-        poll(&channel, 1, kPatience) == 1) {
+        poll(&channel, 1, patience_) == 1) {
         parcel = receiveParcel(channel_.get());
     }
     isBroken_ = !parcel || parcel->bytes.size() != sizeof answer;

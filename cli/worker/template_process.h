@@ -3,32 +3,14 @@
 
 #include <sys/types.h>
 
-#include <functional>
-#include <optional>
 #include <string>
 #include <vector>
 
-#include "cli/judge/judge.h"
-#include "cli/model/model.h"
-#include "cli/worker/limits.h"
 #include "cli/worker/sandbox.h"
+#include "cli/worker/template_main.h"
 #include "pkgvet/base/descriptor.h"
 
 namespace pkgvet::cli {
-
-// What a judge does in its world.
-using JudgeFunction = std::function<PackageReport(const Surroundings&)>;
-
-struct TemplateOptions {
-    SandboxMode sandbox = SandboxMode::Auto;
-    // What an earlier template of the run found out, so that there is never less.
-    std::optional<Sandbox> decided;
-    Limits limits;
-    // Called once, in the template process: it reads what every judge needs.
-    std::function<JudgeFunction()> prepare;
-    // Directories beside the package that the rules read.
-    std::vector<std::string> readable;
-};
 
 // What a judge starts with. The descriptors stay the caller's.
 struct JudgeStart {
@@ -45,7 +27,10 @@ struct StartedJudge {
     std::vector<std::string> directories;
 };
 
-struct StartAnswer;
+// Whether there is such a child, and its directories can be ones that were made for it. What the
+// template says is not believed unchecked, as it may be nobody's while the program is the
+// superuser's.
+bool isCredible(const StartAnswer& answer, const Sandbox& sandbox);
 
 // A process of one thread that has prepared everything, and of which each judge is a copy: nothing
 // is executed, linked or read again for a package. It looks into no package. It ends with this
@@ -76,6 +61,7 @@ private:
     StartAnswer ask(const std::vector<int>& descriptors);
 
     pid_t process_ = -1;
+    int patience_;
     Descriptor channel_;
     Sandbox sandbox_;
     bool isBroken_ = false;  // it did not answer as it should

@@ -28,13 +28,17 @@ PackageReport heard(TemplateProcess* from, std::size_t mostSaid) {
 }  // namespace
 
 PackageReport runJudge(const JudgeFunction& judge, SandboxMode sandbox, const Limits& limits) {
-    adoptOrphans();
     TemplateOptions options;
     options.sandbox = sandbox;
     options.limits = limits;
     options.prepare = [&judge] { return judge; };
+    return runJudge(options);
+}
+
+PackageReport runJudge(const TemplateOptions& options) {
+    adoptOrphans();
     TemplateProcess from(options);
-    return heard(&from, limits.report);
+    return heard(&from, options.limits.report);
 }
 
 std::string observed(const std::function<std::string()>& look, SandboxMode sandbox) {

@@ -14,6 +14,9 @@ pkgvet::cli::PackageReport runJudge(
     pkgvet::cli::SandboxMode sandbox = pkgvet::cli::SandboxMode::Auto,
     const pkgvet::cli::Limits& limits = {});
 
+// The same for a judge that options prepare.
+pkgvet::cli::PackageReport runJudge(const pkgvet::cli::TemplateOptions& options);
+
 // The same for a judge that only looks around.
 std::string observed(const std::function<std::string()>& look,
                      pkgvet::cli::SandboxMode sandbox = pkgvet::cli::SandboxMode::Auto);

@@ -16,7 +16,8 @@
 
 #include "cli/worker/channel.h"
 #include "cli/worker/judge_process.h"
-#include "cli/worker/pipe.h"
+#include "cli/worker/system_call_filter.h"
+#include "cli/worker/wait.h"
 #include "tests/support/judge_run.h"
 #include "tests/support/running_program.h"
 #include "tests/support/temporary_directory.h"
@@ -44,6 +45,11 @@ std::size_t processesCalled(const std::string& name) {
         count += std::getline(stream, comm) && comm == name.substr(0, 15) ? 1 : 0;
     }
     return count;
+}
+
+// A judge that only answers.
+JudgeFunction simpleJudge() {
+    return [](const Surroundings&) { return acceptedReport("x"); };
 }
 
 class TemplateProcess : public testing::TestWithParam<SandboxMode> {};
@@ -140,18 +146,91 @@ INSTANTIATE_TEST_SUITE_P(Each, TemplateProcess,
 
 TEST(Template, IsOnlyAliveUntilItIsKilled) {
     TemplateOptions options;
-    options.prepare = [] {
-        return [](const Surroundings&) {
-            // The template is the parent of nobody here; it is found by its channel alone.
-            return acceptedReport("x");
-        };
-    };
+    options.prepare = simpleJudge;
     pkgvet::cli::TemplateProcess from(options);
     EXPECT_TRUE(from.isAlive());
     kill(from.process(), SIGKILL);
     EXPECT_TRUE(waitUntil([&from] { return !from.isAlive(); }));
     const pkgvet::Descriptor package(open("/dev/null", O_RDONLY));
     EXPECT_THROW(JudgeProcess(&from, package.get(), -1, 100), std::system_error);
+}
+
+TEST(Template, ThatDoesNotAnswerIsGivenUp) {
+    TemplateOptions options;
+    options.prepare = simpleJudge;
+    options.patience = 100;
+    pkgvet::cli::TemplateProcess from(options);
+    kill(from.process(), SIGSTOP);
+    const pkgvet::Descriptor package(open("/dev/null", O_RDONLY));
+    EXPECT_THROW(JudgeProcess(&from, package.get(), -1, 100), std::system_error);
+    // Late answers would be taken for those to later requests.
+    kill(from.process(), SIGCONT);
+    EXPECT_FALSE(from.isAlive());
+}
+
+TEST(Template, WhatWasDecidedIsNotFoundOutAgain) {
+    TemplateOptions options;
+    options.decided = Sandbox{};
+    options.prepare = simpleJudge;
+    EXPECT_EQ(pkgvet::cli::TemplateProcess(options).sandbox().name(), "none");
+}
+
+// A process that has become unable to make namespaces stands for a machine that has.
+TEST(Template, WhatWasDecidedIsNotReplacedByLess) {
+    TemplateOptions options;
+    options.decided = Sandbox{true, false, ""};
+    options.prepare = [] {
+        SystemCallFilter().apply();
+        return simpleJudge();
+    };
+    pkgvet::cli::TemplateProcess from(options);
+    EXPECT_EQ(from.sandbox().name(), "namespaces");
+    const pkgvet::Descriptor package(open("/dev/null", O_RDONLY));
+    EXPECT_THROW(JudgeProcess(&from, package.get(), -1, 100), std::system_error);
+}
+
+TEST(Template, IsBelievedAboutChildrenAlone) {
+    const pid_t child = fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+        pause();
+        _exit(0);
+    }
+    struct Case {
+        const char* name;
+        pid_t process;
+        const char* tree;
+        const char* copy;
+        bool hasNamespaces;
+        bool isCredible;
+    };
+    const Case cases[] = {
+        {"child", child, "", "", true, true},
+        {"child with directories", child, "/tmp/dir.aB3xyz", "/tmp/pkgvet.aB3xyz", false, true},
+        {"nobody", -1, "", "", true, false},
+        {"own group", 0, "", "", true, false},
+        {"first process", 1, "", "", true, false},
+        {"parent", getppid(), "", "", true, false},
+        {"itself", getpid(), "", "", true, false},
+        {"directory without need", child, "/tmp/dir.aB3xyz", "", true, false},
+        {"no directories", child, "", "", false, false},
+        {"one directory", child, "/tmp/dir.aB3xyz", "", false, false},
+        {"elsewhere", child, "/etc/dir.aB3xyz", "/tmp/pkgvet.aB3xyz", false, false},
+        {"below", child, "/tmp/dir.aB/xyz", "/tmp/pkgvet.aB3xyz", false, false},
+        {"above", child, "/tmp/dir.a/../b", "/tmp/pkgvet.aB3xyz", false, false},
+        {"exchanged", child, "/tmp/pkgvet.aB3", "/tmp/pkgvet.aB3xyz", false, false},
+    };
+    for (const Case& test : cases) {
+        SCOPED_TRACE(test.name);
+        StartAnswer answer;
+        answer.process = test.process;
+        std::string(test.tree).copy(answer.tree.data(), answer.tree.size());
+        std::string(test.copy).copy(answer.copy.data(), answer.copy.size());
+        const Sandbox sandbox{test.hasNamespaces, true, ""};
+        EXPECT_EQ(isCredible(answer, sandbox), test.isCredible);
+    }
+    kill(child, SIGKILL);
+    waitForEnd(child);
 }
 
 // Without namespaces there are directories in /tmp, which the template removes when the program

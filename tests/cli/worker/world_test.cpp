@@ -283,6 +283,27 @@ TEST_P(EveryWorld, LimitsAreTheKernels) {
     EXPECT_EQ(report.name, "7 " + std::to_string(2 << 20) + " 0");
 }
 
+TEST_P(EveryWorld, StricterLimitsOfTheCallerHold) {
+    TemplateOptions options;
+    options.sandbox = GetParam();
+    options.limits.processorSeconds = 7;
+    options.prepare = [] {
+        const struct rlimit strict { 3, 3 };
+        setrlimit(RLIMIT_CPU, &strict);
+        const struct rlimit files { 64, 64 };
+        setrlimit(RLIMIT_NOFILE, &files);
+        return [](const Surroundings&) {
+            struct rlimit time {};
+            struct rlimit descriptors {};
+            getrlimit(RLIMIT_CPU, &time);
+            getrlimit(RLIMIT_NOFILE, &descriptors);
+            return acceptedReport(std::to_string(time.rlim_cur) + " " +
+                                  std::to_string(descriptors.rlim_cur));
+        };
+    };
+    EXPECT_EQ(runJudge(options).name, "3 64");
+}
+
 INSTANTIATE_TEST_SUITE_P(Each, EveryWorld, testing::Values(SandboxMode::Auto, SandboxMode::Off),
                          [](const auto& mode) {
                              return mode.param == SandboxMode::Auto ? "Auto" : "Off";

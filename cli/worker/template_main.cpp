@@ -1,0 +1,284 @@
+// The life of the template process.
+#include "cli/worker/template_main.h"
+
+#include <fcntl.h>
+#include <signal.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <array>
+#include <cerrno>
+#include <cstring>
+#include <iostream>
+#include <system_error>
+#include <utility>
+
+#include "cli/worker/channel.h"
+#include "cli/worker/judge_main.h"
+#include "cli/worker/judge_user.h"
+#include "cli/worker/landlock.h"
+#include "cli/worker/pipe.h"
+#include "cli/worker/prepared_mkdtemp.h"
+#include "cli/worker/wait.h"
+#include "cli/worker/world.h"
+#include "pkgvet/base/remove_tree.h"
+
+namespace pkgvet::cli {
+
+namespace {
+
+constexpr const char* kWhole = "whole";
+constexpr const char* kProbeFailed = "a process in namespaces of its own did not come to its end";
+constexpr const char* kNoLandlock = "the kernel has no Landlock";
+
+// Where the template finds its channel.
+constexpr int kChannel = 3;
+
+// Of what the tools and libraries of a judge read from it. No home, and with it no configuration of
+// anybody's.
+constexpr std::array<std::pair<const char*, const char*>, 2> kEnvironment = {{
+    {"PATH", "/usr/local/sbin:/usr/local/bin:/usr/sbin:/usr/bin:/sbin:/bin"},
+    {"LC_ALL", "C.UTF-8"},
+}};
+
+void setEnvironment() {
+    clearenv();
+    for (const auto& [name, value] : kEnvironment) {
+        setenv(name, value, 1);
+    }
+}
+
+void removeQuietly(const std::string& directory) {
+    try {
+        if (!directory.empty()) {
+            removeTree(directory);
+        }
+    } catch (const std::exception&) {
+        // What cannot be removed changes no verdict.
+    }
+}
+
+// Waits until nothing of the group is left, for a second at the most.
+void endGroup(pid_t process) {
+    for (int i = 0; process > 0 && i < 100 && kill(-process, SIGKILL) == 0; ++i) {
+        usleep(10000);
+    }
+}
+
+[[noreturn]] void fail(int error, const char* what) {
+    throw std::system_error(error, std::generic_category(), what);
+}
+
+// The process itself.
+class Template {
+public:
+    Template(const TemplateOptions& options, Descriptor channel)
+        : options_(options), channel_(std::move(channel)) {}
+
+    // Until the other end is closed.
+    void serve();
+
+private:
+    void prepare();
+    void findSandbox();
+    std::string tryNamespaces();
+    void tryWorld(int answer);
+    StartAnswer start(Parcel request);
+    void makeDirectories(StartAnswer* answer);
+    void finish(std::string_view process);
+    void removeDirectories();
+
+    const TemplateOptions& options_;
+    Descriptor channel_;
+    SystemCallFilter filter_;
+    WorldPlan plan_;
+    JudgeFunction judge_;
+    std::vector<StartAnswer> unfinished_;  // judges whose directories may still be there
+};
+
+void Template::serve() {
+    prepare();
+    if (!sendParcel(channel_.get(), helloOf(plan_.sandbox))) {
+        return;
+    }
+    while (std::optional<Parcel> request = receiveParcel(channel_.get())) {
+        if (request->bytes == kStartRequest) {
+            sendParcel(channel_.get(), bytesOf(start(std::move(*request))));
+        } else {
+            finish(request->bytes);
+        }
+    }
+    removeDirectories();
+}
+
+// In a group of its own, a signal to that of the program leaves it to clear up.
+void Template::prepare() {
+    setpgid(0, 0);
+    umask(S_IWGRP | S_IWOTH);
+    setEnvironment();
+    plan_.limits = options_.limits;
+    plan_.readable = options_.readable;
+    findSandbox();
+    // What the caller may read, its judges' user perhaps may not.
+    judge_ = options_.prepare();
+    becomeJudgeUser(plan_.sandbox.isAny());
+    plan_.owner = geteuid();
+    plan_.group = getegid();
+}
+
+void Template::findSandbox() {
+    if (options_.decided) {
+        plan_.sandbox = *options_.decided;
+        return;
+    }
+    if (options_.sandbox == SandboxMode::Off) {
+        return;
+    }
+    Sandbox& sandbox = plan_.sandbox;
+    sandbox.landlock = hasLandlock();
+    sandbox.missing = tryNamespaces();
+    sandbox.namespaces = sandbox.missing.empty();
+    if (!sandbox.landlock) {
+        sandbox.missing += (sandbox.missing.empty() ? "" : "; ") + std::string(kNoLandlock);
+    }
+}
+
+// What a judge cannot have is found out by one that judges nothing. Empty when it can have all.
+std::string Template::tryNamespaces() {
+    Pipe pipe = makePipe();
+    const pid_t process = fork();
+    if (process < 0) {
+        return std::strerror(errno);
+    }
+    if (process == 0) {
+        tryWorld(pipe.writing.get());
+        _exit(0);
+    }
+    pipe.writing.reset();
+    std::string answer(kMaxParcelSize, '\0');
+    const ssize_t size = read(pipe.reading.get(), answer.data(), answer.size());
+    waitForEnd(process);
+    answer.resize(size < 0 ? 0 : static_cast<std::size_t>(size));
+    return answer == kWhole ? std::string() : answer.empty() ? kProbeFailed : answer;
+}
+
+void Template::tryWorld(int answer) {
+    std::string text = kWhole;
+    try {
+        becomeJudgeUser(true);
+        plan_.owner = geteuid();
+        plan_.group = getegid();
+        plan_.sandbox.namespaces = true;
+        const pid_t process = forkIsolated();
+        if (process < 0) {
+            fail(errno, "cannot make namespaces");
+        }
+        if (process > 0) {
+            waitForEnd(process);
+            return;
+        }
+        World world(plan_, filter_);
+        world.enter({}, false, 0);
+        world.closeAround();
+    } catch (const std::exception& error) {
+        text = error.what();
+    }
+    // Whoever reads this counts what is missing as a failure.
+    static_cast<void>(write(answer, text.data(), text.size()));
+    _exit(0);
+}
+
+StartAnswer Template::start(Parcel request) {
+    StartAnswer answer;
+    JudgeDescriptors descriptors;
+    Descriptor scratch;
+    Descriptor* const places[] = {&descriptors.package, &descriptors.answer, &descriptors.errors,
+                                  &scratch};
+    for (std::size_t i = 0; i < request.descriptors.size(); ++i) {
+        *places[i] = std::move(request.descriptors[i]);
+    }
+    if (!plan_.sandbox.namespaces) {
+        makeDirectories(&answer);
+    }
+    if (answer.error == 0) {
+        // The way on which a directory gets into the file systems of a new namespace.
+        if (scratch.isOpen() && fchdir(scratch.get()) != 0) {
+            answer.error = errno;
+            return answer;
+        }
+        answer.process = forkSibling(plan_.sandbox.namespaces);
+        if (answer.process == 0) {
+            runJudge(plan_, filter_, judge_, std::move(descriptors),
+                     {answer.tree.data(), answer.copy.data()}, scratch.isOpen());
+        }
+        answer.error = answer.process < 0 ? errno : 0;
+        static_cast<void>(chdir("/"));
+    }
+    if (!plan_.sandbox.namespaces) {
+        unfinished_.push_back(answer);
+    }
+    return answer;
+}
+
+void Template::makeDirectories(StartAnswer* answer) {
+    const std::string tree = makeDirectory(kTreeTemplate);
+    const std::string copy = tree.empty() ? std::string() : makeDirectory(kCopyTemplate);
+    answer->error = copy.empty() ? errno : 0;
+    std::strncpy(answer->tree.data(), tree.c_str(), answer->tree.size() - 1);
+    std::strncpy(answer->copy.data(), copy.c_str(), answer->copy.size() - 1);
+}
+
+// The other process has seen the end of a judge and removed its directories.
+void Template::finish(std::string_view process) {
+    std::erase_if(unfinished_, [process](const StartAnswer& judge) {
+        return bytesOf(judge.process) == process;
+    });
+}
+
+// The other process is gone, and did not clear up. Judges that are not gone yet might go on
+// writing.
+void Template::removeDirectories() {
+    for (const StartAnswer& judge : unfinished_) {
+        endGroup(judge.process);
+    }
+    for (const StartAnswer& judge : unfinished_) {
+        removeQuietly(judge.tree.data());
+        removeQuietly(judge.copy.data());
+    }
+}
+
+}  // namespace
+
+std::string helloOf(const Sandbox& sandbox) {
+    return sandbox.name() + "\n" + sandbox.missing;
+}
+
+Sandbox sandboxOf(const std::string& hello) {
+    Sandbox sandbox;
+    const std::size_t end = hello.find('\n');
+    const std::string name = hello.substr(0, end);
+    sandbox.namespaces = name.find("namespaces") != std::string::npos;
+    sandbox.landlock = name.find("landlock") != std::string::npos;
+    sandbox.missing = end == std::string::npos ? std::string() : hello.substr(end + 1);
+    return sandbox;
+}
+
+void runTemplate(const TemplateOptions& options, Descriptor channel) {
+    sigset_t none{};
+    sigemptyset(&none);
+    sigprocmask(SIG_SETMASK, &none, nullptr);
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGPIPE, SIGCHLD}) {
+        ::signal(signal, SIG_DFL);
+    }
+    try {
+        dup2(channel.get(), kChannel);
+        close_range(kChannel + 1, ~0U, 0);
+        fcntl(kChannel, F_SETFD, FD_CLOEXEC);
+        Template(options, Descriptor(kChannel)).serve();
+    } catch (const std::exception& error) {
+        std::cerr << "pkgvet: " << error.what() << std::endl;
+    }
+    _exit(0);
+}
+
+}  // namespace pkgvet::cli
