@@ -63,9 +63,11 @@ std::span<const Piece> Entry::pieces() const {
 
 const std::vector<Chapter>& chapters() {
     static const std::vector<Chapter> all = {
-        headerChapter(), desktopChapter(), sandboxChapter(),
-        taskChapter(),   qmlChapter(),     binaryChapter(),
-        pathChapter(),   fileChapter(),    {"Other remarks", kOtherRemarks},
+        headerChapter(),    desktopChapter(),
+        sandboxChapter(),   taskChapter(),
+        qmlChapter(),       binaryChapter(),
+        pathChapter(),      fileChapter(),
+        integrityChapter(), {"Other remarks", kOtherRemarks},
     };
     return all;
 }
@@ -75,10 +77,18 @@ const std::vector<const Entry*>& entries() {
     return all;
 }
 
-const Entry* findEntry(std::string_view id) {
-    const auto found = std::find_if(entries().begin(), entries().end(),
-                                    [id](const Entry* entry) { return entry->id == id; });
+template <typename Predicate>
+const Entry* firstEntry(const Predicate& isMeant) {
+    const auto found = std::find_if(entries().begin(), entries().end(), isMeant);
     return found == entries().end() ? nullptr : *found;
+}
+
+const Entry* findEntry(std::string_view id) {
+    return firstEntry([id](const Entry* entry) { return entry->id == id; });
+}
+
+const Entry* findEntry(const Message& message) {
+    return firstEntry([&message](const Entry* entry) { return entry->message == &message; });
 }
 
 // A word that is part of an id, such as "setuid", is nearer to it than any misspelling. Where

@@ -1,4 +1,5 @@
-// Every rule of the library by its permanent id, with what a developer needs to satisfy it.
+// Every rule of the library and of the program by its permanent id, with what a developer needs to
+// satisfy it.
 #pragma once
 
 #include <array>
@@ -15,8 +16,9 @@ namespace pkgvet::cli {
 // The id of what no rule of the library stands behind.
 inline constexpr std::string_view kOtherRemark = "other-remark";
 
-// A message of the library. Ids are never reused and never change their meaning: waivers, baselines
-// and other people's pages refer to them. Entries live as long as the process.
+// A message of the library, or one of the program's own. Ids are never reused and never change
+// their meaning: waivers, baselines and other people's pages refer to them. Entries live as long as
+// the process.
 struct Entry {
     std::string_view id = {};  // kebab-case
     Severity severity = Severity::Error;
@@ -29,7 +31,7 @@ struct Entry {
     std::string_view example = {};  // lines of those sources; ends in a line feed
     // Ids that it often comes with, filled up with empty ones.
     std::array<std::string_view, 4> relatedIds = {};
-    // What the library writes. Null for what no rule of its own writes.
+    // What is written. Null for what no rule writes.
     const Message* message = nullptr;
 
     std::span<const std::string_view> related() const;
@@ -51,6 +53,9 @@ const std::vector<const Entry*>& entries();
 // The entry with this id, null when there is none.
 const Entry* findEntry(std::string_view id);
 
+// The entry that has this message, which is told by its address; null when there is none.
+const Entry* findEntry(const Message& message);
+
 // The ids that are most like a word that is not one of them, the best first, three at the most.
 std::vector<std::string> nearestIds(std::string_view word);
 
@@ -58,7 +63,7 @@ std::vector<std::string> nearestIds(std::string_view word);
 bool isGrave(std::string_view id);
 
 // Whether the finding rejects a package whatever waivers, baseline and validation mode say:
-// scripts, and setuid, setgid and sticky bits.
+// scripts, setuid, setgid and sticky bits, and what the program itself finds on integrity.
 bool isGrave(const Finding& finding);
 
 }  // namespace pkgvet::cli

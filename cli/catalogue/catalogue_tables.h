@@ -13,5 +13,6 @@ Chapter qmlChapter();
 Chapter binaryChapter();
 Chapter pathChapter();
 Chapter fileChapter();
+Chapter integrityChapter();
 
 }  // namespace pkgvet::cli

@@ -94,11 +94,12 @@ std::vector<Configuration> configurationsOf(const JudgingOptions& options,
 
 // What all judges share, made once and in the process that they are copies of. It is never
 // destroyed, and neither are they.
-JudgeFunction prepareToJudge(const JudgingOptions& options, const std::string& rules) {
-    auto* const configurations = new std::vector<Configuration>(configurationsOf(options, rules));
+JudgeFunction prepareToJudge(const CheckOptions& options, const std::string& rules) {
+    auto* const configurations =
+        new std::vector<Configuration>(configurationsOf(options.judging, rules));
     auto* const rpm = new RpmSession;
-    return [configurations, rpm](const Surroundings& surroundings) {
-        return judge(surroundings, *configurations, rpm);
+    return [configurations, &options, rpm](const Surroundings& surroundings) {
+        return judge(surroundings, *configurations, options.integrity, rpm);
     };
 }
 
@@ -111,15 +112,16 @@ Limits limitsOf(const JudgingOptions& options, unsigned jobs) {
     return limits;
 }
 
-PoolOptions poolOptions(const JudgingOptions& options, const std::string& rules) {
+PoolOptions poolOptions(const CheckOptions& options, const std::string& rules) {
+    const JudgingOptions& judging = options.judging;
     PoolOptions pool;
-    for (const Profiles profile : options.profiles) {
+    for (const Profiles profile : judging.profiles) {
         pool.profiles.push_back(Configuration::getProfileName(profile));
     }
-    pool.jobs = options.jobs == 0 ? availableProcessors() : options.jobs;
-    pool.scratch = options.scratch;
-    pool.judging.sandbox = options.sandbox;
-    pool.judging.limits = limitsOf(options, pool.jobs);
+    pool.jobs = judging.jobs == 0 ? availableProcessors() : judging.jobs;
+    pool.scratch = judging.scratch;
+    pool.judging.sandbox = judging.sandbox;
+    pool.judging.limits = limitsOf(judging, pool.jobs);
     pool.judging.prepare = [&options, &rules] { return prepareToJudge(options, rules); };
     pool.judging.readable = {ParamFileValidator::standardSchemasDirectory()};
     return pool;
@@ -158,7 +160,7 @@ public:
 
     int judgeAll() {
         const auto receive = [this](PackageReport package) { return take(std::move(package)); };
-        JudgePool pool(inputs_, poolOptions(options_.judging, rules_), receive, &progress_);
+        JudgePool pool(inputs_, poolOptions(options_, rules_), receive, &progress_);
         report_.sandbox = pool.sandbox().name();
         if (!isSandboxGoodEnough(pool.sandbox(), options_.judging)) {
             return kUsageError;
@@ -251,7 +253,8 @@ std::vector<Option> allOptions(CheckOptions* options) {
     std::vector<Option> all;
     for (const std::vector<Option>& some :
          std::array{inputOptions(&options->input), judgingOptions(&options->judging),
-                    policyOptions(&options->policy), reportOptions(&options->report)}) {
+                    integrityOptions(&options->integrity), policyOptions(&options->policy),
+                    reportOptions(&options->report)}) {
         all.insert(all.end(), some.begin(), some.end());
     }
     return all;

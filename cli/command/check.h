@@ -3,6 +3,7 @@
 
 #include "cli/command/command_table.h"
 #include "cli/command/input.h"
+#include "cli/integrity/integrity_options.h"
 #include "cli/policy/policy_options.h"
 #include "cli/report/report_options.h"
 #include "cli/worker/judging_options.h"
@@ -12,6 +13,7 @@ namespace pkgvet::cli {
 struct CheckOptions {
     InputOptions input;
     JudgingOptions judging;
+    IntegrityOptions integrity;
     PolicyOptions policy;
     ReportOptions report;
 };

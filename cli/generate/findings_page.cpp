@@ -23,8 +23,9 @@ constexpr std::string_view kIntroduction =
     "\n"
     "An *error* rejects a package, unless validation is switched off on the device; a *warning* "
     "and an\n"
-    "*info* never do. Two findings reject it in any case and cannot be waived: they are marked as "
-    "grave.\n"
+    "*info* never do. Findings that are marked as grave reject it in any case and cannot be "
+    "waived: those\n"
+    "on scripts, on set-id bits and on the package's integrity.\n"
     "\n"
     "The page is made from the program's own table, with `./dev docs`.\n";
 

@@ -4,6 +4,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <exception>
@@ -14,6 +15,8 @@
 #include <utility>
 
 #include "cli/base/checksum.h"
+#include "cli/catalogue/catalogue.h"
+#include "cli/integrity/integrity_check.h"
 #include "cli/judge/finding_capture.h"
 #include "cli/judge/identify.h"
 #include "pkgvet/base/descriptor.h"
@@ -28,6 +31,8 @@ namespace {
 
 constexpr const char* kNotAPackage = "not an RPM package";
 constexpr const char* kNotUnpacked = "the payload did not unpack";
+constexpr const char* kIrregular =
+    "the payload is irregular and was not unpacked, so that no rule on files ran";
 constexpr const char* kRuleFailed = "a rule failed: ";
 constexpr const char* kNotCopied = "cannot copy the package: ";
 constexpr const char* kOutOfMemory = "it took more memory than --memory allows";
@@ -93,6 +98,12 @@ std::string unreadable(const std::string& message, const std::string& path) {
                            : std::string(kNotAPackage) + ": " + withoutPath(message, path);
 }
 
+std::vector<Finding> identified(const std::vector<LogLine>& lines) {
+    std::vector<Finding> findings;
+    std::transform(lines.begin(), lines.end(), std::back_inserter(findings), identify);
+    return findings;
+}
+
 // Rules remember what they found, so that each configuration has a validator of its own. They share
 // one tree, which the first of them to be destroyed would remove: none ever is, since the whole
 // world ends sooner.
@@ -106,9 +117,7 @@ void judgeContent(const ContentValidator& unpacked,
         judgement.metaAccepted = MetaValidator().validateMeta(configuration, meta);
         judgement.contentAccepted = validator->validateContent(configuration, meta);
         judgement.passes = judgement.accepted();
-        for (const LogLine& line : capture->take()) {
-            judgement.findings.push_back(identify(line));
-        }
+        judgement.findings = identified(capture->take());
         report->judgements.push_back(std::move(judgement));
     }
 }
@@ -129,36 +138,84 @@ RpmMeta readHeader(const std::string& path, RpmSession* rpm) {
     return meta;
 }
 
-// Without the payload its rules would look at the files of this machine under the package's names.
-const ContentValidator& unpack(const Surroundings& surroundings) {
-    const auto* const content = new ContentValidator(surroundings.copyPath);
-    if (!content->extracted()) {
-        const Cause limit = surroundings.limitMet();
-        throw NotJudged{limit.code == CauseCode::None ? Cause{CauseCode::UnpackFailed, kNotUnpacked}
-                                                      : limit};
+// What the guard stopped is told by what it found; all else that did not unpack is not judged.
+std::vector<Finding> irregularitiesOf(const Surroundings& surroundings) {
+    const Cause limit = surroundings.limitMet();
+    if (limit.code != CauseCode::None) {
+        throw NotJudged{limit};
     }
-    return *content;
+    std::vector<Finding> irregularities;
+    if (surroundings.irregularities != nullptr) {
+        irregularities = surroundings.irregularities();
+    }
+    if (irregularities.empty()) {
+        throw NotJudged{{CauseCode::UnpackFailed, kNotUnpacked}};
+    }
+    return irregularities;
+}
+
+// Without the payload its rules would look at the files of this machine under the package's names.
+void judgeHeaderAlone(const std::vector<Configuration>& configurations, const RpmMeta& meta,
+                      FindingCapture* capture, PackageReport* report) {
+    report->incomplete = kIrregular;
+    for (const Configuration& configuration : configurations) {
+        Judgement judgement;
+        judgement.profile = configuration.name();
+        judgement.metaAccepted = MetaValidator().validateMeta(configuration, meta);
+        judgement.findings = identified(capture->take());
+        report->judgements.push_back(std::move(judgement));
+    }
+}
+
+// The program's own rules make a verdict of their own, the same under each profile.
+void addIntegrity(const std::vector<Finding>& findings, PackageReport* report) {
+    const bool intact = std::none_of(findings.begin(), findings.end(),
+                                     [](const Finding& finding) { return isGrave(finding); });
+    for (Judgement& judgement : report->judgements) {
+        judgement.intact = intact;
+        judgement.passes = judgement.passes && intact;
+        judgement.findings.insert(judgement.findings.end(), findings.begin(), findings.end());
+    }
+}
+
+std::vector<Finding> integrityOf(const std::string& path, const IntegrityOptions& options,
+                                 RpmSession* rpm) {
+    if (!options.enabled) {
+        return {};
+    }
+    IntegrityCheck check(options, path, rpm->transactions());
+    check.checkHeader();
+    return check.take();
 }
 
 void judgeCopy(const Surroundings& surroundings, const std::vector<Configuration>& configurations,
-               RpmSession* rpm, PackageReport* report) {
+               const IntegrityOptions& integrity, RpmSession* rpm, PackageReport* report) {
     FindingCapture capture(std::cerr);
     report->sha256 = copyPackage(surroundings.package, surroundings.copyPath);
     const RpmMeta meta = readHeader(surroundings.copyPath, rpm);
     describe(meta, report);
-    const ContentValidator& content = unpack(surroundings);
-    surroundings.closeAround();
-    judgeContent(content, configurations, meta, &capture, report);
+    std::vector<Finding> own = integrityOf(surroundings.copyPath, integrity, rpm);
+    const auto* const content = new ContentValidator(surroundings.copyPath);
+    if (content->extracted()) {
+        surroundings.closeAround();
+        judgeContent(*content, configurations, meta, &capture, report);
+    } else {
+        const std::vector<Finding> irregularities = irregularitiesOf(surroundings);
+        own.insert(own.end(), irregularities.begin(), irregularities.end());
+        judgeHeaderAlone(configurations, meta, &capture, report);
+    }
+    addIntegrity(own, report);
 }
 
 }  // namespace
 
 PackageReport judge(const Surroundings& surroundings,
-                    const std::vector<Configuration>& configurations, RpmSession* rpm) {
+                    const std::vector<Configuration>& configurations,
+                    const IntegrityOptions& integrity, RpmSession* rpm) {
     PackageReport report;
     report.validationEnabled = configurations.front().validationEnabled();
     try {
-        judgeCopy(surroundings, configurations, rpm, &report);
+        judgeCopy(surroundings, configurations, integrity, rpm, &report);
     } catch (const NotJudged& end) {
         report.setCause(end.cause);
     } catch (const std::bad_alloc&) {

@@ -47,11 +47,15 @@ struct Judgement {
     // The library's own verdicts.
     bool metaAccepted = false;
     bool contentAccepted = false;
+    // The program's own: whether what was judged is what would be installed. A package that is not
+    // intact never passes.
+    bool intact = true;
     // The verdict once waivers, baseline and the least severity that counts are applied; without
-    // any of them the library's own.
+    // any of them that of the library and the program.
     bool passes = false;
     std::vector<Finding> findings;
 
+    // The library's verdict.
     bool accepted() const { return metaAccepted && contentAccepted; }
 };
 
@@ -89,11 +93,16 @@ struct PackageReport {
     std::string cause;
     CauseCode causeCode = CauseCode::None;
     std::string lastErrorLine;
+    // Why the rules on the payload did not run on a package that is rejected without them; empty
+    // when they did, or when it could not be judged at all.
+    std::string incomplete;
     double seconds = 0;
     std::vector<Judgement> judgements;  // one for each profile asked for, in their order
 
     // A package that could not be judged passes under no profile.
     bool judged() const { return cause.empty(); }
+    // Whether every rule ran.
+    bool complete() const { return judged() && incomplete.empty(); }
     void setCause(const Cause& why);
     bool passes() const;
 };

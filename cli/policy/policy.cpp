@@ -28,6 +28,9 @@ bool isExcused(const Judgement& judgement) {
 }
 
 bool passes(const Judgement& judgement, bool validationEnabled, std::optional<Severity> failOn) {
+    if (!judgement.intact) {
+        return false;
+    }
     if (failOn && hasCounting(judgement, *failOn)) {
         return false;
     }

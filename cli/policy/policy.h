@@ -14,7 +14,7 @@
 namespace pkgvet::cli {
 
 // Applies waivers, a baseline and the least severity that fails a package to what the library said.
-// Grave findings are neither waived nor known.
+// Grave findings are neither waived nor known, and a package that is not intact never passes.
 //
 // The library's own verdicts stay as they are; the one under the policy stands in
 // Judgement::passes. Belongs to one thread, and to one run, since it remembers which waivers were

@@ -25,6 +25,9 @@ void addConcise(const PackageReport& package, const ReportStyle& style, std::ost
     if (!package.judged()) {
         writeLine(path, severityName(Severity::Error), kNotJudgedId, printable(package.cause),
                   stream);
+    } else if (!package.complete()) {
+        writeLine(path, severityName(Severity::Error), kIncompleteId, printable(package.incomplete),
+                  stream);
     }
     for (const MergedFinding& merged : mergedFindings(package)) {
         const Finding& finding = *merged.finding;

@@ -60,6 +60,8 @@ std::string fixOf(const Finding& finding) {
 void addGithub(const PackageReport& package, const ReportStyle& style, std::ostream& stream) {
     if (!package.judged()) {
         writeCommand("error", package.path, kNotJudgedId, printable(package.cause), stream);
+    } else if (!package.complete()) {
+        writeCommand("error", package.path, kIncompleteId, printable(package.incomplete), stream);
     }
     for (const MergedFinding& merged : mergedFindings(package)) {
         const Finding& finding = *merged.finding;

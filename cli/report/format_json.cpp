@@ -41,6 +41,7 @@ Json judgementJson(const Judgement& judgement) {
     json["meta_accepted"] = judgement.metaAccepted;
     json["content_accepted"] = judgement.contentAccepted;
     json["accepted"] = judgement.accepted();
+    json["intact"] = judgement.intact;
     json["passes"] = judgement.passes;
     json["findings"] = Json::array();
     for (const Finding& finding : judgement.findings) {
@@ -58,9 +59,10 @@ Json packageJson(const PackageReport& package, const ReportStyle& style) {
     json["arch"] = orNull(package.arch);
     json["sha256"] = orNull(package.sha256);
     json["validation_enabled"] = package.validationEnabled;
-    json["complete"] = package.judged();
+    json["complete"] = package.complete();
     json["cause"] = orNull(package.cause);
     json["cause_code"] = orNull(std::string(causeCodeName(package.causeCode)));
+    json["incomplete"] = orNull(package.incomplete);
     // The key stays as readers of earlier reports know it.
     json["last_words"] = orNull(package.lastErrorLine);
     json["passes"] = package.passes();

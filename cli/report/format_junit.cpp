@@ -109,6 +109,10 @@ Suite suiteOf(const PackageReport& package, const Judgement& judgement, Severity
         suite.cases.push_back(caseOf(finding, outcomeOf(finding, judgement, failOn)));
     }
     numberRepeats(&suite.cases);
+    if (!package.complete()) {
+        const std::string id(kIncompleteId);
+        suite.cases.push_back({id, Outcome::Error, id, package.incomplete});
+    }
     // A rejection shows even where no line stands behind it.
     if (!judgement.passes && suite.count(Outcome::Failed) == 0) {
         suite.cases.push_back({std::string(kVerdict), Outcome::Failed, "rejected", "rejected"});

@@ -180,15 +180,22 @@ Json notification(std::string_view id, const char* level, const std::string& tex
     return {{"descriptor", {{"id", id}}}, {"level", level}, {"message", foreignMessage(text)}};
 }
 
+// A notification on one package.
+Json notificationOn(const PackageReport& package, std::string_view id, const std::string& text) {
+    Json json = notification(id, "error", printable(package.path) + text);
+    json["locations"] = Json::array({{{"physicalLocation", physicalLocation(package)}}});
+    return json;
+}
+
 Json invocationJson(const RunReport& run) {
     Json notifications = Json::array();
     for (const PackageReport& package : run.packages) {
         if (!package.judged()) {
-            Json failure = notification(
-                kNotJudgedId, "error",
-                printable(package.path) + " could not be judged: " + printable(package.cause));
-            failure["locations"] = Json::array({{{"physicalLocation", physicalLocation(package)}}});
-            notifications.push_back(std::move(failure));
+            notifications.push_back(notificationOn(
+                package, kNotJudgedId, " could not be judged: " + printable(package.cause)));
+        } else if (!package.complete()) {
+            notifications.push_back(notificationOn(
+                package, kIncompleteId, " was not judged whole: " + printable(package.incomplete)));
         }
     }
     if (run.partial) {
@@ -211,6 +218,7 @@ Json verdictsJson(const PackageReport& package) {
                             {"meta_accepted", judgement.metaAccepted},
                             {"content_accepted", judgement.contentAccepted},
                             {"accepted", judgement.accepted()},
+                            {"intact", judgement.intact},
                             {"passes", judgement.passes}});
     }
     return verdicts;
@@ -226,7 +234,7 @@ Json artifactJson(const PackageReport& package, const ReportStyle& style) {
                               {"release", package.release},
                               {"arch", package.arch},
                               {"validation_enabled", package.validationEnabled},
-                              {"complete", package.judged()},
+                              {"complete", package.complete()},
                               {"passes", package.passes()},
                               {"verdicts", verdictsJson(package)}};
     if (style.timings) {

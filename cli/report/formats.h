@@ -31,6 +31,7 @@ struct ReportStyle {
 
 // What stands in place of the id of a rule where a report tells of something other than a finding.
 inline constexpr std::string_view kNotJudgedId = "not-judged";
+inline constexpr std::string_view kIncompleteId = "incomplete";
 inline constexpr std::string_view kPartialId = "partial";
 inline constexpr std::string_view kNoticeId = "notice";
 

@@ -15,6 +15,7 @@ namespace pkgvet::cli {
 namespace {
 
 constexpr std::string_view kValidationOff = "validation off";
+constexpr const char* kIncomplete = "incomplete: ";
 constexpr std::string_view kComma = ", ";
 
 std::string verdictName(bool accepted, const ReportStyle& style) {
@@ -32,10 +33,13 @@ std::string secondsOf(const PackageReport& package) {
     return text.str();
 }
 
-// The library's own verdict where the policy of the run overruled it.
+// The library's own verdict where the policy of the run or a rule of the program overruled it.
 std::vector<std::string> overruled(const Judgement& judgement) {
     if (judgement.passes == judgement.accepted()) {
         return {};
+    }
+    if (!judgement.intact) {
+        return {"accepted but for its integrity"};
     }
     return {judgement.accepted() ? "accepted by the rules alone" : "rejected by the rules alone"};
 }
@@ -61,6 +65,9 @@ std::vector<std::string> circumstances(const PackageReport& package, const Repor
     std::vector<std::string> parts;
     if (!package.validationEnabled) {
         parts.emplace_back(kValidationOff);
+    }
+    if (!package.incomplete.empty()) {
+        parts.push_back(kIncomplete + printable(package.incomplete));
     }
     if (style.timings) {
         parts.push_back(secondsOf(package));

@@ -76,6 +76,7 @@ void replaceName(const std::string& directory, PackageReport* report) {
     const std::string replacement =
         directory.substr(0, directory.size() - kPlaceholder.size()).append(kPlaceholder);
     replaceAll(directory, replacement, &report->cause);
+    replaceAll(directory, replacement, &report->incomplete);
     replaceAll(directory, replacement, &report->lastErrorLine);
     for (Judgement& judgement : report->judgements) {
         for (Finding& finding : judgement.findings) {

@@ -11,7 +11,7 @@ namespace pkgvet::cli {
 namespace {
 
 // Grows with each change of what a message holds.
-constexpr std::uint32_t kVersion = 2;
+constexpr std::uint32_t kVersion = 3;
 
 constexpr std::size_t kNumberSize = 4;
 constexpr unsigned kByteBits = 8;
@@ -112,6 +112,7 @@ Finding decodeFinding(Decoder* decoder) {
 void encode(const Judgement& judgement, Encoder* encoder) {
     encoder->flag(judgement.metaAccepted);
     encoder->flag(judgement.contentAccepted);
+    encoder->flag(judgement.intact);
     encoder->number(judgement.findings.size());
     for (const Finding& finding : judgement.findings) {
         encode(finding, encoder);
@@ -123,7 +124,8 @@ Judgement decodeJudgement(const std::string& profile, Decoder* decoder) {
     judgement.profile = profile;
     judgement.metaAccepted = decoder->flag();
     judgement.contentAccepted = decoder->flag();
-    judgement.passes = judgement.accepted();
+    judgement.intact = decoder->flag();
+    judgement.passes = judgement.accepted() && judgement.intact;
     const std::uint32_t count = decoder->number();
     if (count > kMaxFindings) {
         decoder->fail();
@@ -138,7 +140,7 @@ std::string encode(const PackageReport& report) {
     Encoder encoder;
     encoder.number(kVersion);
     for (const std::string* text : {&report.name, &report.version, &report.release, &report.arch,
-                                    &report.sha256, &report.cause}) {
+                                    &report.sha256, &report.cause, &report.incomplete}) {
         encoder.text(*text);
     }
     encoder.number(static_cast<std::size_t>(report.causeCode));
@@ -192,7 +194,7 @@ std::optional<PackageReport> decodeReport(std::string_view bytes,
     }
     PackageReport report;
     for (std::string* text : {&report.name, &report.version, &report.release, &report.arch,
-                              &report.sha256, &report.cause}) {
+                              &report.sha256, &report.cause, &report.incomplete}) {
         *text = decoder.text();
     }
     report.causeCode = decodeCauseCode(&decoder);

@@ -86,6 +86,17 @@ RunReport waivedRun() {
     return run;
 }
 
+// Accepted by the library, had it seen it whole.
+RunReport incompleteRun() {
+    Judgement result = judgement(
+        {findingAbout("/usr/share/a", "header-path-not-normal", Severity::Critical, "Not normal")});
+    result.contentAccepted = false;
+    result.intact = false;
+    PackageReport report = package({result});
+    report.incomplete = "the payload is irregular";
+    return runOf({report});
+}
+
 RunReport partialRun() {
     RunReport run = runOf({package({judgement({})})});
     run.partial = true;
@@ -116,6 +127,7 @@ std::vector<SampleRun> sampleRuns() {
         {"not judged", runOf({unreadable("/tmp/a b.rpm", "not an RPM package")})},
         {"all of them", runOf({package({judgement({})}), package({judgement(someFindings())}),
                                unreadable("x.rpm", "not a regular file")})},
+        {"incomplete", incompleteRun()},
         {"partial", partialRun()},
         {"waived and known", waivedRun()},
         {"several profiles",

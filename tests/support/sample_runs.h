@@ -28,7 +28,8 @@ pkgvet::cli::PackageReport unreadable(const std::string& path, const std::string
 
 pkgvet::cli::RunReport runOf(std::vector<pkgvet::cli::PackageReport> packages);
 
-// Nothing to do, accepted, rejected, not judged, partial, waived, several profiles, hostile bytes.
+// Nothing to do, accepted, rejected, not judged, incomplete, partial, waived, several profiles,
+// hostile bytes.
 std::vector<SampleRun> sampleRuns();
 
 // A byte sequence that no format could hold as it is.

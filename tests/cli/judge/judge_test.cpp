@@ -49,7 +49,7 @@ protected:
         surroundings.limitMet = [this] { return limit_; };
         RpmSession rpm;
         const CapturedDescriptor noiseOfTools;
-        return judge(surroundings, rules, &rpm);
+        return judge(surroundings, rules, IntegrityOptions(), &rpm);
     }
 
     PackageReport judged(const std::string& file) { return judged(file, {load(RuleTree())}); }

@@ -30,6 +30,17 @@ TEST(PackageReport, WhatWasNotJudgedPassesUnderNone) {
     EXPECT_FALSE(report.passes());
 }
 
+TEST(PackageReport, IsCompleteWhenItWasJudgedByAllRules) {
+    PackageReport report = reportOf({true});
+    EXPECT_TRUE(report.complete());
+    report.incomplete = "the payload is irregular";
+    EXPECT_TRUE(report.judged());
+    EXPECT_FALSE(report.complete());
+    report.incomplete.clear();
+    report.cause = "not an RPM package";
+    EXPECT_FALSE(report.complete());
+}
+
 TEST(Judgement, AcceptsWhenBothHalvesDo) {
     for (const bool meta : {false, true}) {
         for (const bool content : {false, true}) {

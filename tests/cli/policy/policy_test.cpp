@@ -195,4 +195,16 @@ TEST(Policy, ExpiredAndUnusedWaiversAreNoticed) {
     EXPECT_THAT(Policy({used}, {}, std::nullopt, kToday).notices(false), IsEmpty());
 }
 
+// Nothing that a user says makes up for a package that is not what it seems.
+TEST(Policy, WhatIsNotIntactNeverPasses) {
+    for (const bool validationEnabled : {true, false}) {
+        for (const bool accepted : {true, false}) {
+            PackageReport package = judged(accepted, {finding("a")});
+            package.judgements[0].intact = false;
+            package.validationEnabled = validationEnabled;
+            EXPECT_FALSE(applied(package, {waiver("a")}, baselineOf({finding("a")})).passes());
+        }
+    }
+}
+
 }  // namespace

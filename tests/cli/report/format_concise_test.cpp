@@ -39,6 +39,12 @@ TEST(FormatConcise, PackageThatIsNotJudgedIsALine) {
     EXPECT_EQ(sample("not judged"), "/tmp/a b.rpm: error: not-judged: not an RPM package\n");
 }
 
+TEST(FormatConcise, PackageThatIsNotJudgedWholeHasALine) {
+    EXPECT_EQ(sample("incomplete"),
+              "app.rpm: error: incomplete: the payload is irregular\n"
+              "app.rpm: critical: header-path-not-normal: [/usr/share/a] Not normal\n");
+}
+
 TEST(FormatConcise, InterruptedRunIsALine) {
     EXPECT_EQ(sample("partial"), "pkgvet: error: partial: the run was interrupted\n");
 }

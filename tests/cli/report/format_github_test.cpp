@@ -47,6 +47,13 @@ TEST(FormatGithub, PackageThatIsNotJudgedIsAnError) {
               "::notice title=pkgvet::1 package: 0 accepted, 0 rejected, 1 not judged\n");
 }
 
+TEST(FormatGithub, PackageThatIsNotJudgedWholeHasAnError) {
+    EXPECT_EQ(sample("incomplete"),
+              "::error file=app.rpm,title=incomplete::the payload is irregular\n"
+              "::error file=app.rpm,title=header-path-not-normal::[/usr/share/a] Not normal\n"
+              "::notice title=pkgvet::1 package: 0 accepted, 1 rejected, 0 not judged\n");
+}
+
 TEST(FormatGithub, WhatDoesNotCountIsANotice) {
     const std::string text = sample("waived and known");
     EXPECT_NE(text.find("::notice file=app.rpm,title=library-not-allowed::[libx.so.1] Not allowed "

@@ -92,9 +92,10 @@ TEST(FormatJson, PackageCarriesAllThatIsKnown) {
     EXPECT_EQ(report, Json::parse(R"({"path":"app.rpm","name":"org.example.app","version":"1.0",
         "release":"1","arch":"noarch","sha256":")" +
                                   std::string(64, 'a') + R"(",
-        "validation_enabled":true,"complete":true,"cause":null,"cause_code":null,"last_words":null,"passes":true,
+        "validation_enabled":true,"complete":true,"cause":null,"cause_code":null,"incomplete":null,"last_words":null,
+        "passes":true,
         "judgements":[{"profile":"regular","meta_accepted":true,"content_accepted":true,
-                       "accepted":true,"passes":true,"findings":[]}]})"));
+                       "accepted":true,"intact":true,"passes":true,"findings":[]}]})"));
 }
 
 TEST(FormatJson, PackageThatIsNotJudgedSaysWhy) {
@@ -104,6 +105,17 @@ TEST(FormatJson, PackageThatIsNotJudgedSaysWhy) {
     EXPECT_EQ(report["cause"], "not an RPM package");
     EXPECT_EQ(report["name"], nullptr);
     EXPECT_EQ(report["judgements"], Json::array());
+}
+
+TEST(FormatJson, PackageThatIsNotJudgedWholeSaysWhyAndIsRejected) {
+    const Json run = json(sample("incomplete"));
+    const Json report = run["packages"][0];
+    EXPECT_EQ(run["summary"]["rejected"], 1);
+    EXPECT_EQ(report["complete"], false);
+    EXPECT_EQ(report["incomplete"], "the payload is irregular");
+    EXPECT_EQ(report["cause"], nullptr);
+    EXPECT_EQ(report["passes"], false);
+    EXPECT_EQ(report["judgements"][0]["intact"], false);
 }
 
 TEST(FormatJson, FindingsCarryTheirStanding) {

@@ -64,6 +64,13 @@ TEST(FormatJunit, PackageThatIsNotJudgedIsAnError) {
                                    "not an RPM package</error></testcase>\n  </testsuite>\n"));
 }
 
+TEST(FormatJunit, PackageThatIsNotJudgedWholeHasAnError) {
+    EXPECT_NE(sample("incomplete")
+                  .find("name=\"incomplete\"><error type=\"incomplete\" message=\"the payload is "
+                        "irregular\">"),
+              std::string::npos);
+}
+
 TEST(FormatJunit, FindingsThatRejectFailAndOthersPass) {
     const std::string counts = "tests=\"4\" failures=\"2\" errors=\"0\" skipped=\"0\"";
     const std::string start = "    <testcase classname=\"app.rpm\" name=\"";

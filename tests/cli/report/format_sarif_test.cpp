@@ -153,7 +153,15 @@ TEST(FormatSarif, ArtifactCarriesHashAndVerdicts) {
         "properties": {"name": "org.example.app", "version": "1.0", "release": "1",
             "arch": "noarch", "validation_enabled": true, "complete": true, "passes": true,
             "verdicts": [{"profile": "regular", "meta_accepted": true, "content_accepted": true,
-                          "accepted": true, "passes": true}]}}])"));
+                          "accepted": true, "intact": true, "passes": true}]}}])"));
+}
+
+TEST(FormatSarif, PackageThatIsNotJudgedWholeIsANotification) {
+    const Json run = sample("incomplete");
+    EXPECT_EQ(run["invocations"][0]["toolExecutionNotifications"][0]["descriptor"]["id"],
+              "incomplete");
+    EXPECT_EQ(run["artifacts"][0]["properties"]["complete"], false);
+    EXPECT_EQ(run["artifacts"][0]["properties"]["verdicts"][0]["intact"], false);
 }
 
 TEST(FormatSarif, MessageOfAPackageMakesNoLink) {

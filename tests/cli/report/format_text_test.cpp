@@ -54,6 +54,22 @@ TEST(FormatText, PackageThatIsNotJudgedIsNamedWhereNothingElseNamesIt) {
               "/tmp/a b.rpm: not judged: not an RPM package\n" + summary);
 }
 
+TEST(FormatText, VerdictSaysWhenThePackageWasNotJudgedWhole) {
+    EXPECT_EQ(sample("incomplete"),
+              "app.rpm\n  /usr/share/a  critical  header-path-not-normal  Not normal\n"
+              "app.rpm: rejected (1 error, 0 warnings, incomplete: the payload is irregular)\n"
+              "1 package: 0 accepted, 1 rejected, 0 not judged\n");
+}
+
+TEST(FormatText, VerdictTellsOfAPackageThatItsIntegrityAloneRejects) {
+    Judgement result = judgement({});
+    result.intact = false;
+    result.passes = false;
+    EXPECT_EQ(reportOf(Format::Text, runOf({package({result})})),
+              "app.rpm: rejected (accepted but for its integrity)\n"
+              "1 package: 0 accepted, 1 rejected, 0 not judged\n");
+}
+
 TEST(FormatText, InterruptedRunSaysSo) {
     EXPECT_EQ(sample("partial"),
               "app.rpm: accepted\n1 package: 1 accepted, 0 rejected, 0 not judged; the run was "

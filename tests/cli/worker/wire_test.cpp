@@ -24,10 +24,12 @@ PackageReport sample() {
     report.arch = "noarch";
     report.sha256 = "abc";
     report.validationEnabled = false;
+    report.incomplete = "why" + kBytes;
     report.judgements.resize(2);
     report.judgements[0].metaAccepted = true;
     report.judgements[0].contentAccepted = true;
     report.judgements[1].metaAccepted = true;
+    report.judgements[1].intact = false;
     Finding finding;
     finding.rule = "rule-id";
     finding.severity = Severity::Critical;
@@ -52,7 +54,9 @@ TEST(Wire, ReportComesThroughWithEveryByte) {
     EXPECT_EQ(result->arch, report.arch);
     EXPECT_EQ(result->sha256, report.sha256);
     EXPECT_FALSE(result->validationEnabled);
+    EXPECT_EQ(result->incomplete, report.incomplete);
     EXPECT_TRUE(result->judged());
+    EXPECT_FALSE(result->complete());
     ASSERT_EQ(result->judgements.size(), 2U);
     EXPECT_EQ(result->judgements[0].profile, "regular");
     EXPECT_TRUE(result->judgements[0].passes);
@@ -61,6 +65,8 @@ TEST(Wire, ReportComesThroughWithEveryByte) {
     EXPECT_EQ(second.profile, "mdm");
     EXPECT_TRUE(second.metaAccepted);
     EXPECT_FALSE(second.contentAccepted);
+    EXPECT_TRUE(result->judgements[0].intact);
+    EXPECT_FALSE(second.intact);
     EXPECT_FALSE(second.passes);
     ASSERT_EQ(second.findings.size(), 2U);
     EXPECT_EQ(second.findings[0].rule, "rule-id");
@@ -68,6 +74,15 @@ TEST(Wire, ReportComesThroughWithEveryByte) {
     EXPECT_EQ(second.findings[0].subject, kBytes);
     EXPECT_EQ(second.findings[0].message, "[a] " + kBytes);
     EXPECT_EQ(second.findings[1].subject, std::nullopt);
+}
+
+TEST(Wire, WhatIsNotIntactDoesNotPass) {
+    PackageReport report = sample();
+    report.judgements[0].intact = false;
+    const auto result = heard(reportMessage(report, kMostBytes));
+    ASSERT_TRUE(result);
+    EXPECT_TRUE(result->judgements[0].accepted());
+    EXPECT_FALSE(result->judgements[0].passes);
 }
 
 TEST(Wire, CauseComesWithoutJudgements) {
