@@ -49,6 +49,7 @@ OutputFile::OutputFile(const std::string& path) : path_(path), target_(path) {
     } else {
         target_ = behindLinks(path);
         openBeside();
+        keepMode();
     }
     if (!descriptor_.isOpen()) {
         fail(path_, errno);
@@ -111,6 +112,18 @@ void OutputFile::openBeside() {
         if (errno != EEXIST) {
             return;
         }
+    }
+}
+
+// A report that others may not read, or that they may write to, stays so.
+void OutputFile::keepMode() {
+    constexpr mode_t kPermissions = S_IRWXU | S_IRWXG | S_IRWXO;
+    struct stat former {};
+    if (descriptor_.isOpen() && stat(target_.c_str(), &former) == 0 && S_ISREG(former.st_mode) &&
+        fchmod(descriptor_.get(), former.st_mode & kPermissions) != 0) {
+        const int error = errno;
+        discard();
+        fail(path_, error);
     }
 }
 

@@ -10,8 +10,9 @@ namespace pkgvet::cli {
 
 // Gathers content beside a path and renames it into place, so that a reader of the path sees the
 // former file or the whole new one. A link is followed to the file behind it, and what is not
-// a regular file, such as a pipe or a terminal, is written to as it stands. Without commit()
-// nothing remains. All of it throws std::runtime_error with a line that names the path.
+// a regular file, such as a pipe or a terminal, is written to as it stands. A file that was there
+// keeps its mode. Without commit() nothing remains. All of it throws std::runtime_error with a line
+// that names the path.
 class OutputFile {
 public:
     // Opens at once: a run of hours must not end with a path that cannot be written.
@@ -27,6 +28,7 @@ public:
 
 private:
     void openBeside();
+    void keepMode();
     void discard();
 
     std::string path_;       // as the user named it

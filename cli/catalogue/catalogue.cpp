@@ -2,10 +2,9 @@
 #include "cli/catalogue/catalogue.h"
 
 #include <algorithm>
-#include <numeric>
 #include <tuple>
-#include <utility>
 
+#include "cli/base/nearest.h"
 #include "cli/catalogue/catalogue_tables.h"
 
 namespace pkgvet::cli {
@@ -33,21 +32,6 @@ std::vector<const Entry*> flattened(const std::vector<Chapter>& chapters) {
         }
     }
     return result;
-}
-
-// How many characters must be put in, taken out or replaced to make one word of the other.
-std::size_t editDistance(std::string_view from, std::string_view to) {
-    std::vector<std::size_t> row(to.size() + 1);
-    std::iota(row.begin(), row.end(), std::size_t{0});
-    for (std::size_t i = 0; i < from.size(); ++i) {
-        std::size_t diagonal = std::exchange(row[0], i + 1);
-        for (std::size_t j = 0; j < to.size(); ++j) {
-            const std::size_t replaced = diagonal + (from[i] == to[j] ? 0 : 1);
-            diagonal = row[j + 1];
-            row[j + 1] = std::min({replaced, row[j] + 1, row[j + 1] + 1});
-        }
-    }
-    return row.back();
 }
 
 }  // namespace

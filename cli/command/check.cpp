@@ -1,7 +1,9 @@
 // Has packages judged and reports on them.
 #include "cli/command/check.h"
 
+#include <poll.h>
 #include <signal.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <array>
@@ -18,13 +20,18 @@
 #include "cli/base/processors.h"
 #include "cli/base/progress.h"
 #include "cli/base/terminal.h"
+#include "cli/command/option_conflicts.h"
+#include "cli/command/output_guard.h"
 #include "cli/judge/judge.h"
 #include "cli/policy/baseline.h"
 #include "cli/policy/policy.h"
 #include "cli/report/reports.h"
+#include "cli/report/tally.h"
 #include "cli/rules/default_rules.h"
 #include "cli/rules/rule_check.h"
+#include "cli/rules/rule_tree_walk.h"
 #include "cli/worker/judge_pool.h"
+#include "cli/worker/signal_watch.h"
 #include "pkgvet/platform/param_file_validator.h"
 #include "pkgvet/rules/configuration.h"
 
@@ -35,9 +42,13 @@ namespace {
 using ManagedConfiguration::Validator::ParamFileValidator;
 
 constexpr const char* kExitStatuses =
-    "Exit status: 0 every package was accepted; 1 at least one was rejected; 2 usage error, or a\n"
-    "rule tree or sandbox that cannot be used; 3 at least one package could not be judged\n"
-    "(3 outranks 1).";
+    "Exit status: 0 every package was accepted; 1 at least one was rejected; 2 usage error, no\n"
+    "package to judge, or a rule tree or sandbox that cannot be used; 3 at least one package "
+    "could\n"
+    "not be judged (3 outranks 1).";
+
+constexpr const char* kNothingToJudge =
+    "there is nothing to judge, which --allow-empty would permit";
 
 // Whether there is nothing to complain of.
 bool isSound(const std::vector<Fault>& faults) {
@@ -47,13 +58,13 @@ bool isSound(const std::vector<Fault>& faults) {
     return faults.empty();
 }
 
+// On a terminal, a report for people has said so in the line above.
+bool isToldByReport(const ReportOptions& options) {
+    return formatsOfStandardOutput(options).front() == Format::Text && isatty(STDOUT_FILENO) == 1;
+}
+
 void complainOf(const PackageReport& package) {
-    std::string text =
-        printable(package.path) + ": could not be judged: " + printable(package.cause);
-    if (!package.lastErrorLine.empty()) {
-        text += ": " + printable(package.lastErrorLine);
-    }
-    complain(text);
+    complain(printable(package.path) + ": could not be judged: " + causeWithLastLine(package));
 }
 
 ReportStyle styleOf(const CheckOptions& options) {
@@ -140,6 +151,49 @@ bool isSandboxGoodEnough(const Sandbox& sandbox, const JudgingOptions& options) 
     return options.sandbox != SandboxMode::Require;
 }
 
+bool hasReader(int descriptor) {
+    struct pollfd output {
+        descriptor, POLLOUT, 0
+    };
+    return poll(&output, 1, 0) < 0 || (output.revents & POLLERR) == 0;
+}
+
+// The files that a run reads, packages apart.
+std::vector<std::string> filesRead(const CheckOptions& options, const std::string& rules) {
+    std::vector<std::string> files = options.policy.waivers;
+    files.push_back(options.policy.baseline);
+    for (const std::string& list : options.input.filesFrom) {
+        files.push_back(list == "-" ? "/dev/stdin" : list);
+    }
+    RuleTreeVisitor visitor;
+    visitor.onFile = [&files](const std::string& file) { files.push_back(file); };
+    walkRuleTree(rules, options.judging.profiles, visitor);
+    return files;
+}
+
+// Throws std::runtime_error when a report or a baseline would take the place of something else.
+void guardFiles(const CheckOptions& options, const std::string& rules,
+                const std::vector<Input>& packages) {
+    std::vector<std::string> read = filesRead(options, rules);
+    for (const Input& package : packages) {
+        read.push_back(package.path);
+    }
+    std::vector<std::string> written;
+    for (const Output& output : filesOf(options.report)) {
+        written.push_back(output.path);
+    }
+    if (!options.policy.writeBaseline.empty()) {
+        written.push_back(options.policy.writeBaseline);
+    }
+    refuseLossOfFiles(written, read);
+}
+
+// How a run ended.
+struct RunEnd {
+    int status = kUsageError;
+    int signal = 0;  // that ended it, or 0
+};
+
 // One run over all packages.
 class Run {
 public:
@@ -152,31 +206,32 @@ public:
           policy_(std::move(policy)),
           validationEnabled_(isValidationEnabled(options.judging, rules)),
           progress_(inputs_.size()),
-          reports_(options.report.format, styleOf(options), std::cout, options.report.outputs) {
+          reports_(formatsOfStandardOutput(options.report).front(), styleOf(options), std::cout,
+                   filesOf(options.report)) {
         if (!options.policy.writeBaseline.empty()) {
             baselineFile_.emplace(options.policy.writeBaseline);
         }
     }
 
-    int judgeAll() {
+    RunEnd judgeAll() {
         const auto receive = [this](PackageReport package) { return take(std::move(package)); };
         JudgePool pool(inputs_, poolOptions(options_, rules_), receive, &progress_);
         report_.sandbox = pool.sandbox().name();
         if (!isSandboxGoodEnough(pool.sandbox(), options_.judging)) {
-            return kUsageError;
+            return {};
         }
         report_.partial = !pool.run();
         report_.notices = policy_.notices(!report_.partial);
         for (const std::string& notice : report_.notices) {
             complain(notice);
         }
-        if (report_.partial) {
+        if (report_.partial && std::cout.good()) {
             complain("interrupted: " + std::to_string(inputs_.size() - report_.packages.size()) +
                      " of " + std::to_string(inputs_.size()) + " packages were not judged");
         }
         reports_.finish(report_);
         writeBaseline();
-        return status();
+        return {status(), pool.signal()};
     }
 
 private:
@@ -196,7 +251,7 @@ private:
         }
         progress_.clear();
         reports_.add(package);
-        if (!package.judged()) {
+        if (!package.judged() && !isToldByReport(options_.report)) {
             complainOf(package);
         }
         report_.packages.push_back(std::move(package));
@@ -238,15 +293,44 @@ private:
     RunReport report_;
 };
 
-int judgeInputs(const CheckOptions& options, const std::string& rules, Policy policy) {
+// Says what leads to no package. Throws std::runtime_error when nothing leads to any.
+std::vector<Input> packagesOf(const InputOptions& options) {
+    CollectedInput collected = collectInput(options);
+    if (!options.allowEmpty) {
+        for (const std::string& empty : collected.empty) {
+            complain(printable(empty));
+        }
+        if (collected.packages.empty()) {
+            throw std::runtime_error(kNothingToJudge);
+        }
+    }
+    return std::move(collected.packages);
+}
+
+RunEnd judgeInputs(const CheckOptions& options, const std::string& rules, Policy policy) {
     std::optional<Run> run;
     try {
-        run.emplace(options, rules, collectInput(options.input), std::move(policy));
+        std::vector<Input> packages = packagesOf(options.input);
+        guardFiles(options, rules, packages);
+        run.emplace(options, rules, std::move(packages), std::move(policy));
     } catch (const std::runtime_error& error) {
         complain(printable(error.what()));
-        return kUsageError;
+        return {};
     }
     return run->judgeAll();
+}
+
+// The exit status, unless a signal or a reader that went away is to end the process: what started
+// it expects that of a program that was told to stop.
+int endOf(const RunEnd& end, bool isEndedByPipes) {
+    const bool isWritten = std::cout.flush().good();
+    if (end.signal != 0) {
+        endBySignal(end.signal);
+    }
+    if (!isWritten && isEndedByPipes && !hasReader(STDOUT_FILENO)) {
+        endBySignal(SIGPIPE);
+    }
+    return statusAfterOutput(end.status);
 }
 
 std::vector<Option> allOptions(CheckOptions* options) {
@@ -273,9 +357,18 @@ CommandRow checkCommand(CheckOptions* options) {
     return row;
 }
 
-int check(const CheckOptions& options) {
-    // A reader that goes away is an error like any other when it comes to writing.
-    signal(SIGPIPE, SIG_IGN);
+int check(const CheckOptions& given) {
+    CheckOptions options = given;
+    if (options.judging.profiles.empty()) {
+        options.judging.profiles = {Profiles::Regular};
+    }
+    const std::string conflict = conflictIn(options);
+    if (!conflict.empty()) {
+        complain(conflict);
+        return kUsageError;
+    }
+    // A reader that goes away is an error like any other until all is cleared up.
+    const bool isEndedByPipes = signal(SIGPIPE, SIG_IGN) != SIG_IGN;
     const std::string rules =
         options.judging.rules.empty() ? defaultRules() : options.judging.rules;
     std::vector<Fault> faults = checkRuleTree(rules, options.judging.profiles);
@@ -283,7 +376,7 @@ int check(const CheckOptions& options) {
     if (!isSound(faults)) {
         return kUsageError;
     }
-    return statusAfterOutput(judgeInputs(options, rules, std::move(policy)));
+    return endOf(judgeInputs(options, rules, std::move(policy)), isEndedByPipes);
 }
 
 }  // namespace pkgvet::cli

@@ -1,17 +1,24 @@
 // Walks to the packages that the user names.
 #include "cli/command/input.h"
 
+#include <fcntl.h>
+#include <glib.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <algorithm>
+#include <array>
+#include <cerrno>
 #include <cstring>
 #include <filesystem>
-#include <fstream>
-#include <iostream>
 #include <set>
+#include <sstream>
 #include <stdexcept>
+#include <string_view>
 #include <system_error>
 #include <utility>
+
+#include "pkgvet/base/descriptor.h"
 
 namespace fs = std::filesystem;
 
@@ -20,9 +27,18 @@ namespace pkgvet::cli {
 namespace {
 
 constexpr const char* kStandardInput = "-";
-constexpr const char* kExtension = ".rpm";
+constexpr const char* kStandardInputName = "standard input";
+constexpr std::string_view kExtension = ".rpm";
 // No file has such a name. Libraries would take it as far as the NUL and open another file.
 constexpr const char* kNulInName = "a NUL in its name";
+constexpr std::size_t kPieceSize = 65536;
+
+// Windows and some file systems of other systems spell it in capitals.
+bool hasExtension(std::string_view name) {
+    return name.size() >= kExtension.size() &&
+           g_ascii_strncasecmp(name.data() + name.size() - kExtension.size(), kExtension.data(),
+                               kExtension.size()) == 0;
+}
 
 // Walks through what one path leads to.
 class Walk {
@@ -43,6 +59,13 @@ private:
     static bool isDirectory(const fs::path& path) {
         std::error_code error;
         return fs::is_directory(path, error);
+    }
+
+    // What may not be looked at may be a directory with packages.
+    static bool isClosed(const fs::path& path) {
+        std::error_code error;
+        static_cast<void>(fs::status(path, error));
+        return error == std::errc::permission_denied;
     }
 
     void add(const fs::path& path, const std::string& cause = std::string()) {
@@ -81,8 +104,10 @@ private:
     void visitEntry(const fs::path& entry) {
         if (isDirectory(entry)) {
             visitDirectory(entry);
-        } else if (entry.native().ends_with(kExtension)) {
+        } else if (hasExtension(entry.native())) {
             add(entry);
+        } else if (isClosed(entry)) {
+            add(entry, std::strerror(EACCES));
         }
     }
 
@@ -90,30 +115,64 @@ private:
     std::set<std::pair<dev_t, ino_t>> visited_;
 };
 
-void collect(const std::string& path, std::vector<Input>* inputs) {
-    Walk(inputs).visit(path);
+void collectPath(const std::string& path, CollectedInput* collected) {
+    const std::size_t before = collected->packages.size();
+    Walk(&collected->packages).visit(path);
+    if (collected->packages.size() == before) {
+        collected->empty.push_back(path + " holds no " + std::string("*").append(kExtension));
+    }
 }
 
-void readList(std::istream& stream, char end, std::vector<Input>* inputs) {
-    for (std::string path; std::getline(stream, path, end);) {
+std::string nameOf(const std::string& list) {
+    return list == kStandardInput ? kStandardInputName : list;
+}
+
+[[noreturn]] void refuseList(const std::string& list) {
+    throw std::runtime_error("cannot read " + nameOf(list) + ": " + std::strerror(errno));
+}
+
+// All of the list. Streams would take an error in reading for its end.
+std::string contentOf(const std::string& list) {
+    const Descriptor file(list == kStandardInput
+                              ? fcntl(STDIN_FILENO, F_DUPFD_CLOEXEC, 0)
+                              : open(list.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY));
+    if (!file.isOpen()) {
+        refuseList(list);
+    }
+    std::string content;
+    std::array<char, kPieceSize> piece{};
+    while (true) {
+        const ssize_t size = read(file.get(), piece.data(), piece.size());
+        if (size < 0 && errno == EINTR) {
+            continue;
+        }
+        if (size < 0) {
+            refuseList(list);
+        }
+        if (size == 0) {
+            return content;
+        }
+        content.append(piece.data(), static_cast<std::size_t>(size));
+    }
+}
+
+void readList(const std::string& list, bool nulSeparated, CollectedInput* collected) {
+    std::istringstream lines(contentOf(list));
+    bool isEmpty = true;
+    for (std::string path; std::getline(lines, path, nulSeparated ? '\0' : '\n');) {
+        // Lists that come from other systems end their lines with CR LF.
+        if (!nulSeparated && path.ends_with('\r')) {
+            path.pop_back();
+        }
         // An empty line is not a path, but an empty argument is one that cannot be found.
         if (!path.empty()) {
-            collect(path, inputs);
+            collectPath(path, collected);
+            isEmpty = false;
         }
     }
-}
-
-void readList(const std::string& list, char end, std::vector<Input>* inputs) {
-    if (list == kStandardInput) {
-        readList(std::cin, end, inputs);
-        return;
+    if (isEmpty) {
+        collected->empty.push_back(nameOf(list) + " names no packages");
     }
-    std::ifstream stream(list);
-    // A directory opens like a file, and then has no content.
-    if (!stream || fs::is_directory(list)) {
-        throw std::runtime_error("cannot read " + list);
-    }
-    readList(stream, end, inputs);
 }
 
 }  // namespace
@@ -124,6 +183,8 @@ std::vector<Option> inputOptions(InputOptions* options) {
                     "Read more paths from FILE, one a line; - is standard input"),
         flagOption({"-0", "--null"}, &options->nulSeparated,
                    "Paths in the lists end with a NUL in place of a line feed"),
+        flagOption({"--allow-empty"}, &options->allowEmpty,
+                   "Exit status 0 when there is no package to judge"),
     };
 }
 
@@ -135,19 +196,20 @@ Operand inputOperand(InputOptions* options) {
 }
 
 std::string missingInput(const InputOptions& options) {
-    const bool isMissing = options.paths.empty() && options.filesFrom.empty();
+    const bool isMissing =
+        options.paths.empty() && options.filesFrom.empty() && !options.allowEmpty;
     return isMissing ? "PATH or --files-from" : "";
 }
 
-std::vector<Input> collectInput(const InputOptions& options) {
-    std::vector<Input> inputs;
+CollectedInput collectInput(const InputOptions& options) {
+    CollectedInput collected;
     for (const std::string& path : options.paths) {
-        collect(path, &inputs);
+        collectPath(path, &collected);
     }
     for (const std::string& list : options.filesFrom) {
-        readList(list, options.nulSeparated ? '\0' : '\n', &inputs);
+        readList(list, options.nulSeparated, &collected);
     }
-    return inputs;
+    return collected;
 }
 
 }  // namespace pkgvet::cli

@@ -14,6 +14,14 @@ struct InputOptions {
     std::vector<std::string> paths;  // packages and directories
     std::vector<std::string> filesFrom;
     bool nulSeparated = false;
+    bool allowEmpty = false;  // it is fine when they lead to no package
+};
+
+// What the named paths lead to.
+struct CollectedInput {
+    std::vector<Input> packages;
+    // The directories and lists that lead to no package, in words for a message.
+    std::vector<std::string> empty;
 };
 
 std::vector<Option> inputOptions(InputOptions* options);
@@ -23,9 +31,10 @@ Operand inputOperand(InputOptions* options);
 std::string missingInput(const InputOptions& options);
 
 // The packages that the options name, each as its path was given: the paths in their order, then
-// those of the lists. A directory stands for every *.rpm below it, in the order of their names,
-// with links followed; one that several links lead to is walked through once. What cannot be looked
-// at is among the packages, with the cause. Throws std::runtime_error when a list cannot be read.
-std::vector<Input> collectInput(const InputOptions& options);
+// those of the lists. A directory stands for every *.rpm below it, whatever the case of these
+// letters, in the order of their names, with links followed; one that several links lead to is
+// walked through once. What cannot be looked at is among the packages, with the cause. Throws
+// std::runtime_error when a list cannot be read to its end.
+CollectedInput collectInput(const InputOptions& options);
 
 }  // namespace pkgvet::cli

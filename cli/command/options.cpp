@@ -5,8 +5,10 @@
 #include <CLI/CLI.hpp>
 
 #include "cli/base/exit_status.h"
+#include "cli/base/terminal.h"
 #include "cli/base/text.h"
 #include "cli/base/version.h"
+#include "cli/command/command_line_error.h"
 
 namespace pkgvet::cli {
 
@@ -129,7 +131,12 @@ std::optional<int> parseCommandLine(const CommandRow& table, int argc, const cha
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
-        return app.exit(error) == 0 ? kAccepted : kUsageError;
+        if (error.get_exit_code() == 0) {
+            app.exit(error);  // writes the help or the version that was asked for
+            return statusAfterOutput(kAccepted);
+        }
+        complain(commandLineError(table, {argv + 1, argv + argc}, error.what()));
+        return kUsageError;
     }
     return std::nullopt;
 }

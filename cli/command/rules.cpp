@@ -18,9 +18,6 @@ namespace {
 
 constexpr Words<Format, 2> kFormats = {{{"text", Format::Text}, {"json", Format::Json}}};
 
-constexpr const char* kAllProfiles = "all";
-constexpr const char* kDefaultProfile = "regular";
-
 int checkTree(const std::string& tree, const std::vector<Profiles>& profiles) {
     const std::vector<Fault> faults = checkRuleTree(tree, profiles);
     writeRuleCheck(faults, warnAboutRules(tree, profiles), std::cout);
@@ -69,27 +66,25 @@ int compareTrees(const std::string& before, const std::string& after, Profiles p
 
 int act(const RulesOptions& options) {
     const std::string tree = options.trees.empty() ? defaultRules() : options.trees.front();
+    const Profiles profile =
+        options.profiles.empty() ? Profiles::Regular : options.profiles.front();
     switch (options.action) {
         case RulesAction::Check:
-            return checkTree(tree, options.profiles);
+            return checkTree(tree, options.profiles.empty() ? allProfiles() : options.profiles);
         case RulesAction::Show:
-            return showTree(tree, options.profiles.front(), options.format);
+            return showTree(tree, profile, options.format);
         case RulesAction::Diff:
             break;
     }
-    return compareTrees(tree, options.trees.back(), options.profiles.front(), options.format);
+    return compareTrees(tree, options.trees.back(), profile, options.format);
 }
 
-// Profiles start out as those of the action's own default.
 CommandRow actionRow(const std::string& name, const std::string& description, RulesAction action,
-                     const char* profiles, RulesOptions* options) {
+                     RulesOptions* options) {
     CommandRow row;
     row.name = name;
     row.description = description;
-    row.begin = [options, action, profiles] {
-        options->action = action;
-        options->profiles = profilesNamed(profiles);
-    };
+    row.begin = [options, action] { options->action = action; };
     return row;
 }
 
@@ -110,15 +105,16 @@ Operand treeOperand(RulesOptions* options) {
 
 CommandRow checkRow(RulesOptions* options) {
     CommandRow row = actionRow("check", "Name everything that is wrong with a rule tree",
-                               RulesAction::Check, kAllProfiles, options);
-    row.options = {profilesOption(&options->profiles, "Profile whose files are checked [all]")};
+                               RulesAction::Check, options);
+    row.options = {profilesOption(&options->profiles,
+                                  "Profile whose files are checked; may be repeated [all]")};
     row.operand = treeOperand(options);
     return row;
 }
 
 CommandRow showRow(RulesOptions* options) {
     CommandRow row = actionRow("show", "Show the lists that are in force under a profile",
-                               RulesAction::Show, kDefaultProfile, options);
+                               RulesAction::Show, options);
     row.options = displayOptions(options);
     row.operand = treeOperand(options);
     return row;
@@ -126,7 +122,7 @@ CommandRow showRow(RulesOptions* options) {
 
 CommandRow diffRow(RulesOptions* options) {
     CommandRow row = actionRow("diff", "Show what changed between two rule trees under a profile",
-                               RulesAction::Diff, kDefaultProfile, options);
+                               RulesAction::Diff, options);
     row.options = displayOptions(options);
     row.operand = {.name = "FILE",
                    .description = "Configuration files of the rule trees",

@@ -15,8 +15,8 @@ enum class RulesAction { Check, Show, Diff };
 struct RulesOptions {
     RulesAction action = RulesAction::Check;
     std::vector<std::string> trees;  // none: the tree that comes with the program; two for Diff
-    std::vector<Profiles> profiles = {Profiles::Regular};
-    Format format = Format::Text;  // or Json
+    std::vector<Profiles> profiles;  // none: all for Check, else the regular one
+    Format format = Format::Text;    // or Json
 };
 
 CommandRow rulesCommand(RulesOptions* options);

@@ -1,6 +1,8 @@
 // Finds profiles by their names.
 #include "cli/judge/profile_option.h"
 
+#include <algorithm>
+
 #include "pkgvet/rules/configuration.h"
 
 namespace pkgvet::cli {
@@ -19,13 +21,14 @@ std::vector<std::string> namesOf(const std::vector<Profiles>& profiles) {
     return names;
 }
 
-Option optionFor(const std::vector<std::string>& words, std::vector<Profiles>* profiles,
-                 const std::string& description) {
-    const auto set = [words, profiles](const std::string& word) {
+// take receives what a word stands for.
+Option optionFor(const std::vector<std::string>& words, const std::string& description,
+                 const std::function<void(const std::vector<Profiles>&)>& take) {
+    const auto set = [words, take](const std::string& word) {
         if (std::find(words.begin(), words.end(), word) == words.end()) {
             return notAmong(word, words);
         }
-        *profiles = profilesNamed(word);
+        take(profilesNamed(word));
         return std::string();
     };
     return wordOption(kName, words, set, description);
@@ -50,14 +53,28 @@ std::vector<Profiles> profilesNamed(const std::string& name) {
     return {};
 }
 
+void addProfiles(const std::vector<Profiles>& more, std::vector<Profiles>* profiles) {
+    for (const Profiles profile : more) {
+        if (std::find(profiles->begin(), profiles->end(), profile) == profiles->end()) {
+            profiles->push_back(profile);
+        }
+    }
+}
+
 Option profileOption(std::vector<Profiles>* profiles, const std::string& description) {
-    return optionFor(namesOf(allProfiles()), profiles, description);
+    return optionFor(namesOf(allProfiles()), description,
+                     [profiles](const std::vector<Profiles>& named) { *profiles = named; });
 }
 
 Option profilesOption(std::vector<Profiles>* profiles, const std::string& description) {
     std::vector<std::string> words = namesOf(allProfiles());
     words.emplace_back(kAll);
-    return optionFor(words, profiles, description);
+    const auto add = [profiles](const std::vector<Profiles>& named) {
+        addProfiles(named, profiles);
+    };
+    Option option = optionFor(words, description, add);
+    option.mayRepeat = true;
+    return option;
 }
 
 }  // namespace pkgvet::cli

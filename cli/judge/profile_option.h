@@ -15,9 +15,13 @@ std::vector<Profiles> allProfiles();
 // The profile of that name, or all of them for "all". Empty when there is none.
 std::vector<Profiles> profilesNamed(const std::string& name);
 
-// The option --profile, which names one profile, and the form of it that permits "all" too. What it
-// names takes the place of what profiles held.
+// Adds each of more that is not there yet.
+void addProfiles(const std::vector<Profiles>& more, std::vector<Profiles>* profiles);
+
+// The option --profile, which names one profile. It takes the place of what profiles held.
 Option profileOption(std::vector<Profiles>* profiles, const std::string& description);
+
+// The form of it that permits "all" too, and may be repeated: what it names is added to profiles.
 Option profilesOption(std::vector<Profiles>* profiles, const std::string& description);
 
 }  // namespace pkgvet::cli

@@ -41,9 +41,11 @@ void addConcise(const PackageReport& package, const ReportStyle& style, std::ost
     }
 }
 
-void finishConcise(const RunReport& run, const ReportStyle& /*style*/, std::ostream& stream) {
-    for (const std::string& notice : run.notices) {
-        writeLine(kTool, severityName(Severity::Info), kNoticeId, printable(notice), stream);
+void finishConcise(const RunReport& run, const ReportStyle& style, std::ostream& stream) {
+    if (style.notices) {
+        for (const std::string& notice : run.notices) {
+            writeLine(kTool, severityName(Severity::Info), kNoticeId, printable(notice), stream);
+        }
     }
     if (run.partial) {
         writeLine(kTool, severityName(Severity::Error), kPartialId, kInterruptedText, stream);

@@ -107,10 +107,7 @@ void writeFindings(const PackageReport& package, const ReportStyle& style, std::
 
 void addText(const PackageReport& package, const ReportStyle& style, std::ostream& stream) {
     if (!package.judged()) {
-        if (style.notJudged) {
-            stream << printable(package.path) << ": not judged: " << printable(package.cause)
-                   << '\n';
-        }
+        stream << printable(package.path) << ": not judged: " << causeWithLastLine(package) << '\n';
         return;
     }
     if (!style.quiet) {
@@ -122,9 +119,11 @@ void addText(const PackageReport& package, const ReportStyle& style, std::ostrea
     writeTextVerdict(package, style, stream);
 }
 
-void finishText(const RunReport& run, const ReportStyle& /*style*/, std::ostream& stream) {
-    for (const std::string& notice : run.notices) {
-        stream << "note: " << printable(notice) << '\n';
+void finishText(const RunReport& run, const ReportStyle& style, std::ostream& stream) {
+    if (style.notices) {
+        for (const std::string& notice : run.notices) {
+            stream << "note: " << printable(notice) << '\n';
+        }
     }
     stream << summaryOf(run) << '\n';
 }

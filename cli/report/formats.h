@@ -24,8 +24,8 @@ struct ReportStyle {
     bool showWaived = false;  // text and concise: findings that do not count too
     bool explain = false;     // text: how to put each finding right
     bool timings = false;     // what the judging took, which differs from run to run
-    // Text: packages that could not be judged too. On a terminal, standard error has told of them.
-    bool notJudged = false;
+    // Text and concise: remarks on the run too. Beside standard output, standard error tells them.
+    bool notices = false;
     Severity failOn = Severity::Error;  // the least severity that counts against a package
 };
 

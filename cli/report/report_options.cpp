@@ -1,6 +1,9 @@
 // Declares the options on reports.
 #include "cli/report/report_options.h"
 
+#include <algorithm>
+#include <iterator>
+
 namespace pkgvet::cli {
 
 namespace {
@@ -17,6 +20,11 @@ constexpr Words<Format, 7> kFormats = {{
 
 constexpr const char* kOutputArgument = "FORMAT:PATH";
 constexpr char kFormatEnd = ':';
+constexpr const char* kStandardOutput = "-";
+
+bool isForStandardOutput(const Output& output) {
+    return output.path == kStandardOutput;
+}
 
 // Nothing when the word is not of the form FORMAT:PATH. The first colon divides, since a path may
 // hold others.
@@ -32,7 +40,7 @@ std::optional<Output> outputOf(const std::string& word) {
 Option outputOption(std::vector<Output>* outputs) {
     Option option;
     option.names = {"-o", "--output"};
-    option.description = "Write a report to a file as well; may be repeated";
+    option.description = "Write a report to a file as well; may be repeated; - is standard output";
     option.argument = kOutputArgument;
     option.takesFile = true;
     option.mayRepeat = true;
@@ -59,6 +67,36 @@ std::vector<Option> reportOptions(ReportOptions* options) {
         flagOption({"--explain"}, &options->explain, "Show below each finding how to put it right"),
         flagOption({"--timings"}, &options->timings, "Show how long each package took"),
     };
+}
+
+std::vector<Output> filesOf(const ReportOptions& options) {
+    std::vector<Output> files;
+    std::remove_copy_if(options.outputs.begin(), options.outputs.end(), std::back_inserter(files),
+                        isForStandardOutput);
+    return files;
+}
+
+std::vector<Format> formatsOfStandardOutput(const ReportOptions& options) {
+    std::vector<Format> formats;
+    if (options.format) {
+        formats.push_back(*options.format);
+    }
+    for (const Output& output : options.outputs) {
+        const bool isNew =
+            std::find(formats.begin(), formats.end(), output.format) == formats.end();
+        if (isForStandardOutput(output) && isNew) {
+            formats.push_back(output.format);
+        }
+    }
+    return formats.empty() ? std::vector<Format>{Format::Text} : formats;
+}
+
+bool hasReportIn(const ReportOptions& options, std::initializer_list<Format> formats) {
+    std::vector<Format> all = formatsOfStandardOutput(options);
+    for (const Output& output : options.outputs) {
+        all.push_back(output.format);
+    }
+    return std::find_first_of(all.begin(), all.end(), formats.begin(), formats.end()) != all.end();
 }
 
 }  // namespace pkgvet::cli

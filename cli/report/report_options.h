@@ -1,6 +1,8 @@
 // What the user decides about how a run is reported.
 #pragma once
 
+#include <initializer_list>
+#include <optional>
 #include <vector>
 
 #include "cli/base/option.h"
@@ -10,7 +12,7 @@
 namespace pkgvet::cli {
 
 struct ReportOptions {
-    Format format = Format::Text;  // on standard output
+    std::optional<Format> format;  // on standard output, if the user says so
     std::vector<Output> outputs;
     ColorMode color = ColorMode::Auto;
     bool quiet = false;
@@ -19,5 +21,15 @@ struct ReportOptions {
 };
 
 std::vector<Option> reportOptions(ReportOptions* options);
+
+// The outputs that go to files. One to "-" is the report on standard output instead.
+std::vector<Output> filesOf(const ReportOptions& options);
+
+// The formats that options ask for on standard output: text unless they say something else. More
+// than one contradict each other.
+std::vector<Format> formatsOfStandardOutput(const ReportOptions& options);
+
+// Whether a report of the run, on standard output or in a file, is in one of formats.
+bool hasReportIn(const ReportOptions& options, std::initializer_list<Format> formats);
 
 }  // namespace pkgvet::cli

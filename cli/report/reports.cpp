@@ -8,11 +8,11 @@ namespace pkgvet::cli {
 
 namespace {
 
-// Whoever reads a file does not see what went to standard error, so a file tells of packages that
-// could not be judged as well.
+// Whoever reads a file does not see what went to standard error, so a file holds the notices as
+// well.
 ReportStyle styleOfFiles(ReportStyle style) {
     style.color = false;
-    style.notJudged = true;
+    style.notices = true;
     return style;
 }
 

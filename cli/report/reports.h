@@ -15,7 +15,7 @@ namespace pkgvet::cli {
 class Reports {
 public:
     // Opens the files; std::runtime_error names one that cannot be written. style is that of the
-    // stream: files are never coloured, and tell of all packages.
+    // stream: files are never coloured, and hold the notices.
     Reports(Format format, const ReportStyle& style, std::ostream& stream,
             const std::vector<Output>& files);
 

@@ -4,6 +4,7 @@
 #include <map>
 #include <tuple>
 
+#include "cli/base/escape.h"
 #include "cli/base/text.h"
 
 namespace pkgvet::cli {
@@ -84,6 +85,12 @@ std::vector<MergedFinding> mergedFindings(const PackageReport& package) {
         }
     }
     return merged;
+}
+
+std::string causeWithLastLine(const PackageReport& package) {
+    const std::string end =
+        package.lastErrorLine.empty() ? "" : ": " + printable(package.lastErrorLine);
+    return printable(package.cause) + end;
 }
 
 std::string standingNote(const Finding& finding) {

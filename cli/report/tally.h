@@ -42,6 +42,10 @@ struct MergedFinding {
 // found. They point into package. What one profile finds several times stays as many findings.
 std::vector<MergedFinding> mergedFindings(const PackageReport& package);
 
+// Why the package was not judged, with the last line on standard error if there was one, fit for a
+// terminal.
+std::string causeWithLastLine(const PackageReport& package);
+
 // " (waived: REASON)" or " (known)" for a finding that does not count, else nothing.
 std::string standingNote(const Finding& finding);
 

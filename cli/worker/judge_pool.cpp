@@ -76,6 +76,11 @@ bool JudgePool::run() {
     return complete;
 }
 
+int JudgePool::signal() {
+    signal_ = signal_ == 0 ? signals_.take() : signal_;
+    return signal_;
+}
+
 void JudgePool::startJobs() {
     while (jobs_.size() < options_.jobs && next_ < inputs_.size()) {
         if (!start(next_)) {
@@ -146,7 +151,7 @@ void JudgePool::wait() {
         descriptors.push_back({job.process->errorDescriptor(), POLLIN, 0});
     }
     poll(descriptors.data(), descriptors.size(), waitingTime());
-    interrupted_ = interrupted_ || signals_.take();
+    interrupted_ = interrupted_ || signal() != 0;
     for (const Job& job : jobs_) {
         job.process->read();
     }

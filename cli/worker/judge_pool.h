@@ -43,6 +43,9 @@ public:
     // ones that were ready. True when those were all. No judge is left.
     bool run();
 
+    // The signal that has ended the run or came after it, or 0.
+    int signal();
+
 private:
     using Clock = std::chrono::steady_clock;
 
@@ -77,6 +80,7 @@ private:
     std::size_t received_ = 0;  // reports handed on
     std::map<std::size_t, PackageReport> ready_;
     bool interrupted_ = false;
+    int signal_ = 0;
 };
 
 }  // namespace pkgvet::cli

@@ -66,7 +66,7 @@ std::vector<Option> judgingOptions(JudgingOptions* options) {
     std::vector<Option> all = {
         fileOption("--rules", &options->rules,
                    "Configuration file of the rule tree [the one that comes with pkgvet]"),
-        profilesOption(&options->profiles, "Profile to judge under [regular]"),
+        profilesOption(&options->profiles, "Profile to judge under; may be repeated [regular]"),
         choiceOption("--validation", kValidationModes, &options->validation,
                      "Whether rule violations reject a package; auto asks the platform's "
                      "developer mode [auto]"),

@@ -15,8 +15,8 @@ namespace pkgvet::cli {
 enum class ValidationMode { Auto, On, Off };
 
 struct JudgingOptions {
-    std::string rules;  // empty: the tree that comes with the program
-    std::vector<Profiles> profiles = {Profiles::Regular};
+    std::string rules;               // empty: the tree that comes with the program
+    std::vector<Profiles> profiles;  // none: the regular one
     ValidationMode validation = ValidationMode::Auto;
     unsigned jobs = 0;  // 0: as many as there are processors for this process
     SandboxMode sandbox = SandboxMode::Auto;

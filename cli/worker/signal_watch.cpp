@@ -1,7 +1,9 @@
 // Watches for signals.
 #include "cli/worker/signal_watch.h"
 
+#include <sys/prctl.h>
 #include <sys/signalfd.h>
+#include <unistd.h>
 
 #include <cerrno>
 #include <system_error>
@@ -20,7 +22,7 @@ bool isIgnored(int signal) {
 SignalWatch::SignalWatch() {
     sigset_t signals{};
     sigemptyset(&signals);
-    for (const int signal : {SIGINT, SIGTERM, SIGHUP}) {
+    for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT}) {
         if (!isIgnored(signal)) {
             sigaddset(&signals, signal);
         }
@@ -37,13 +39,26 @@ SignalWatch::~SignalWatch() {
     sigprocmask(SIG_SETMASK, &former_, nullptr);
 }
 
-bool SignalWatch::take() {
-    bool taken = false;
+int SignalWatch::take() {
+    int first = 0;
     struct signalfd_siginfo info {};
     while (read(descriptor_.get(), &info, sizeof info) == sizeof info) {
-        taken = true;
+        first = first == 0 ? static_cast<int>(info.ssi_signo) : first;
     }
-    return taken;
+    return first;
+}
+
+void endBySignal(int signal) {
+    constexpr int kShellOffset = 128;
+    // A run is to leave nothing behind, and SIGQUIT would leave a core.
+    prctl(PR_SET_DUMPABLE, 0);
+    ::signal(signal, SIG_DFL);
+    sigset_t signals{};
+    sigemptyset(&signals);
+    sigaddset(&signals, signal);
+    sigprocmask(SIG_UNBLOCK, &signals, nullptr);
+    raise(signal);
+    _exit(kShellOffset + signal);
 }
 
 }  // namespace pkgvet::cli

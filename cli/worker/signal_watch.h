@@ -7,9 +7,9 @@
 
 namespace pkgvet::cli {
 
-// While it lives, SIGINT, SIGTERM and SIGHUP do not end the process but can be asked for, unless
-// the process was started with them ignored. They are for the whole process, so there is one of
-// these, in a process of one thread.
+// While it lives, SIGINT, SIGTERM, SIGHUP and SIGQUIT do not end the process but can be asked for,
+// unless the process was started with them ignored. They are for the whole process, so there is one
+// of these, in a process of one thread.
 class SignalWatch {
 public:
     SignalWatch();
@@ -22,12 +22,16 @@ public:
 
     // Readable when a signal has come.
     int descriptor() const { return descriptor_.get(); }
-    // Whether a signal has come since the last call.
-    bool take();
+    // The first signal that has come since the last call, or 0.
+    int take();
 
 private:
     sigset_t former_{};
     Descriptor descriptor_;
 };
+
+// Ends the process by the signal, as if it had never been held up, so that whoever started it sees
+// that and a shell leaves its loop. No core is dumped.
+[[noreturn]] void endBySignal(int signal);
 
 }  // namespace pkgvet::cli

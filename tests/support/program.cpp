@@ -23,6 +23,10 @@ std::string quoted(const std::string& word) {
 
 }  // namespace
 
+std::string programPath() {
+    return PKGVET_PROGRAM;
+}
+
 ProgramResult runPkgvet(const std::vector<std::string>& arguments,
                         const std::vector<std::string>& environment) {
     const TemporaryDirectory directory;

@@ -10,6 +10,9 @@ struct ProgramResult {
     std::string errors;
 };
 
+// Where the built program lies.
+std::string programPath();
+
 // Runs the built program with arguments, standard input empty and standard output no terminal.
 // environment holds lines such as "NO_COLOR=1" beside those of the test itself.
 ProgramResult runPkgvet(const std::vector<std::string>& arguments,

@@ -47,6 +47,20 @@ TEST(OutputFile, LeavesNothingWithoutCommit) {
     EXPECT_EQ(filesIn(directory), 0U);
 }
 
+TEST(OutputFile, FileThatIsReplacedKeepsItsMode) {
+    const TemporaryDirectory directory;
+    const std::string path = directory.write("report", "former");
+    for (const mode_t mode : {0600U, 0664U, 0444U}) {
+        ASSERT_EQ(chmod(path.c_str(), mode), 0);
+        OutputFile file(path);
+        file.write("next");
+        file.commit();
+        struct stat status {};
+        ASSERT_EQ(stat(path.c_str(), &status), 0);
+        EXPECT_EQ(status.st_mode & 07777U, mode);
+    }
+}
+
 TEST(OutputFile, ModeFollowsTheMask) {
     const TemporaryDirectory directory;
     const mode_t former = umask(027);

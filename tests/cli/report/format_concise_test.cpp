@@ -52,9 +52,7 @@ TEST(FormatConcise, InterruptedRunIsALine) {
 TEST(FormatConcise, WhatDoesNotCountComesWhenAskedForOnly) {
     const std::string counting =
         "app.rpm: critical: package-scripts: [scripts] Scripts are not allowed\n";
-    const std::string rest =
-        "app.rpm: info: other-remark: By the way\n"
-        "pkgvet: info: notice: a waiver is never used\n";
+    const std::string rest = "app.rpm: info: other-remark: By the way\n";
     EXPECT_EQ(sample("waived and known"), counting + rest);
     ReportStyle style;
     style.showWaived = true;
@@ -64,6 +62,13 @@ TEST(FormatConcise, WhatDoesNotCountComesWhenAskedForOnly) {
                   "(waived: until 2.0 <\"&'>)\n"
                   "app.rpm: warning: file-remark: [/usr/share/a] Remarkable (known)\n" +
                   rest);
+}
+
+TEST(FormatConcise, NoticesComeWhereStandardErrorDoesNotTellThem) {
+    ReportStyle style;
+    style.notices = true;
+    EXPECT_TRUE(sample("waived and known", style)
+                    .ends_with("\npkgvet: info: notice: a waiver is never used\n"));
 }
 
 TEST(FormatConcise, FindingOfSeveralProfilesIsOneLine) {
@@ -82,7 +87,9 @@ TEST(FormatConcise, FindingThatComesTwiceIsTwoLines) {
 }
 
 TEST(FormatConcise, BytesOfAPackageMakeNoLine) {
-    const std::string text = sample("hostile bytes");
+    ReportStyle style;
+    style.notices = true;
+    const std::string text = sample("hostile bytes", style);
     EXPECT_EQ(std::count(text.begin(), text.end(), '\n'), 3);
     EXPECT_EQ(text.find('\033'), std::string::npos);
 }

@@ -45,13 +45,14 @@ TEST(FormatText, NothingToDoIsTheSummaryAlone) {
     EXPECT_EQ(sample("nothing to do"), "0 packages: 0 accepted, 0 rejected, 0 not judged\n");
 }
 
-TEST(FormatText, PackageThatIsNotJudgedIsNamedWhereNothingElseNamesIt) {
-    const std::string summary = "1 package: 0 accepted, 0 rejected, 1 not judged\n";
-    EXPECT_EQ(sample("not judged"), summary);
-    ReportStyle style;
-    style.notJudged = true;
-    EXPECT_EQ(sample("not judged", style),
-              "/tmp/a b.rpm: not judged: not an RPM package\n" + summary);
+TEST(FormatText, PackageThatIsNotJudgedHasAVerdictLineToo) {
+    ReportStyle quiet;
+    quiet.quiet = true;
+    for (const ReportStyle& style : {ReportStyle(), quiet}) {
+        EXPECT_EQ(sample("not judged", style),
+                  "/tmp/a b.rpm: not judged: not an RPM package\n"
+                  "1 package: 0 accepted, 0 rejected, 1 not judged\n");
+    }
 }
 
 TEST(FormatText, VerdictSaysWhenThePackageWasNotJudgedWhole) {
@@ -84,9 +85,7 @@ TEST(FormatText, QuietLeavesVerdicts) {
 
 TEST(FormatText, WhatDoesNotCountIsCountedAndShownWhenAskedFor) {
     const std::string end =
-        "app.rpm: rejected (1 error, 0 warnings, 1 waived, 1 known)\n"
-        "note: a waiver is never used\n" +
-        kRejected;
+        "app.rpm: rejected (1 error, 0 warnings, 1 waived, 1 known)\n" + kRejected;
     EXPECT_EQ(sample("waived and known"),
               "app.rpm\n"
               "  -  critical  package-scripts  [scripts] Scripts are not allowed\n"
@@ -102,6 +101,13 @@ TEST(FormatText, WhatDoesNotCountIsCountedAndShownWhenAskedFor) {
               "  /usr/share/a  warning   file-remark          Remarkable (known)\n"
               "  -             info      other-remark         By the way\n" +
                   end);
+}
+
+TEST(FormatText, NoticesComeWhereStandardErrorDoesNotTellThem) {
+    ReportStyle style;
+    style.notices = true;
+    EXPECT_TRUE(sample("waived and known", style)
+                    .ends_with("\nnote: a waiver is never used\n" + kRejected));
 }
 
 TEST(FormatText, VerdictTellsWhatTurnedIt) {
@@ -176,7 +182,7 @@ TEST(FormatText, ColorMarksSeverityAndVerdict) {
 
 TEST(FormatText, BytesOfAPackageDoNotReachTheTerminal) {
     ReportStyle style;
-    style.notJudged = true;
+    style.notices = true;
     const std::string report = sample("hostile bytes", style);
     EXPECT_EQ(std::count(report.begin(), report.end(), '\n'), 6);
     EXPECT_EQ(report.find_first_of("\033\r\t\b"), std::string::npos);

@@ -57,7 +57,7 @@ TEST(Reports, FilesReceiveFormatsOfTheirOwn) {
     Reports reports(Format::Text, {}, stream, files);
     reported(&reports, run, stream);
     ReportStyle style;
-    style.notJudged = true;
+    style.notices = true;
     for (const Output& file : files) {
         EXPECT_EQ(readFile(file.path), reportOf(file.format, run, style));
     }

@@ -3,19 +3,22 @@
 
 #include <gtest/gtest.h>
 #include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 namespace {
 
+using pkgvet::cli::endBySignal;
 using pkgvet::cli::SignalWatch;
 
 TEST(SignalWatch, TakesEachOfItsSignalsInsteadOfEnding) {
     SignalWatch watch;
-    EXPECT_FALSE(watch.take());
-    for (const int number : {SIGINT, SIGTERM, SIGHUP}) {
+    EXPECT_EQ(watch.take(), 0);
+    for (const int number : {SIGINT, SIGTERM, SIGHUP, SIGQUIT}) {
         SCOPED_TRACE(number);
         kill(getpid(), number);
-        EXPECT_TRUE(watch.take());
-        EXPECT_FALSE(watch.take());
+        EXPECT_EQ(watch.take(), number);
+        EXPECT_EQ(watch.take(), 0);
     }
 }
 
@@ -32,9 +35,26 @@ TEST(SignalWatch, IgnoredSignalsStayIgnored) {
     {
         SignalWatch watch;
         kill(getpid(), SIGHUP);
-        EXPECT_FALSE(watch.take());
+        EXPECT_EQ(watch.take(), 0);
     }
     signal(SIGHUP, former);
+}
+
+TEST(SignalWatch, ProcessEndsByTheSignalThatItWasTold) {
+    for (const int number : {SIGINT, SIGTERM, SIGHUP, SIGQUIT, SIGPIPE}) {
+        SCOPED_TRACE(number);
+        const pid_t child = fork();
+        if (child == 0) {
+            const SignalWatch watch;
+            signal(number, SIG_IGN);
+            endBySignal(number);
+        }
+        int status = 0;
+        ASSERT_EQ(waitpid(child, &status, 0), child);
+        EXPECT_TRUE(WIFSIGNALED(status));
+        EXPECT_EQ(WTERMSIG(status), number);
+        EXPECT_FALSE(WCOREDUMP(status));
+    }
 }
 
 }  // namespace
