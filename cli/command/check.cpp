@@ -369,8 +369,8 @@ int check(const CheckOptions& given) {
     }
     // A reader that goes away is an error like any other until all is cleared up.
     const bool isEndedByPipes = signal(SIGPIPE, SIG_IGN) != SIG_IGN;
-    const std::string rules =
-        options.judging.rules.empty() ? defaultRules() : options.judging.rules;
+    const DefaultRules own;
+    const std::string rules = options.judging.rules.empty() ? own.path() : options.judging.rules;
     std::vector<Fault> faults = checkRuleTree(rules, options.judging.profiles);
     Policy policy(options.policy, localDate(), &faults);
     if (!isSound(faults)) {

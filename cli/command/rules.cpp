@@ -65,7 +65,8 @@ int compareTrees(const std::string& before, const std::string& after, Profiles p
 }
 
 int act(const RulesOptions& options) {
-    const std::string tree = options.trees.empty() ? defaultRules() : options.trees.front();
+    const DefaultRules own;
+    const std::string tree = options.trees.empty() ? own.path() : options.trees.front();
     const Profiles profile =
         options.profiles.empty() ? Profiles::Regular : options.profiles.front();
     switch (options.action) {

@@ -29,6 +29,23 @@ status=0
 "$prefix/bin/pkgvet" check --quiet "$bad" || status=$?
 [ "$status" -eq 1 ] || fail "the bad sample ended with status $status"
 
+# The installation is found wherever it lies: moved, or staged below another directory, and the names
+# that are written in its configuration file lead nowhere.
+moved="$work/moved"
+cp -a "$prefix" "$moved"
+mv "$prefix" "$work/away"
+DESTDIR="$work/stage" cmake --install "$build" --prefix /nowhere >/dev/null
+for place in "$moved" "$work/stage/nowhere"; do
+    "$place/bin/pkgvet" check --quiet "$good" >/dev/null ||
+        fail "the good sample was not accepted in $place"
+    "$place/bin/pkgvet" rules check | grep -qx "0 errors, 0 warnings" ||
+        fail "the rule tree in $place has faults"
+    "$place/bin/pkgvet" rules show >"$work/shown"
+    grep -q "$place/share/pkgvet/rules/regular/" "$work/shown" ||
+        fail "other rules than those in $place are shown"
+done
+mv "$work/away" "$prefix"
+
 libdir=$(dirname "$(find "$prefix" -name pkgvet.pc)")/..
 for file in share/man/man1/pkgvet.1 share/man/man5/pkgvet-rules.5 \
     share/bash-completion/completions/pkgvet share/fish/vendor_completions.d/pkgvet.fish \
