@@ -138,6 +138,14 @@ PoolOptions poolOptions(const CheckOptions& options, const std::string& rules) {
     return pool;
 }
 
+Provenance provenanceOf(const JudgingOptions& options) {
+    Provenance provenance;
+    for (const Profiles profile : options.profiles) {
+        provenance.profiles.push_back({Configuration::getProfileName(profile)});
+    }
+    return provenance;
+}
+
 // Says what is missing, if something is. False when that is not to be put up with.
 bool isSandboxGoodEnough(const Sandbox& sandbox, const JudgingOptions& options) {
     if (!options.scratch.empty() && !sandbox.namespaces) {
@@ -217,6 +225,7 @@ public:
         const auto receive = [this](PackageReport package) { return take(std::move(package)); };
         JudgePool pool(inputs_, poolOptions(options_, rules_), receive, &progress_);
         report_.sandbox = pool.sandbox().name();
+        report_.provenance = provenanceOf(options_.judging);
         if (!isSandboxGoodEnough(pool.sandbox(), options_.judging)) {
             return {};
         }

@@ -107,11 +107,22 @@ struct PackageReport {
     bool passes() const;
 };
 
+// A profile of the run.
+struct ProfileRules {
+    std::string name;
+};
+
+// How the verdicts of a run came about.
+struct Provenance {
+    std::vector<ProfileRules> profiles;  // in the order in which they were asked for
+};
+
 struct RunReport {
     std::vector<PackageReport> packages;  // in input order
     std::string sandbox;                  // what cages the judges, such as "none"
     bool partial = false;                 // the run was interrupted
     std::vector<std::string> notices;     // remarks on the run itself, such as unused waivers
+    Provenance provenance;
 };
 
 // "unreadable" to "interrupted"; empty for None.

@@ -5,6 +5,7 @@
 #include <sstream>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "cli/base/escape.h"
@@ -27,6 +28,7 @@ struct Case {
 struct Suite {
     std::string name;
     double seconds = 0;
+    std::vector<std::pair<std::string, std::string>> properties;
     std::vector<Case> cases;
 
     std::size_t count(Outcome outcome) const {
@@ -37,6 +39,8 @@ struct Suite {
 
 constexpr std::string_view kTool = "pkgvet";
 constexpr std::string_view kVerdict = "verdict";
+constexpr std::string_view kRunSuite = "pkgvet.run";
+constexpr std::string_view kPackageSuffix = ".rpm";
 
 // XML forbids most control characters even as references; printable() leaves none of them.
 std::string xmlText(std::string_view text) {
@@ -90,10 +94,11 @@ Case caseOf(const Finding& finding, Outcome outcome) {
     return {name, outcome, finding.rule, text};
 }
 
-// Servers tell cases apart by their names, and would take a finding that comes twice for one.
-void numberRepeats(std::vector<Case>* cases) {
+// Servers tell suites and cases apart by their names, and would take what comes twice for one.
+template <typename Named>
+void numberRepeats(std::vector<Named>* all) {
     std::map<std::string, std::size_t> seen;
-    for (Case& one : *cases) {
+    for (Named& one : *all) {
         const std::size_t count = ++seen[one.name];
         if (count > 1) {
             one.name += " (" + std::to_string(count) + ")";
@@ -101,10 +106,62 @@ void numberRepeats(std::vector<Case>* cases) {
     }
 }
 
-Suite suiteOf(const PackageReport& package, const Judgement& judgement, Severity failOn) {
-    const bool alone = package.judgements.size() == 1;
-    Suite suite = {
-        package.path + (alone ? "" : " (" + judgement.profile + ")"), package.seconds, {}};
+// What could not be judged may have no name but that of its file.
+std::string nameOf(const PackageReport& package) {
+    if (!package.name.empty()) {
+        return package.name;
+    }
+    std::string file = package.path.substr(package.path.rfind('/') + 1);
+    if (file.ends_with(kPackageSuffix)) {
+        file.resize(file.size() - kPackageSuffix.size());
+    }
+    return file;
+}
+
+// Servers take what stands before the last dot for a package of classes and the rest for a class.
+// So the package is the RPM package, whatever dots are in its name, and the class is the profile.
+// Builds of one package for several architectures are told apart by these.
+std::string suiteName(const PackageReport& package, const std::string& profile, bool isAlone) {
+    std::string last = profile;
+    if (!isAlone && !package.arch.empty()) {
+        last += " " + package.arch;
+    }
+    std::replace(last.begin(), last.end(), '.', '_');
+    return nameOf(package) + "." + last;
+}
+
+// The file, and the package in it as far as it is known.
+std::vector<std::pair<std::string, std::string>> propertiesOf(const PackageReport& package) {
+    std::vector<std::pair<std::string, std::string>> properties = {{"path", package.path}};
+    if (!package.name.empty()) {
+        properties.insert(properties.end(), {{"version", package.version},
+                                             {"release", package.release},
+                                             {"arch", package.arch},
+                                             {"sha256", package.sha256}});
+    }
+    return properties;
+}
+
+// It is there under every profile whatever becomes of the package, so that a server which saw it
+// fail sees it pass once everything is mended.
+Case verdictOf(const PackageReport& package, const Judgement& judgement) {
+    const std::string name(kVerdict);
+    const std::string counts = countsOf(tallyOf(judgement));
+    if (!package.judged()) {
+        return {name, Outcome::Error, std::string(kNotJudgedId), package.cause};
+    }
+    if (judgement.passes) {
+        return {name, Outcome::Passed, "", counts.empty() ? "" : "accepted: " + counts};
+    }
+    return {name, Outcome::Failed, "rejected", counts.empty() ? "rejected" : "rejected: " + counts};
+}
+
+Suite suiteOf(const PackageReport& package, const Judgement& judgement, Severity failOn,
+              bool isAlone) {
+    Suite suite = {suiteName(package, judgement.profile, isAlone),
+                   package.seconds,
+                   propertiesOf(package),
+                   {verdictOf(package, judgement)}};
     for (const Finding& finding : judgement.findings) {
         suite.cases.push_back(caseOf(finding, outcomeOf(finding, judgement, failOn)));
     }
@@ -113,20 +170,25 @@ Suite suiteOf(const PackageReport& package, const Judgement& judgement, Severity
         const std::string id(kIncompleteId);
         suite.cases.push_back({id, Outcome::Error, id, package.incomplete});
     }
-    // A rejection shows even where no line stands behind it.
-    if (!judgement.passes && suite.count(Outcome::Failed) == 0) {
-        suite.cases.push_back({std::string(kVerdict), Outcome::Failed, "rejected", "rejected"});
-    }
-    // A suite without cases looks like one that did not run.
-    if (suite.cases.empty()) {
-        suite.cases.push_back({std::string(kVerdict), Outcome::Passed, "", ""});
-    }
     return suite;
+}
+
+// A package that was not judged has its verdict under the profiles that it should have been judged
+// under, where a server looks for it.
+std::vector<Judgement> judgementsOf(const PackageReport& package, const RunReport& run) {
+    std::vector<Judgement> judgements = package.judgements;
+    if (!package.judged()) {
+        for (const ProfileRules& profile : run.provenance.profiles) {
+            judgements.emplace_back().profile = profile.name;
+        }
+    }
+    return judgements;
 }
 
 // What is about the run as a whole and not about one package.
 Suite suiteOfRun(const RunReport& run) {
-    Suite suite = {std::string(kTool), 0, {}};
+    Suite suite;
+    suite.name = kRunSuite;
     for (const std::string& notice : run.notices) {
         suite.cases.push_back({std::string(kNoticeId), Outcome::Passed, "", notice});
     }
@@ -134,26 +196,26 @@ Suite suiteOfRun(const RunReport& run) {
         suite.cases.push_back(
             {"run", Outcome::Error, std::string(kPartialId), std::string(kInterruptedText)});
     }
+    numberRepeats(&suite.cases);
     return suite;
 }
 
 std::vector<Suite> suitesOf(const RunReport& run, const ReportStyle& style) {
+    std::map<std::string, std::size_t> packages;
+    for (const PackageReport& package : run.packages) {
+        ++packages[nameOf(package)];
+    }
     std::vector<Suite> suites;
     for (const PackageReport& package : run.packages) {
-        if (!package.judged()) {
-            suites.push_back({package.path,
-                              package.seconds,
-                              {{std::string(kVerdict), Outcome::Error, std::string(kNotJudgedId),
-                                package.cause}}});
-            continue;
-        }
-        for (const Judgement& judgement : package.judgements) {
-            suites.push_back(suiteOf(package, judgement, style.failOn));
+        const bool isAlone = packages[nameOf(package)] == 1;
+        for (const Judgement& judgement : judgementsOf(package, run)) {
+            suites.push_back(suiteOf(package, judgement, style.failOn, isAlone));
         }
     }
     if (run.partial || !run.notices.empty()) {
         suites.push_back(suiteOfRun(run));
     }
+    numberRepeats(&suites);
     return suites;
 }
 
@@ -186,22 +248,47 @@ void writeCase(const Suite& suite, const Case& one, std::ostream& stream) {
     stream << "</testcase>\n";
 }
 
-std::string counts(std::size_t tests, std::size_t failures, std::size_t errors,
-                   std::size_t skipped) {
-    return attribute("tests", tests) + attribute("failures", failures) +
-           attribute("errors", errors) + attribute("skipped", skipped);
+struct Counts {
+    std::size_t tests = 0;
+    std::size_t failures = 0;
+    std::size_t errors = 0;
+
+    void add(const Suite& suite) {
+        tests += suite.cases.size();
+        failures += suite.count(Outcome::Failed);
+        errors += suite.count(Outcome::Error);
+    }
+};
+
+std::string attributes(const Counts& counts) {
+    return attribute("tests", counts.tests) + attribute("failures", counts.failures) +
+           attribute("errors", counts.errors);
+}
+
+void writeProperties(const Suite& suite, std::ostream& stream) {
+    if (suite.properties.empty()) {
+        return;
+    }
+    stream << "    <properties>\n";
+    for (const auto& [name, value] : suite.properties) {
+        stream << "      <property" << attribute("name", name) << attribute("value", value)
+               << "/>\n";
+    }
+    stream << "    </properties>\n";
 }
 
 void writeSuite(const Suite& suite, bool timings, std::ostream& stream) {
-    stream << "  <testsuite" << attribute("name", suite.name)
-           << counts(suite.cases.size(), suite.count(Outcome::Failed), suite.count(Outcome::Error),
-                     suite.count(Outcome::Skipped));
+    Counts counts;
+    counts.add(suite);
+    stream << "  <testsuite" << attribute("name", suite.name) << attributes(counts)
+           << attribute("skipped", suite.count(Outcome::Skipped));
     if (timings) {
         std::ostringstream time;
         time << std::fixed << std::setprecision(3) << suite.seconds;
         stream << attribute("time", time.str());
     }
     stream << ">\n";
+    writeProperties(suite, stream);
     for (const Case& one : suite.cases) {
         writeCase(suite, one, stream);
     }
@@ -210,20 +297,16 @@ void writeSuite(const Suite& suite, bool timings, std::ostream& stream) {
 
 }  // namespace
 
+// What stands here and what does not is what the schema of Jenkins' xUnit plugin allows: it knows
+// "skipped" for suites only.
 void finishJunit(const RunReport& run, const ReportStyle& style, std::ostream& stream) {
     const std::vector<Suite> suites = suitesOf(run, style);
-    std::size_t tests = 0;
-    std::size_t failures = 0;
-    std::size_t errors = 0;
-    std::size_t skipped = 0;
+    Counts counts;
     for (const Suite& suite : suites) {
-        tests += suite.cases.size();
-        failures += suite.count(Outcome::Failed);
-        errors += suite.count(Outcome::Error);
-        skipped += suite.count(Outcome::Skipped);
+        counts.add(suite);
     }
     stream << "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<testsuites" << attribute("name", kTool)
-           << counts(tests, failures, errors, skipped) << ">\n";
+           << attributes(counts) << ">\n";
     for (const Suite& suite : suites) {
         writeSuite(suite, style.timings, stream);
     }

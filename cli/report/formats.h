@@ -69,7 +69,8 @@ void finishJsonLines(const RunReport& run, const ReportStyle& style, std::ostrea
 // SARIF 2.1.0: one run with a result for each finding.
 void finishSarif(const RunReport& run, const ReportStyle& style, std::ostream& stream);
 
-// JUnit XML: a suite for each package and profile, a case for each finding.
+// JUnit XML: a suite for each package and profile, with a case for the verdict and one for each
+// finding.
 void finishJunit(const RunReport& run, const ReportStyle& style, std::ostream& stream);
 
 // Workflow commands of GitHub, which it shows as annotations.

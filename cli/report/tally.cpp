@@ -55,6 +55,12 @@ FindingTally tallyOf(const Judgement& judgement) {
     return tally;
 }
 
+std::string countsOf(const FindingTally& tally) {
+    return tally.errors + tally.warnings == 0
+               ? std::string()
+               : counted(tally.errors, "error") + ", " + counted(tally.warnings, "warning");
+}
+
 std::string summaryOf(const RunReport& run) {
     const PackageTally tally = tallyOf(run);
     std::string summary = counted(tally.packages(), "package") + ": " +

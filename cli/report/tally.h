@@ -29,6 +29,10 @@ struct FindingTally {
 
 FindingTally tallyOf(const Judgement& judgement);
 
+// "74 errors, 7 warnings"; nothing where there are none of either, and both where there is one, so
+// that lines compare.
+std::string countsOf(const FindingTally& tally);
+
 // "2 packages: 1 accepted, 1 rejected, 0 not judged", and that the run was interrupted if it was.
 std::string summaryOf(const RunReport& run);
 

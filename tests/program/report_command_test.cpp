@@ -64,7 +64,7 @@ std::vector<std::string> linesOf(const std::string& text) {
 
 std::string faultsOf(const std::string& format, const std::string& report) {
     if (format == "junit") {
-        return xmlFaults("tests/schemas/junit.xsd", report);
+        return xmlFaults("tests/schemas/junit-10.xsd", report);
     }
     if (format == "sarif") {
         return jsonFaults("tests/schemas/sarif-used.schema.json", {report});

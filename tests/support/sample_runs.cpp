@@ -64,6 +64,7 @@ PackageReport unreadable(const std::string& path, const std::string& cause) {
 RunReport runOf(std::vector<PackageReport> packages) {
     RunReport run;
     run.packages = std::move(packages);
+    run.provenance.profiles = {{"regular"}};
     return run;
 }
 

@@ -21,6 +21,17 @@ std::string sample(const std::string& name, const ReportStyle& style = {}) {
     return "no such sample";
 }
 
+const std::string kProperties =
+    "    <properties>\n"
+    "      <property name=\"path\" value=\"app.rpm\"/>\n"
+    "      <property name=\"version\" value=\"1.0\"/>\n"
+    "      <property name=\"release\" value=\"1\"/>\n"
+    "      <property name=\"arch\" value=\"noarch\"/>\n"
+    "      <property name=\"sha256\" value=\"" +
+    std::string(64, 'a') +
+    "\"/>\n"
+    "    </properties>\n";
+
 // The whole document around suites.
 std::string document(const std::string& counts, const std::string& suites) {
     return "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<testsuites name=\"pkgvet\" " + counts +
@@ -32,34 +43,56 @@ TEST(FormatJunit, EveryWayOutKeepsToTheSchema) {
     timings.timings = true;
     for (const SampleRun& one : sampleRuns()) {
         SCOPED_TRACE(one.name);
-        EXPECT_EQ(xmlFaults("tests/schemas/junit.xsd", junit(one.run)), "");
-        EXPECT_EQ(xmlFaults("tests/schemas/junit.xsd", junit(one.run, timings)), "");
+        EXPECT_EQ(xmlFaults("tests/schemas/junit-10.xsd", junit(one.run)), "");
+        EXPECT_EQ(xmlFaults("tests/schemas/junit-10.xsd", junit(one.run, timings)), "");
     }
 }
 
-TEST(FormatJunit, SchemaRefusesWhatIsNoReport) {
-    EXPECT_NE(xmlFaults("tests/schemas/junit.xsd", "<testsuites/>"), "");
-    EXPECT_NE(xmlFaults("tests/schemas/junit.xsd", ""), "");
+TEST(FormatJunit, SchemaRefusesWhatServersRefuse) {
+    struct Case {
+        const char* name;
+        std::string report;
+    };
+    const std::string suite = "<testsuites><testsuite name=\"a\" tests=\"1\" failures=\"0\"";
+    const std::string end = "</testsuite></testsuites>";
+    const Case cases[] = {
+        {"nothing", ""},
+        {"skipped for all suites", "<testsuites skipped=\"0\"/>"},
+        {"suite without its errors", suite + ">" + end},
+        {"suite with an assertion", suite + " errors=\"0\" assertions=\"1\">" + end},
+        {"case without a name", suite + " errors=\"0\"><testcase classname=\"a\"/>" + end},
+        {"case with a status",
+         suite + " errors=\"0\"><testcase name=\"a\" classname=\"a\" status=\"run\"/>" + end},
+        {"time in minutes", suite + " errors=\"0\" time=\"1:30\">" + end},
+    };
+    for (const Case& test : cases) {
+        SCOPED_TRACE(test.name);
+        EXPECT_NE(xmlFaults("tests/schemas/junit-10.xsd", test.report), "");
+    }
+    EXPECT_EQ(xmlFaults("tests/schemas/junit-10.xsd", suite + " errors=\"0\">" + end), "");
 }
 
 TEST(FormatJunit, NothingToDoIsNoSuite) {
-    EXPECT_EQ(sample("nothing to do"),
-              document("tests=\"0\" failures=\"0\" errors=\"0\" skipped=\"0\"", ""));
+    EXPECT_EQ(sample("nothing to do"), document("tests=\"0\" failures=\"0\" errors=\"0\"", ""));
 }
 
-TEST(FormatJunit, PackageWithoutFindingsIsOneCaseThatPasses) {
-    const std::string counts = "tests=\"1\" failures=\"0\" errors=\"0\" skipped=\"0\"";
+TEST(FormatJunit, VerdictOfAPackageIsACase) {
+    const std::string counts = "tests=\"1\" failures=\"0\" errors=\"0\"";
     EXPECT_EQ(sample("accepted"),
-              document(counts, "  <testsuite name=\"app.rpm\" " + counts +
-                                   ">\n    <testcase classname=\"app.rpm\" "
+              document(counts, "  <testsuite name=\"org.example.app.regular\" " + counts +
+                                   " skipped=\"0\">\n" + kProperties +
+                                   "    <testcase classname=\"org.example.app.regular\" "
                                    "name=\"verdict\"></testcase>\n  </testsuite>\n"));
 }
 
-TEST(FormatJunit, PackageThatIsNotJudgedIsAnError) {
-    const std::string counts = "tests=\"1\" failures=\"0\" errors=\"1\" skipped=\"0\"";
+TEST(FormatJunit, PackageThatIsNotJudgedIsAnErrorUnderItsFilesName) {
+    const std::string counts = "tests=\"1\" failures=\"0\" errors=\"1\"";
     EXPECT_EQ(sample("not judged"),
-              document(counts, "  <testsuite name=\"/tmp/a b.rpm\" " + counts +
-                                   ">\n    <testcase classname=\"/tmp/a b.rpm\" name=\"verdict\">"
+              document(counts, "  <testsuite name=\"a b.regular\" " + counts +
+                                   " skipped=\"0\">\n    <properties>\n"
+                                   "      <property name=\"path\" value=\"/tmp/a b.rpm\"/>\n"
+                                   "    </properties>\n"
+                                   "    <testcase classname=\"a b.regular\" name=\"verdict\">"
                                    "<error type=\"not-judged\" message=\"not an RPM package\">"
                                    "not an RPM package</error></testcase>\n  </testsuite>\n"));
 }
@@ -71,13 +104,30 @@ TEST(FormatJunit, PackageThatIsNotJudgedWholeHasAnError) {
               std::string::npos);
 }
 
+TEST(FormatJunit, PackageThatIsNotJudgedIsAnErrorUnderEachProfile) {
+    RunReport run = runOf({unreadable("a.rpm", "not an RPM package")});
+    run.packages[0].name = "org.example.a";
+    run.provenance.profiles = {{"regular"}, {"mdm"}};
+    const std::string text = junit(run);
+    EXPECT_NE(text.find("classname=\"org.example.a.regular\" name=\"verdict\"><error"),
+              std::string::npos)
+        << text;
+    EXPECT_NE(text.find("classname=\"org.example.a.mdm\" name=\"verdict\"><error"),
+              std::string::npos);
+}
+
 TEST(FormatJunit, FindingsThatRejectFailAndOthersPass) {
-    const std::string counts = "tests=\"4\" failures=\"2\" errors=\"0\" skipped=\"0\"";
-    const std::string start = "    <testcase classname=\"app.rpm\" name=\"";
+    const std::string counts = "tests=\"5\" failures=\"3\" errors=\"0\"";
+    const std::string start = "    <testcase classname=\"org.example.app.regular\" name=\"";
     EXPECT_EQ(
         sample("rejected"),
         document(counts,
-                 "  <testsuite name=\"app.rpm\" " + counts + ">\n" + start +
+                 "  <testsuite name=\"org.example.app.regular\" " + counts + " skipped=\"0\">\n" +
+                     kProperties + start +
+                     "verdict\"><failure type=\"rejected\" "
+                     "message=\"rejected: 2 errors, 1 warning\">"
+                     "rejected: 2 errors, 1 warning</failure></testcase>\n" +
+                     start +
                      "package-scripts\"><failure type=\"package-scripts\" "
                      "message=\"critical: [scripts] Scripts are not allowed\">"
                      "critical: [scripts] Scripts are not allowed</failure></testcase>\n" +
@@ -91,6 +141,24 @@ TEST(FormatJunit, FindingsThatRejectFailAndOthersPass) {
                      start +
                      "other-remark\"><system-out>info: By the way</system-out></testcase>\n"
                      "  </testsuite>\n"));
+}
+
+TEST(FormatJunit, ClassOfAPackageHoldsNoDot) {
+    RunReport run = runOf({package({judgement({}, "a.b")})});
+    EXPECT_NE(junit(run).find("classname=\"org.example.app.a_b\""), std::string::npos);
+}
+
+TEST(FormatJunit, BuildsOfOnePackageAreToldApart) {
+    RunReport run =
+        runOf({package({judgement({})}), package({judgement({})}), package({judgement({})})});
+    run.packages[1].arch = "aarch64";
+    const std::string text = junit(run);
+    for (const char* name : {"org.example.app.regular noarch", "org.example.app.regular aarch64",
+                             "org.example.app.regular noarch (2)"}) {
+        SCOPED_TRACE(name);
+        EXPECT_NE(text.find(std::string("<testsuite name=\"") + name + "\""), std::string::npos);
+        EXPECT_NE(text.find(std::string("classname=\"") + name + "\""), std::string::npos);
+    }
 }
 
 TEST(FormatJunit, WarningsFailWhereTheyCount) {
@@ -122,14 +190,14 @@ TEST(FormatJunit, WhatDoesNotCountIsSkipped) {
                         "[libx.so.1] Not allowed (waived: until 2.0 &lt;&quot;&amp;'&gt;)\"/>"),
               std::string::npos)
         << text;
-    EXPECT_NE(text.find(" skipped=\"2\""), std::string::npos);
+    EXPECT_NE(text.find(" skipped=\"2\">"), std::string::npos);
 }
 
 TEST(FormatJunit, EachProfileIsASuite) {
     const std::string text = sample("several profiles");
-    EXPECT_NE(text.find("<testsuite name=\"app.rpm (regular)\" tests=\"1\" failures=\"0\""),
+    EXPECT_NE(text.find("<testsuite name=\"org.example.app.regular\" tests=\"1\" failures=\"0\""),
               std::string::npos);
-    EXPECT_NE(text.find("<testsuite name=\"app.rpm (mdm)\" tests=\"4\" failures=\"2\""),
+    EXPECT_NE(text.find("<testsuite name=\"org.example.app.mdm\" tests=\"5\" failures=\"3\""),
               std::string::npos);
 }
 
