@@ -29,6 +29,10 @@ std::string programVersion() {
     return PKGVET_VERSION;
 }
 
+std::string programHomepage() {
+    return PKGVET_HOMEPAGE;
+}
+
 std::string versionText() {
     // json-glib alone does not tell what is loaded.
     return "pkgvet " + programVersion() + "\nlibrpm " + RPMVERSION + "\nGLib " +

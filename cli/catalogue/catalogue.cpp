@@ -2,9 +2,11 @@
 #include "cli/catalogue/catalogue.h"
 
 #include <algorithm>
+#include <functional>
 #include <tuple>
 
 #include "cli/base/nearest.h"
+#include "cli/base/version.h"
 #include "cli/catalogue/catalogue_tables.h"
 
 namespace pkgvet::cli {
@@ -12,6 +14,7 @@ namespace pkgvet::cli {
 namespace {
 
 constexpr std::size_t kMostSuggestions = 3;
+constexpr const char* kFindingsPage = "docs/findings.md#";
 
 constexpr Entry kOtherRemarks[] = {
     {.id = kOtherRemark,
@@ -59,6 +62,18 @@ const std::vector<Chapter>& chapters() {
 const std::vector<const Entry*>& entries() {
     static const std::vector<const Entry*> all = flattened(chapters());
     return all;
+}
+
+const Chapter& chapterOf(const Entry& entry) {
+    const auto holds = [&entry](const Chapter& chapter) {
+        return std::less_equal<>()(chapter.entries.data(), &entry) &&
+               std::less<>()(&entry, chapter.entries.data() + chapter.entries.size());
+    };
+    return *std::find_if(chapters().begin(), chapters().end(), holds);
+}
+
+std::string helpUri(std::string_view id) {
+    return (programHomepage() + kFindingsPage).append(id);
 }
 
 template <typename Predicate>

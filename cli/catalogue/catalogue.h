@@ -50,6 +50,12 @@ const std::vector<Chapter>& chapters();
 // All entries in the order of the chapters.
 const std::vector<const Entry*>& entries();
 
+// The chapter that entry, one of the catalogue, stands in.
+const Chapter& chapterOf(const Entry& entry);
+
+// Where the entry of this id can be read.
+std::string helpUri(std::string_view id);
+
 // The entry with this id, null when there is none.
 const Entry* findEntry(std::string_view id);
 

@@ -74,6 +74,7 @@ ReportStyle styleOf(const CheckOptions& options) {
     style.showWaived = options.policy.showWaived;
     style.explain = options.report.explain;
     style.timings = options.report.timings;
+    style.split = options.report.split;
     style.failOn = options.policy.failOn.value_or(style.failOn);
     return style;
 }

@@ -4,6 +4,7 @@
 #include <cctype>
 
 #include "cli/base/text.h"
+#include "cli/report/markdown.h"
 
 namespace pkgvet::cli {
 
@@ -72,12 +73,7 @@ void writeSection(const Entry& entry, std::ostream& stream) {
     if (!entry.pieces().empty()) {
         writeBlock(messageForm(entry) + "\n", stream);
     }
-    writeProse("**Rule.** " + std::string(entry.demand), stream);
-    writeProse("**Why.** " + std::string(entry.why), stream);
-    writeProse("**What to do.** " + std::string(entry.fix), stream);
-    if (!entry.example.empty()) {
-        writeBlock(entry.example, stream);
-    }
+    stream << '\n' << markdownOf(entry, kColumns);
     std::string related;
     for (const std::string_view id : entry.related()) {
         related += (related.empty() ? "See also " : ", ") + linkTo(id);

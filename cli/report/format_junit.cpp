@@ -166,7 +166,7 @@ Suite suiteOf(const PackageReport& package, const Judgement& judgement, Severity
         suite.cases.push_back(caseOf(finding, outcomeOf(finding, judgement, failOn)));
     }
     numberRepeats(&suite.cases);
-    if (!package.complete()) {
+    if (!package.incomplete.empty()) {
         const std::string id(kIncompleteId);
         suite.cases.push_back({id, Outcome::Error, id, package.incomplete});
     }

@@ -1,18 +1,15 @@
 // Writes SARIF 2.1.0.
-#include <glib.h>
+#include "cli/report/format_sarif.h"
 
-#include <map>
 #include <nlohmann/json.hpp>
-#include <set>
 #include <string>
 #include <string_view>
 #include <utility>
 
 #include "cli/base/escape.h"
-#include "cli/base/version.h"
-#include "cli/catalogue/catalogue.h"
+#include "cli/base/text.h"
 #include "cli/report/format_json.h"
-#include "cli/report/formats.h"
+#include "cli/report/sarif_documents.h"
 #include "cli/report/tally.h"
 
 namespace pkgvet::cli {
@@ -24,112 +21,41 @@ using Json = nlohmann::ordered_json;
 constexpr const char* kSchema =
     "https://docs.oasis-open.org/sarif/sarif/v2.1.0/errata01/os/schemas/sarif-schema-2.1.0.json";
 
-const std::string kFileScheme = "file://";
-// What stands for itself in a URI beside letters and digits.
-constexpr std::string_view kUriPlain = "-._~/";
-
 // The keys under which consumers follow a finding from run to run: our own, which depends on the
 // finding alone, and the one that code-scanning pages look at, which numbers equals.
 constexpr const char* kFingerprint = "pkgvetFinding/v1";
 constexpr const char* kNumberedFingerprint = "primaryLocationLineHash";
 
-// The rules that occur, each with its place in the driver's list.
-using RuleIndex = std::map<std::string, std::size_t>;
+// A package has no lines, and pages show no result without one.
+constexpr int kFirstLine = 1;
 
-const char* levelOf(Severity severity) {
-    switch (severity) {
-        case Severity::Info:
-            return "note";
-        case Severity::Warning:
-            return "warning";
-        case Severity::Error:
-        case Severity::Critical:
-            break;
-    }
-    return "error";
+Json physicalLocation(Json artifactLocation) {
+    return {{"artifactLocation", std::move(artifactLocation)},
+            {"region", {{"startLine", kFirstLine}}}};
 }
 
-Json message(std::string_view text) {
-    return {{"text", text}};
-}
-
-// Text out of a package, in which "[x](y)" would be taken for a link.
-Json foreignMessage(const std::string& text) {
-    if (text.find("](") == std::string::npos) {
-        return message(text);
-    }
-    std::string escaped;
-    for (const char c : text) {
-        escaped.append(c == '[' || c == ']' || c == '\\' ? 1 : 0, '\\').append(1, c);
-    }
-    return message(escaped);
-}
-
-bool isPlainInUri(char c) {
-    return g_ascii_isalnum(c) != FALSE || kUriPlain.find(c) != std::string_view::npos;
-}
-
-// path as a URI reference, which holds any byte.
-std::string uriOf(const std::string& path) {
-    const std::string escaped = percentEncoded(path, isPlainInUri);
-    return path.substr(0, 1) == "/" ? kFileScheme + escaped : escaped;
-}
-
-Json physicalLocation(const PackageReport& package) {
-    return {{"artifactLocation", {{"uri", uriOf(package.path)}}}};
-}
-
-// The map sorts the rules, so that places do not depend on the order of the packages.
-RuleIndex indexOf(const RunReport& run) {
-    RuleIndex index;
-    for (const PackageReport& package : run.packages) {
-        for (const Judgement& judgement : package.judgements) {
-            for (const Finding& finding : judgement.findings) {
-                index.emplace(finding.rule, 0);
-            }
-        }
-    }
-    std::size_t place = 0;
-    for (auto& entry : index) {
-        entry.second = place++;
-    }
-    return index;
-}
-
-// A rule that the catalogue does not know, as in a report of a later version, has its id alone.
-Json ruleJson(const std::string& id) {
-    Json rule = {{"id", id}};
-    const Entry* entry = findEntry(id);
-    if (entry != nullptr) {
-        rule["shortDescription"] = message(entry->title);
-        rule["fullDescription"] =
-            message(std::string(entry->demand) + " " + std::string(entry->why));
-        rule["help"] = message(std::string(entry->fix) + "\n\n" + std::string(entry->example));
-        rule["defaultConfiguration"] = {{"level", levelOf(entry->severity)}};
-    }
-    return rule;
-}
-
-Json toolJson(const RuleIndex& index) {
-    Json rules = Json::array();
-    for (const auto& entry : index) {
-        rules.push_back(ruleJson(entry.first));
-    }
-    return {{"driver",
-             {{"name", "pkgvet"},
-              {"version", programVersion()},
-              {"semanticVersion", programVersion()},
-              {"rules", std::move(rules)}}}};
-}
-
-Json locationJson(const PackageReport& package, const Finding& finding) {
-    Json location = {{"physicalLocation", physicalLocation(package)}};
+Json locationJson(const SarifResult& result, const SarifArtifacts& artifacts) {
+    const PackageReport& package = *result.package;
+    const Finding& finding = *result.merged.finding;
+    Json location = {{"physicalLocation", physicalLocation(artifacts.location(package))}};
     if (finding.subject) {
         location["logicalLocations"] =
             Json::array({{{"name", *finding.subject},
                           {"fullyQualifiedName", package.name + ": " + *finding.subject}}});
     }
     return location;
+}
+
+// The file in the package that the finding is about. It is no place of its own for the result:
+// pages look for the files of places in a checkout of sources.
+Json fileJson(const SarifResult& result, SarifArtifacts* artifacts) {
+    return {{"physicalLocation",
+             {{"artifactLocation",
+               artifacts->location(*result.package, *result.merged.finding->subject)}}}};
+}
+
+bool isAboutAFile(const Finding& finding) {
+    return finding.subject && finding.subject->starts_with('/');
 }
 
 // Once one result tells whether it is suppressed, all must: an empty list means that it is not.
@@ -143,59 +69,52 @@ Json suppressions(const Finding& finding) {
                          {"justification", isWaived ? finding.reason : "known to the baseline"}}});
 }
 
-Json resultJson(const PackageReport& package, const MergedFinding& merged, const RuleIndex& index,
-                std::map<std::string, std::size_t>* occurrences) {
-    const Finding& finding = *merged.finding;
-    const std::string fingerprint = fingerprintOf(package.name, finding);
-    const std::size_t occurrence = ++(*occurrences)[fingerprint];
-    Json result;
-    result["ruleId"] = finding.rule;
-    result["ruleIndex"] = index.at(finding.rule);
-    result["level"] = levelOf(finding.severity);
-    result["message"] = foreignMessage(finding.message);
-    result["locations"] = Json::array({locationJson(package, finding)});
-    result["partialFingerprints"] = {
-        {kFingerprint, fingerprint},
-        {kNumberedFingerprint, fingerprint + ":" + std::to_string(occurrence)}};
-    result["suppressions"] = suppressions(finding);
-    result["properties"] = {{"package", package.name},
-                            {"severity", severityName(finding.severity)},
-                            {"standing", standingName(finding.standing)},
-                            {"profiles", merged.profiles}};
-    return result;
-}
-
-Json resultsJson(const RunReport& run, const RuleIndex& index) {
-    Json results = Json::array();
-    std::map<std::string, std::size_t> occurrences;
-    for (const PackageReport& package : run.packages) {
-        for (const MergedFinding& merged : mergedFindings(package)) {
-            results.push_back(resultJson(package, merged, index, &occurrences));
-        }
+Json resultJson(const SarifResult& result, const SarifRules& rules, SarifArtifacts* artifacts) {
+    const Finding& finding = *result.merged.finding;
+    Json json;
+    json["ruleId"] = finding.rule;
+    json["ruleIndex"] = rules.at(finding.rule);
+    json["level"] = sarifLevel(finding.severity);
+    json["message"] = foreignSarifMessage(finding.message);
+    json["locations"] = Json::array({locationJson(result, *artifacts)});
+    if (isAboutAFile(finding)) {
+        json["relatedLocations"] = Json::array({fileJson(result, artifacts)});
     }
-    return results;
-}
-
-Json notification(std::string_view id, const char* level, const std::string& text) {
-    return {{"descriptor", {{"id", id}}}, {"level", level}, {"message", foreignMessage(text)}};
-}
-
-// A notification on one package.
-Json notificationOn(const PackageReport& package, std::string_view id, const std::string& text) {
-    Json json = notification(id, "error", printable(package.path) + text);
-    json["locations"] = Json::array({{{"physicalLocation", physicalLocation(package)}}});
+    json["partialFingerprints"] = {
+        {kFingerprint, result.fingerprint},
+        {kNumberedFingerprint, result.fingerprint + ":" + std::to_string(result.occurrence)}};
+    json["suppressions"] = suppressions(finding);
+    json["properties"] = {{"package", result.package->name},
+                          {"severity", severityName(finding.severity)},
+                          {"standing", standingName(finding.standing)},
+                          {"profiles", result.merged.profiles}};
     return json;
 }
 
-Json invocationJson(const RunReport& run) {
+Json notification(std::string_view id, const char* level, const std::string& text) {
+    return {{"descriptor", {{"id", id}}}, {"level", level}, {"message", foreignSarifMessage(text)}};
+}
+
+// A notification on one package.
+Json notificationOn(const PackageReport& package, std::string_view id, const std::string& text,
+                    const SarifArtifacts& artifacts) {
+    Json json = notification(id, "error", printable(package.path) + text);
+    json["locations"] =
+        Json::array({{{"physicalLocation", physicalLocation(artifacts.location(package))}}});
+    return json;
+}
+
+Json invocationJson(const RunReport& run, const SarifArtifacts& artifacts) {
     Json notifications = Json::array();
     for (const PackageReport& package : run.packages) {
         if (!package.judged()) {
-            notifications.push_back(notificationOn(
-                package, kNotJudgedId, " could not be judged: " + printable(package.cause)));
+            notifications.push_back(
+                notificationOn(package, kNotJudgedId,
+                               " could not be judged: " + printable(package.cause), artifacts));
         } else if (!package.complete()) {
             notifications.push_back(notificationOn(
-                package, kIncompleteId, " was not judged whole: " + printable(package.incomplete)));
+                package, kIncompleteId, " was not judged whole: " + printable(package.incomplete),
+                artifacts));
         }
     }
     if (run.partial) {
@@ -210,66 +129,85 @@ Json invocationJson(const RunReport& run) {
             {"toolExecutionNotifications", std::move(notifications)}};
 }
 
-// SARIF knows results but not verdicts, so these go among the properties of the artifact.
-Json verdictsJson(const PackageReport& package) {
-    Json verdicts = Json::array();
-    for (const Judgement& judgement : package.judgements) {
-        verdicts.push_back({{"profile", judgement.profile},
-                            {"meta_accepted", judgement.metaAccepted},
-                            {"content_accepted", judgement.contentAccepted},
-                            {"accepted", judgement.accepted()},
-                            {"intact", judgement.intact},
-                            {"passes", judgement.passes}});
+// What pages tell one analysis from another by: all that stands before the last slash. Documents
+// that belong together must differ in it, or each would replace the one before.
+std::string categoryOf(const RunReport& run, std::size_t number) {
+    std::vector<std::string> profiles;
+    for (const ProfileRules& profile : run.provenance.profiles) {
+        profiles.push_back(profile.name);
     }
-    return verdicts;
+    const std::string part = number > 1 ? std::to_string(number) + "/" : std::string();
+    return "pkgvet/" + joined(profiles, "+") + "/" + part;
 }
 
-Json artifactJson(const PackageReport& package, const ReportStyle& style) {
-    Json artifact = {{"location", {{"uri", uriOf(package.path)}}}};
-    if (!package.sha256.empty()) {
-        artifact["hashes"] = {{"sha-256", package.sha256}};
+std::string escapedForLinks(const std::string& text) {
+    std::string escaped;
+    for (const char c : text) {
+        escaped.append(c == '[' || c == ']' || c == '\\' ? 1 : 0, '\\').append(1, c);
     }
-    artifact["properties"] = {{"name", package.name},
-                              {"version", package.version},
-                              {"release", package.release},
-                              {"arch", package.arch},
-                              {"validation_enabled", package.validationEnabled},
-                              {"complete", package.complete()},
-                              {"passes", package.passes()},
-                              {"verdicts", verdictsJson(package)}};
-    if (style.timings) {
-        artifact["properties"]["seconds"] = package.seconds;
-    }
-    return artifact;
-}
-
-// Each once, even where a package was named twice.
-Json artifactsJson(const RunReport& run, const ReportStyle& style) {
-    Json artifacts = Json::array();
-    std::set<std::string> seen;
-    for (const PackageReport& package : run.packages) {
-        if (seen.insert(package.path).second) {
-            artifacts.push_back(artifactJson(package, style));
-        }
-    }
-    return artifacts;
+    return escaped;
 }
 
 }  // namespace
 
-void finishSarif(const RunReport& run, const ReportStyle& style, std::ostream& stream) {
-    const RuleIndex index = indexOf(run);
+Json sarifMessage(std::string_view text) {
+    return {{"text", text}};
+}
+
+Json foreignSarifMessage(const std::string& text) {
+    return sarifMessage(text.find("](") == std::string::npos ? text : escapedForLinks(text));
+}
+
+const char* sarifLevel(Severity severity) {
+    switch (severity) {
+        case Severity::Info:
+            return "note";
+        case Severity::Warning:
+            return "warning";
+        case Severity::Error:
+        case Severity::Critical:
+            break;
+    }
+    return "error";
+}
+
+std::vector<SarifResult> sarifResults(const RunReport& run) {
+    std::vector<SarifResult> results;
+    std::map<std::string, std::size_t> occurrences;
+    for (const PackageReport& package : run.packages) {
+        for (MergedFinding& merged : mergedFindings(package)) {
+            std::string fingerprint = fingerprintOf(package.name, *merged.finding);
+            const std::size_t occurrence = ++occurrences[fingerprint];
+            results.push_back({&package, std::move(merged), std::move(fingerprint), occurrence});
+        }
+    }
+    return results;
+}
+
+Json sarifDocument(const RunReport& run, std::span<const SarifResult> results, std::size_t number,
+                   const ReportStyle& style) {
+    const SarifRules rules = sarifRules(results);
+    SarifArtifacts artifacts(run, style);
     Json content;
-    content["tool"] = toolJson(index);
-    content["invocations"] = Json::array({invocationJson(run)});
-    content["artifacts"] = artifactsJson(run, style);
-    content["results"] = resultsJson(run, index);
+    content["tool"] = sarifTool(rules);
+    content["automationDetails"] = {{"id", categoryOf(run, number)}};
+    content["invocations"] = Json::array({invocationJson(run, artifacts)});
+    Json all = Json::array();
+    for (const SarifResult& result : results) {
+        all.push_back(resultJson(result, rules, &artifacts));
+    }
+    content["artifacts"] = artifacts.json();
+    content["results"] = std::move(all);
     content["properties"] = {{"complete", !run.partial}};
     Json document;
     document["$schema"] = kSchema;
     document["version"] = "2.1.0";
     document["runs"] = Json::array({std::move(content)});
-    stream << jsonText(document, kJsonIndent) << '\n';
+    return document;
+}
+
+void finishSarif(const RunReport& run, const ReportStyle& style, std::ostream& stream) {
+    stream << sarifDocuments(run, style, 1).texts.front();
 }
 
 }  // namespace pkgvet::cli

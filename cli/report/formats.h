@@ -24,6 +24,7 @@ struct ReportStyle {
     bool showWaived = false;  // text and concise: findings that do not count too
     bool explain = false;     // text: how to put each finding right
     bool timings = false;     // what the judging took, which differs from run to run
+    bool split = false;       // files: as many as the readers of a format need
     // Text and concise: remarks on the run too. Beside standard output, standard error tells them.
     bool notices = false;
     Severity failOn = Severity::Error;  // the least severity that counts against a package
@@ -66,7 +67,8 @@ void finishJson(const RunReport& run, const ReportStyle& style, std::ostream& st
 void addJsonLine(const PackageReport& package, const ReportStyle& style, std::ostream& stream);
 void finishJsonLines(const RunReport& run, const ReportStyle& style, std::ostream& stream);
 
-// SARIF 2.1.0: one run with a result for each finding.
+// SARIF 2.1.0: one run with a result for each finding, as many as its readers take.
+// sarifDocuments() has the rest.
 void finishSarif(const RunReport& run, const ReportStyle& style, std::ostream& stream);
 
 // JUnit XML: a suite for each package and profile, with a case for the verdict and one for each

@@ -61,6 +61,8 @@ std::vector<Option> reportOptions(ReportOptions* options) {
     return {
         choiceOption("--format", kFormats, &options->format, "Format on standard output [text]"),
         outputOption(&options->outputs),
+        flagOption({"--split"}, &options->split,
+                   "Write further SARIF files where one would be too large for its readers"),
         colorOption(&options->color),
         flagOption({"-q", "--quiet"}, &options->quiet,
                    "One verdict line for each package, no findings"),

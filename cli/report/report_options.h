@@ -18,6 +18,7 @@ struct ReportOptions {
     bool quiet = false;
     bool explain = false;
     bool timings = false;
+    bool split = false;
 };
 
 std::vector<Option> reportOptions(ReportOptions* options);

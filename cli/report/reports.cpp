@@ -2,11 +2,18 @@
 #include "cli/report/reports.h"
 
 #include <exception>
+#include <filesystem>
 #include <sstream>
+
+#include "cli/base/escape.h"
+#include "cli/base/terminal.h"
+#include "cli/report/sarif_documents.h"
 
 namespace pkgvet::cli {
 
 namespace {
+
+constexpr std::string_view kStandardOutput = "standard output";
 
 // Whoever reads a file does not see what went to standard error, so a file holds the notices as
 // well.
@@ -16,20 +23,57 @@ ReportStyle styleOfFiles(ReportStyle style) {
     return style;
 }
 
-void writeFile(Format format, const RunReport& run, const ReportStyle& style, OutputFile* file) {
+void complainOfLimits(const SarifDocuments& documents, std::string_view name) {
+    if (documents.told < documents.results) {
+        complain(printable(name) + ": holds the worst " + std::to_string(documents.told) + " of " +
+                 std::to_string(documents.results) +
+                 " results, which is what readers of SARIF take; --split writes further files");
+    }
+}
+
+// The report as the contents of one file or more. name is told where something is left out.
+std::vector<std::string> contentsOf(Format format, const RunReport& run, const ReportStyle& style,
+                                    std::string_view name) {
+    if (format == Format::Sarif) {
+        SarifDocuments documents = sarifDocuments(run, style, style.split ? kAllDocuments : 1);
+        complainOfLimits(documents, name);
+        return std::move(documents.texts);
+    }
     std::ostringstream content;
     writeReport(format, run, style, content);
-    file->write(content.str());
+    return {content.str()};
+}
+
+// "report-2.sarif" beside "report.sarif".
+std::string pathOfPart(const std::string& path, std::size_t number) {
+    std::filesystem::path part(path);
+    part.replace_filename(part.stem().string() + "-" + std::to_string(number) +
+                          part.extension().string());
+    return part;
+}
+
+void writeWhole(const std::string& content, OutputFile* file) {
+    file->write(content);
     file->commit();
+}
+
+void writeFile(const Output& output, const RunReport& run, const ReportStyle& style,
+               OutputFile* file) {
+    const std::vector<std::string> contents = contentsOf(output.format, run, style, output.path);
+    writeWhole(contents.front(), file);
+    for (std::size_t i = 1; i < contents.size(); ++i) {
+        OutputFile part(pathOfPart(output.path, i + 1));
+        writeWhole(contents[i], &part);
+    }
 }
 
 }  // namespace
 
 Reports::Reports(Format format, const ReportStyle& style, std::ostream& stream,
                  const std::vector<Output>& files)
-    : steps_(stepsOf(format)), style_(style), stream_(stream) {
+    : format_(format), steps_(stepsOf(format)), style_(style), stream_(stream) {
     for (const Output& output : files) {
-        files_.push_back({output.format, OutputFile(output.path)});
+        files_.push_back({output, OutputFile(output.path)});
     }
 }
 
@@ -41,14 +85,13 @@ void Reports::add(const PackageReport& package) {
 }
 
 void Reports::finish(const RunReport& run) {
-    steps_.finish(run, style_, stream_);
-    stream_.flush();
+    finishStream(run);
     // All files are tried before the first failure counts: one full disk must not cost the reports
     // on others.
     std::exception_ptr failure;
     for (File& file : files_) {
         try {
-            writeFile(file.format, run, styleOfFiles(style_), &file.file);
+            writeFile(file.output, run, styleOfFiles(style_), &file.file);
         } catch (const std::exception&) {
             failure = std::current_exception();
         }
@@ -56,6 +99,18 @@ void Reports::finish(const RunReport& run) {
     if (failure) {
         std::rethrow_exception(failure);
     }
+}
+
+// There is one stream, whatever the limits.
+void Reports::finishStream(const RunReport& run) {
+    if (format_ == Format::Sarif) {
+        ReportStyle style = style_;
+        style.split = false;
+        stream_ << contentsOf(format_, run, style, kStandardOutput).front();
+    } else {
+        steps_.finish(run, style_, stream_);
+    }
+    stream_.flush();
 }
 
 void writeReport(Format format, const RunReport& run, const ReportStyle& style,

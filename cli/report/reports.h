@@ -22,15 +22,18 @@ public:
     // Packages come in input order, after the policy has been applied to them.
     void add(const PackageReport& package);
     // run holds the packages that were added. std::runtime_error names a file that was not written;
-    // the others are.
+    // the others are. What the limits of a format leave out is told on standard error.
     void finish(const RunReport& run);
 
 private:
     struct File {
-        Format format;
+        Output output;
         OutputFile file;
     };
 
+    void finishStream(const RunReport& run);
+
+    Format format_;
     FormatSteps steps_;
     ReportStyle style_;
     std::ostream& stream_;

@@ -61,7 +61,8 @@ TEST(FormatSarif, ResultSaysWhatAndWhere) {
     EXPECT_EQ(result["level"], "error");
     EXPECT_EQ(result["message"]["text"], "[libx.so.1] Not allowed");
     EXPECT_EQ(result["locations"], Json::parse(R"([{
-        "physicalLocation": {"artifactLocation": {"uri": "app.rpm"}},
+        "physicalLocation": {"artifactLocation": {"uri": "app.rpm", "index": 0},
+                             "region": {"startLine": 1}},
         "logicalLocations": [{"name": "libx.so.1",
                               "fullyQualifiedName": "org.example.app: libx.so.1"}]}])"));
     EXPECT_EQ(result["properties"]["profiles"], Json::parse(R"(["regular"])"));
@@ -73,6 +74,48 @@ TEST(FormatSarif, SeverityDecidesTheLevel) {
     for (std::size_t i = 0; i < levels.size(); ++i) {
         EXPECT_EQ(results[i]["level"], levels[i]);
     }
+}
+
+TEST(FormatSarif, FileInAPackageIsAnArtifactNestedInIt) {
+    const Finding file = findingAbout("/usr/bin/a b", "setuid-file", Severity::Error, "A");
+    const Finding again = findingAbout("/usr/bin/a b", "path-not-allowed", Severity::Error, "A");
+    PackageReport other = package({judgement({file})});
+    other.path = "other.rpm";
+    const Json run = runJson(runOf({package({judgement({file, again})}), other}));
+    ASSERT_EQ(run["artifacts"].size(), 4U);
+    EXPECT_EQ(run["artifacts"][2],
+              Json::parse(R"({"location": {"uri": "/usr/bin/a%20b"}, "parentIndex": 0})"));
+    EXPECT_EQ(run["artifacts"][3]["parentIndex"], 1);
+    EXPECT_EQ(run["results"][0]["relatedLocations"], Json::parse(R"([{"physicalLocation":
+        {"artifactLocation": {"uri": "/usr/bin/a%20b", "index": 2}}}])"));
+    EXPECT_EQ(run["results"][1]["relatedLocations"], run["results"][0]["relatedLocations"]);
+    EXPECT_EQ(run["results"][2]["locations"][0]["physicalLocation"]["artifactLocation"]["index"],
+              1);
+    EXPECT_FALSE(sample("rejected")["results"][1].contains("relatedLocations"));
+}
+
+TEST(FormatSarif, RuleSaysWhatPagesShow) {
+    const Json run = runJson(oneFinding(findingAbout("/a", "setuid-file", Severity::Error, "A")));
+    const Json driver = run["tool"]["driver"];
+    const Json rule = driver["rules"][0];
+    const std::string home = driver["informationUri"];
+    EXPECT_EQ(rule["helpUri"], home + "docs/findings.md#setuid-file");
+    EXPECT_EQ(rule["properties"],
+              Json::parse(R"({"tags": ["files", "security"], "security-severity": "9.3"})"));
+    const std::string markdown = rule["help"]["markdown"];
+    EXPECT_EQ(markdown.find("**Rule.** "), 0U) << markdown;
+    EXPECT_NE(markdown.find("\n\n**What to do.** "), std::string::npos);
+}
+
+TEST(FormatSarif, RuleThatIsNotGraveHasNoScore) {
+    const Json run = runJson(oneFinding(finding("icon-missing", Severity::Error, "A")));
+    EXPECT_FALSE(run["tool"]["driver"]["rules"][0]["properties"].contains("security-severity"));
+}
+
+TEST(FormatSarif, CategoryIsThatOfTheProfiles) {
+    RunReport run = runOf({});
+    run.provenance.profiles = {{"regular"}, {"mdm"}};
+    EXPECT_EQ(runJson(run)["automationDetails"]["id"], "pkgvet/regular+mdm/");
 }
 
 TEST(FormatSarif, SubjectThatIsAbsentHasNoPlace) {
@@ -135,7 +178,8 @@ TEST(FormatSarif, InvocationTellsWhatWasNotJudged) {
         "toolExecutionNotifications": [{"descriptor": {"id": "not-judged"}, "level": "error",
             "message": {"text": "/tmp/a b.rpm could not be judged: not an RPM package"},
             "locations": [{"physicalLocation": {"artifactLocation":
-                {"uri": "file:///tmp/a%20b.rpm"}}}]}]}])"));
+                {"uri": "file:///tmp/a%20b.rpm", "index": 0},
+                "region": {"startLine": 1}}}]}]}])"));
 }
 
 TEST(FormatSarif, InterruptedRunIsNoSuccess) {

@@ -74,6 +74,40 @@ TEST(Reports, FilesAreNeverColored) {
     EXPECT_EQ(readFile(directory / "text").find('\033'), std::string::npos);
 }
 
+// One finding more than readers of SARIF take.
+RunReport largeRun() {
+    return runOf(
+        {package({judgement(std::vector<Finding>(25'001, finding("a", Severity::Error, "A")))})});
+}
+
+TEST(Reports, WhatReadersOfSarifDoNotTakeIsToldOnStandardError) {
+    const TemporaryDirectory directory;
+    std::ostringstream stream;
+    Reports reports(Format::Sarif, {}, stream, {{Format::Sarif, directory / "a.sarif"}});
+    testing::internal::CaptureStderr();
+    reports.finish(largeRun());
+    const std::string rest =
+        ": holds the worst 25000 of 25001 results, which is what readers of SARIF take; --split "
+        "writes further files\n";
+    EXPECT_EQ(testing::internal::GetCapturedStderr(),
+              "pkgvet: standard output" + rest + "pkgvet: " + directory / "a.sarif" + rest);
+    EXPECT_FALSE(std::filesystem::exists(directory / "a-2.sarif"));
+}
+
+TEST(Reports, SplitWritesFurtherFiles) {
+    const TemporaryDirectory directory;
+    ReportStyle style;
+    style.split = true;
+    std::ostringstream stream;
+    Reports reports(Format::Text, style, stream, {{Format::Sarif, directory / "a.b.sarif"}});
+    testing::internal::CaptureStderr();
+    reports.finish(largeRun());
+    EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
+    EXPECT_TRUE(std::filesystem::exists(directory / "a.b.sarif"));
+    EXPECT_TRUE(std::filesystem::exists(directory / "a.b-2.sarif"));
+    EXPECT_FALSE(std::filesystem::exists(directory / "a.b-3.sarif"));
+}
+
 TEST(Reports, FileThatCannotBeOpenedIsAnErrorAtOnce) {
     const TemporaryDirectory directory;
     std::ostringstream stream;

@@ -1,0 +1,33 @@
+// A SARIF report in documents that its readers take.
+#pragma once
+
+#include <cstddef>
+#include <limits>
+#include <string>
+#include <vector>
+
+#include "cli/report/formats.h"
+
+namespace pkgvet::cli {
+
+// What the best-known reader takes of one document. It measures the document packed by gzip.
+struct SarifLimits {
+    std::size_t results = 25'000;
+    std::size_t packedBytes = 10'000'000;
+};
+
+struct SarifDocuments {
+    std::vector<std::string> texts;  // one at least
+    std::size_t told = 0;            // how many results stand in texts
+    std::size_t results = 0;         // how many there are
+};
+
+inline constexpr std::size_t kAllDocuments = std::numeric_limits<std::size_t>::max();
+
+// The report in most documents at the most. As long as one document keeps to limits, it is the
+// only one and in the order of the packages; otherwise the worst results come first. A single
+// result is told whatever its size.
+SarifDocuments sarifDocuments(const RunReport& run, const ReportStyle& style, std::size_t most,
+                              const SarifLimits& limits = {});
+
+}  // namespace pkgvet::cli
