@@ -1,6 +1,7 @@
 // Holds options against one another.
 #include "cli/command/option_conflicts.h"
 
+#include <algorithm>
 #include <array>
 
 namespace pkgvet::cli {
@@ -11,6 +12,12 @@ struct Conflict {
     bool exists;
     const char* text;
 };
+
+bool hasSarifFile(const ReportOptions& options) {
+    const std::vector<Output> files = filesOf(options);
+    return std::any_of(files.begin(), files.end(),
+                       [](const Output& file) { return file.format == Format::Sarif; });
+}
 
 }  // namespace
 
@@ -37,6 +44,8 @@ std::string conflictIn(const CheckOptions& options) {
                  "excused findings anyway"},
         Conflict{report.timings && !hasTimes,
                  "--timings means nothing with the format concise or github alone"},
+        Conflict{report.split && !hasSarifFile(report),
+                 "--split means nothing without --output sarif:PATH"},
         Conflict{options.judging.sandbox == SandboxMode::Off && !options.judging.scratch.empty(),
                  "--scratch needs a sandbox, and --sandbox off has none"},
     };

@@ -35,6 +35,7 @@ TEST(OptionConflicts, WhatComesToNothingIsNamed) {
         {{"--color", "always", "--format", "junit"}, "--color"},
         {{"--show-waived", "--format", "sarif"}, "--show-waived"},
         {{"--timings", "--format", "github"}, "--timings"},
+        {{"--split", "-o", "sarif:-"}, "--split"},
         {{"--sandbox", "off", "--scratch", "/tmp"}, "--scratch"},
     };
     for (const Case& test : cases) {
@@ -52,6 +53,7 @@ TEST(OptionConflicts, WhatHasAnEffectIsLeftAlone) {
         {"--explain", "--format", "github"},
         {"-q", "--timings", "--color", "always", "--show-waived"},
         {"--color", "never", "--format", "json"},
+        {"--split", "-o", "sarif:file"},
         {"--scratch", "/tmp"},
     };
     for (const std::vector<const char*>& line : lines) {
