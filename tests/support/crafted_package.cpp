@@ -82,18 +82,19 @@ void introduce(const std::string& name, RpmHeader* header) {
     header->set(RPMTAG_PROVIDEVERSION, rpmTexts({std::string(kVersion) + "-" + kRelease}));
 }
 
-void require(const std::vector<Feature>& features, RpmHeader* header) {
-    std::vector<std::string> names;
-    std::vector<std::string> versions;
+void require(const std::vector<Feature>& features, const std::vector<std::string>& others,
+             RpmHeader* header) {
+    std::vector<std::string> names = others;
+    std::vector<std::string> versions(others.size());
+    std::vector<std::uint32_t> flags(others.size());
     for (const Feature& feature : features) {
         names.emplace_back(feature.name);
         versions.emplace_back(feature.version);
+        flags.push_back(RPMSENSE_RPMLIB | RPMSENSE_LESS | RPMSENSE_EQUAL);
     }
     header->set(RPMTAG_REQUIRENAME, rpmTexts(names));
     header->set(RPMTAG_REQUIREVERSION, rpmTexts(versions));
-    header->set(RPMTAG_REQUIREFLAGS,
-                rpmInt32(std::vector<std::uint32_t>(
-                    features.size(), RPMSENSE_RPMLIB | RPMSENSE_LESS | RPMSENSE_EQUAL)));
+    header->set(RPMTAG_REQUIREFLAGS, rpmInt32(flags));
 }
 
 }  // namespace
@@ -125,6 +126,11 @@ CraftedPackage& CraftedPackage::unlist(const std::string& path) {
 
 CraftedPackage& CraftedPackage::unpack(const std::string& path) {
     takeOut(&packed_, path);
+    return *this;
+}
+
+CraftedPackage& CraftedPackage::requirement(const std::string& name) {
+    requirements_.push_back(name);
     return *this;
 }
 
@@ -201,14 +207,19 @@ void CraftedPackage::requireFeatures(RpmHeader* header) const {
     };
     needs([](const PackedFile& file) { return file.inode != 0; }, kHardLinksFeature);
     needs([](const PackedFile& file) { return !file.capabilities.empty(); }, kCapabilitiesFeature);
-    require(features, header);
+    require(features, requirements_, header);
+}
+
+// librpm looks paths up by halves.
+std::vector<PackedFile> CraftedPackage::sortedFiles() const {
+    std::vector<PackedFile> files = listed_;
+    std::stable_sort(files.begin(), files.end(),
+                     [](const PackedFile& a, const PackedFile& b) { return a.path < b.path; });
+    return files;
 }
 
 RpmHeader CraftedPackage::header() const {
-    std::vector<PackedFile> files = listed_;
-    // librpm looks a path up by halves.
-    std::stable_sort(files.begin(), files.end(),
-                     [](const PackedFile& a, const PackedFile& b) { return a.path < b.path; });
+    const std::vector<PackedFile> files = sortedFiles();
     const std::uint32_t size = std::accumulate(
         files.begin(), files.end(), 0U,
         [](std::uint32_t sum, const PackedFile& file) { return sum + sizeOf(file); });
@@ -226,6 +237,17 @@ RpmHeader CraftedPackage::header() const {
 
 std::string CraftedPackage::entries() const {
     return cpioEntriesOf(packed_);
+}
+
+std::string CraftedPackage::largeFileEntries() const {
+    const std::vector<PackedFile> files = sortedFiles();
+    std::string bytes;
+    for (std::size_t i = 0; i < files.size(); ++i) {
+        if ((files[i].flags & RPMFILE_GHOST) == 0) {
+            bytes += cpioLargeFileEntry(static_cast<std::uint32_t>(i), cpioEntryOf(files[i]).data);
+        }
+    }
+    return bytes;
 }
 
 std::string CraftedPackage::bytes() const {

@@ -26,6 +26,8 @@ public:
     CraftedPackage& unlist(const std::string& path);
     CraftedPackage& unpack(const std::string& path);
 
+    // What the package requires beside the features of rpm.
+    CraftedPackage& requirement(const std::string& name);
     // A tag of the main header, in place of what would follow from the files.
     CraftedPackage& set(std::uint32_t tag, const RpmValue& value);
     CraftedPackage& remove(std::uint32_t tag);
@@ -46,6 +48,8 @@ public:
 
     // The entries of the packed files, without the trailer.
     std::string entries() const;
+    // The entries of the listed files as rpm writes them for packages with large files.
+    std::string largeFileEntries() const;
     std::string bytes() const;
     // Writes the package to a file of its own in directory and returns its path.
     std::string write(const TemporaryDirectory& directory) const;
@@ -57,6 +61,7 @@ private:
     };
     using Alteration = std::function<void(std::string*)>;
 
+    std::vector<PackedFile> sortedFiles() const;
     RpmHeader header() const;
     void requireFeatures(RpmHeader* header) const;
     static void apply(const std::vector<Change>& changes, RpmHeader* header);
@@ -65,6 +70,7 @@ private:
     std::string lead_;
     std::vector<PackedFile> listed_;
     std::vector<PackedFile> packed_;
+    std::vector<std::string> requirements_;
     std::vector<Change> changes_;
     std::vector<Change> signatureChanges_;
     int digestAlgorithm_;

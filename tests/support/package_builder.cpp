@@ -76,6 +76,11 @@ PackageBuilder& PackageBuilder::directory(const std::string& path, const std::st
     return *this;
 }
 
+PackageBuilder& PackageBuilder::listing(const std::string& line) {
+    listing_ += line + "\n";
+    return *this;
+}
+
 PackageBuilder& PackageBuilder::ghost(const std::string& path) {
     entries_.push_back(
         {Entry::Kind::Ghost, path, std::string(), "%ghost " + attributes("0644", "root", "root")});
@@ -114,7 +119,7 @@ std::string PackageBuilder::recipe(const std::string& root) const {
     for (const Entry& entry : entries_) {
         text += entry.attributes + "\"" + entry.path + "\"\n";
     }
-    return text;
+    return text + listing_;
 }
 
 std::string PackageBuilder::build(const TemporaryDirectory& directory) const {

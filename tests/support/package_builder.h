@@ -31,6 +31,8 @@ public:
     PackageBuilder& link(const std::string& path, const std::string& target);
     PackageBuilder& directory(const std::string& path, const std::string& mode = "0755",
                               const std::string& user = "root", const std::string& group = "root");
+    // A line of %files for what the lines of script() install, such as "%config /etc/app".
+    PackageBuilder& listing(const std::string& line);
     // A path that stands in the header alone.
     PackageBuilder& ghost(const std::string& path);
 
@@ -53,6 +55,7 @@ private:
     std::string arch_ = "BuildArch: noarch\n";
     std::string tags_;
     std::string scripts_;
+    std::string listing_;
     std::vector<Entry> entries_;
 };
 

@@ -15,6 +15,8 @@ namespace fs = std::filesystem;
 namespace {
 
 constexpr const char* kDatabase = "/rpm-database";
+// rpm waits for ever for what it was told to make a fifo.
+constexpr const char* kTimeout = "20";
 
 std::string lineOf(const fs::path& path, const std::string& name) {
     struct stat status {};
@@ -45,10 +47,10 @@ bool canInstall() {
 
 Installation install(const std::string& package, const TemporaryDirectory& root) {
     Installation result{0, std::string()};
-    result.status =
-        runProgram({"rpm", "-i", "--root", root.path(), "--dbpath", kDatabase, "--nodeps",
-                    "--noscripts", "--notriggers", "--nosignature", "--nocontexts", package},
-                   &result.output);
+    result.status = runProgram({"timeout", "--signal", "KILL", kTimeout, "rpm", "-i", "--root",
+                                root.path(), "--dbpath", kDatabase, "--nodeps", "--noscripts",
+                                "--notriggers", "--nosignature", "--nocontexts", package},
+                               &result.output);
     return result;
 }
 
