@@ -1,25 +1,19 @@
 // Takes one package through the library.
 #include "cli/judge/judge.h"
 
-#include <fcntl.h>
-#include <unistd.h>
-
 #include <algorithm>
-#include <cerrno>
-#include <cstring>
 #include <exception>
 #include <iostream>
 #include <memory>
 #include <new>
-#include <string_view>
+#include <string>
 #include <utility>
 
-#include "cli/base/checksum.h"
 #include "cli/catalogue/catalogue.h"
 #include "cli/integrity/integrity_check.h"
 #include "cli/judge/finding_capture.h"
 #include "cli/judge/identify.h"
-#include "pkgvet/base/descriptor.h"
+#include "cli/judge/package_copy.h"
 #include "pkgvet/content/content_validator.h"
 #include "pkgvet/meta/meta_validator.h"
 #include "pkgvet/package/rpm_meta.h"
@@ -34,58 +28,7 @@ constexpr const char* kNotUnpacked = "the payload did not unpack";
 constexpr const char* kIrregular =
     "the payload is irregular and was not unpacked, so that no rule on files ran";
 constexpr const char* kRuleFailed = "a rule failed: ";
-constexpr const char* kNotCopied = "cannot copy the package: ";
 constexpr const char* kOutOfMemory = "it took more memory than --memory allows";
-
-constexpr std::size_t kPieceSize = std::size_t{256} << 10;
-
-// What ends the judgement of a package, for the one place that reports it.
-struct NotJudged {
-    Cause cause;
-};
-
-std::string reason(int error) {
-    return std::strerror(error);
-}
-
-// The number of bytes read, 0 at the end.
-std::size_t readPiece(int descriptor, std::string* piece) {
-    ssize_t size = -1;
-    do {
-        size = read(descriptor, piece->data(), piece->size());
-    } while (size < 0 && errno == EINTR);
-    if (size < 0) {
-        throw NotJudged{{CauseCode::Unreadable, reason(errno)}};
-    }
-    return static_cast<std::size_t>(size);
-}
-
-void writeAll(int descriptor, std::string_view bytes) {
-    while (!bytes.empty()) {
-        const ssize_t size = write(descriptor, bytes.data(), bytes.size());
-        if (size < 0 && errno != EINTR) {
-            throw NotJudged{{CauseCode::Unreadable, kNotCopied + reason(errno)}};
-        }
-        bytes.remove_prefix(size < 0 ? 0 : static_cast<std::size_t>(size));
-    }
-}
-
-// Copies a package and sums it up on the way, so that whatever is said of the copy is said of what
-// the sum stands for.
-std::string copyPackage(int package, const std::string& path) {
-    const Descriptor copy(open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0400));
-    if (!copy.isOpen()) {
-        throw NotJudged{{CauseCode::Unreadable, kNotCopied + reason(errno)}};
-    }
-    Sha256 checksum;
-    std::string piece(kPieceSize, '\0');
-    while (const std::size_t size = readPiece(package, &piece)) {
-        const std::string_view bytes = std::string_view(piece).substr(0, size);
-        checksum.add(bytes);
-        writeAll(copy.get(), bytes);
-    }
-    return checksum.finish();
-}
 
 // librpm puts the path ahead of what it has to say.
 std::string withoutPath(const std::string& message, const std::string& path) {
@@ -191,11 +134,12 @@ std::vector<Finding> integrityOf(const std::string& path, const IntegrityOptions
 void judgeCopy(const Surroundings& surroundings, const std::vector<Configuration>& configurations,
                const IntegrityOptions& integrity, RpmSession* rpm, PackageReport* report) {
     FindingCapture capture(std::cerr);
-    report->sha256 = copyPackage(surroundings.package, surroundings.copyPath);
+    PackageCopy copy(surroundings.package, surroundings.copyPath, &report->sha256);
     const RpmMeta meta = readHeader(surroundings.copyPath, rpm);
     describe(meta, report);
     std::vector<Finding> own = integrityOf(surroundings.copyPath, integrity, rpm);
     const auto* const content = new ContentValidator(surroundings.copyPath);
+    copy.finish();
     if (content->extracted()) {
         surroundings.closeAround();
         judgeContent(*content, configurations, meta, &capture, report);
