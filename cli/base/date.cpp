@@ -54,6 +54,11 @@ std::string formatDate(const Date& date) {
     return {text, static_cast<std::size_t>(length)};
 }
 
+int daysBetween(const Date& first, const Date& last) {
+    const auto days = std::chrono::sys_days(last) - std::chrono::sys_days(first);
+    return static_cast<int>(days.count());
+}
+
 Date localDate() {
     const std::time_t now = std::time(nullptr);
     std::tm local{};

@@ -16,6 +16,9 @@ std::optional<Date> parseDate(std::string_view text);
 
 std::string formatDate(const Date& date);
 
+// How many days lie between, negative when last comes before first.
+int daysBetween(const Date& first, const Date& last);
+
 // Today in the time zone of this machine.
 Date localDate();
 

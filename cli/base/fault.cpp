@@ -1,6 +1,8 @@
 // Writes faults.
 #include "cli/base/fault.h"
 
+#include <glib.h>
+
 #include <set>
 #include <tuple>
 
@@ -8,9 +10,39 @@
 
 namespace pkgvet::cli {
 
+namespace {
+
+// In characters; what is longer is recognised by its beginning.
+constexpr glong kLongestValue = 80;
+
+std::string shortened(const std::string& value) {
+    const std::string text = printable(value);
+    if (g_utf8_strlen(text.data(), -1) <= kLongestValue) {
+        return text;
+    }
+    const char* const end = g_utf8_offset_to_pointer(text.data(), kLongestValue);
+    return text.substr(0, static_cast<std::size_t>(end - text.data())) + "...";
+}
+
+std::string subjectOf(const Fault& fault) {
+    if (!fault.value.empty()) {
+        return shortened(fault.value) + " ";
+    }
+    if (fault.key.empty()) {
+        return std::string();
+    }
+    return std::string("\"").append(printable(fault.key)).append("\" ");
+}
+
+}  // namespace
+
 std::string describe(const Fault& fault) {
-    const std::string key = fault.key.empty() ? "" : '"' + printable(fault.key) + "\" ";
-    return printable(fault.file) + ": " + key + printable(fault.cause);
+    std::string line = printable(fault.file);
+    if (fault.position.line != 0) {
+        line.append(":").append(std::to_string(fault.position.line));
+        line.append(":").append(std::to_string(fault.position.column));
+    }
+    return line.append(": ").append(subjectOf(fault)).append(printable(fault.cause));
 }
 
 std::vector<Fault> eachOnce(const std::vector<Fault>& faults) {

@@ -4,12 +4,16 @@
 #include <string>
 #include <vector>
 
+#include "cli/base/json_positions.h"
+
 namespace pkgvet::cli {
 
 struct Fault {
     std::string file;
     std::string key;  // such as "profiles[2].name"; empty when the fault is the file's own
     std::string cause;
+    Position position = {};
+    std::string value = {};  // the value in question, as it is written; empty for none
 };
 
 // What most often is wrong with a value in a JSON file, in the words that all readers of one use.
@@ -19,7 +23,8 @@ inline constexpr const char* kNotAnArray = "is not an array";
 inline constexpr const char* kNotAString = "is not a string";
 inline constexpr const char* kNotARegularExpression = "is not a regular expression: ";  // and why
 
-// The fault as one line without its line feed, fit for a terminal: FILE: "KEY" CAUSE.
+// The fault as one line without its line feed, fit for a terminal: FILE:LINE:COLUMN: VALUE CAUSE,
+// without what is not known, and with "KEY" in place of a value.
 std::string describe(const Fault& fault);
 
 // faults in their order without those that have occurred before.

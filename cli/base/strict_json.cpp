@@ -4,12 +4,15 @@
 
 #include <algorithm>
 #include <cerrno>
+#include <cstdio>
 #include <cstring>
 #include <fstream>
+#include <iterator>
 #include <nlohmann/json.hpp>
 #include <utility>
 
 #include "cli/base/json_place.h"
+#include "cli/base/nearest.h"
 
 namespace pkgvet::cli {
 
@@ -17,11 +20,23 @@ namespace {
 
 using Json = nlohmann::json;
 
-// What the parser says, without the name of its own exception in front.
-std::string causeOf(const Json::exception& error) {
-    const std::string message = error.what();
-    const std::size_t position = message.find("] ");
-    return position == std::string::npos ? message : message.substr(position + 2);
+constexpr const char* kDoubled = "stands there twice";
+constexpr const char* kUnknownKey = "is not a known key";
+constexpr const char* kParseError = "parse error";
+
+// What the parser says, without the name of its own exception in front and with the position as
+// that of the fault.
+Fault faultOf(const Json::exception& error, const std::string& path) {
+    std::string message = error.what();
+    message.erase(0, std::min(message.find(kParseError), message.size()));
+    Fault fault = {path, std::string(), message};
+    auto& [line, column] = fault.position;
+    int size = 0;
+    if (std::sscanf(message.c_str(), "parse error at line %zu, column %zu%n", &line, &column,
+                    &size) == 2) {
+        fault.cause = kParseError + message.substr(static_cast<std::size_t>(size));
+    }
+    return fault;
 }
 
 }  // namespace
@@ -29,28 +44,52 @@ std::string causeOf(const Json::exception& error) {
 JsonReader::JsonReader(std::string path, std::vector<Fault>* faults)
     : path_(std::move(path)), faults_(faults) {}
 
-Json JsonReader::load() const {
+Json JsonReader::load() {
     std::ifstream stream(path_);
     if (!stream) {
         report(std::string(), std::strerror(errno));
         return nullptr;
     }
+    std::string content;
     try {
-        Json root = Json::parse(stream);
-        if (root.is_object()) {
-            return root;
-        }
-        report(std::string(), "holds no JSON object");
-    } catch (const Json::exception& error) {
-        report(std::string(), causeOf(error));
+        content.assign(std::istreambuf_iterator<char>(stream), {});
     } catch (const std::ios_base::failure&) {
         report(std::string(), "cannot be read");  // a directory opens but gives no bytes
+        return nullptr;
     }
-    return nullptr;
+    const Json root = parse(content);
+    if (root.is_discarded()) {
+        return nullptr;
+    }
+    positions_ = JsonPositions(content);
+    if (!root.is_object()) {
+        reportKey(std::string(), "holds no JSON object");
+        return nullptr;
+    }
+    for (const DoubledKey& doubled : positions_.doubledKeys()) {
+        faults_->push_back({path_, doubled.place, kDoubled, doubled.position});
+    }
+    return positions_.doubledKeys().empty() ? root : nullptr;
+}
+
+Json JsonReader::parse(const std::string& content) const {
+    try {
+        return Json::parse(content);
+    } catch (const Json::exception& error) {
+        faults_->push_back(faultOf(error, path_));
+        return Json(Json::value_t::discarded);
+    }
 }
 
 void JsonReader::report(const std::string& key, const std::string& cause) const {
-    faults_->push_back({path_, key, cause});
+    const JsonSpot* spot = positions_.find(key);
+    faults_->push_back(
+        {path_, key, cause, positions_.nearest(key), spot == nullptr ? std::string() : spot->text});
+}
+
+void JsonReader::reportKey(const std::string& key, const std::string& cause) const {
+    const JsonSpot* spot = positions_.find(key);
+    faults_->push_back({path_, key, cause, spot == nullptr ? Position() : spot->key});
 }
 
 // A key that is optional and misspelt would otherwise go unnoticed.
@@ -58,7 +97,8 @@ void JsonReader::refuseUnknown(const Json& object, const std::string& key,
                                std::initializer_list<std::string_view> known) const {
     for (const auto& item : object.items()) {
         if (std::find(known.begin(), known.end(), item.key()) == known.end()) {
-            report(member(key, item.key()), "is not a known key");
+            reportKey(member(key, item.key()),
+                      kUnknownKey + suggestion(item.key(), {known.begin(), known.end()}));
         }
     }
 }
@@ -94,7 +134,8 @@ std::string JsonReader::text(const Json& object, const std::string& key, const c
 // The content is of no use here.
 std::vector<Fault> faultsOfJson(const std::string& path) {
     std::vector<Fault> faults;
-    static_cast<void>(JsonReader(path, &faults).load());
+    JsonReader reader(path, &faults);
+    static_cast<void>(reader.load());
     return faults;
 }
 

@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "cli/base/fault.h"
+#include "cli/base/json_positions.h"
 
 namespace pkgvet::cli {
 
@@ -19,10 +20,19 @@ public:
     // faults must outlive the reader.
     JsonReader(std::string path, std::vector<Fault>* faults);
 
-    // The object that the whole file is; null once the fault is reported.
-    nlohmann::json load() const;
+    // The object that the whole file is; null once the fault is reported. A key that an object has
+    // twice is a fault as well: one of the two would be lost.
+    nlohmann::json load();
 
+    // Reports the value at key, with where it stands and what it is; of a value that is missing,
+    // where it should stand.
     void report(const std::string& key, const std::string& cause) const;
+
+    // The same of the key itself.
+    void reportKey(const std::string& key, const std::string& cause) const;
+
+    // Where the values of the file stand, once it is loaded.
+    const JsonPositions& positions() const { return positions_; }
 
     // Reports the members of object, which stands under key, whose names are not among known.
     void refuseUnknown(const nlohmann::json& object, const std::string& key,
@@ -36,8 +46,11 @@ public:
     std::string text(const nlohmann::json& object, const std::string& key, const char* name) const;
 
 private:
+    nlohmann::json parse(const std::string& content) const;
+
     std::string path_;
     std::vector<Fault>* faults_;
+    JsonPositions positions_;
 };
 
 // What such a reader finds wrong with the JSON of the file at path, whatever the file is for.

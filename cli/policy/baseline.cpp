@@ -87,7 +87,7 @@ KnownFinding identityOf(const Finding& finding, const std::string& package) {
 }
 
 Baseline readBaseline(const std::string& path, std::vector<Fault>* faults) {
-    const JsonReader reader(path, faults);
+    JsonReader reader(path, faults);
     const Json root = reader.load();
     Baseline baseline;
     if (root.is_null()) {

@@ -10,6 +10,13 @@ namespace pkgvet::cli {
 
 namespace {
 
+// Of a waiver that will expire, so that there is time to see to it.
+constexpr int kDaysOfWarning = 14;
+
+std::string subjectOf(const Waiver& waiver) {
+    return "the waiver for " + waiver.rule;
+}
+
 bool hasCounting(const Judgement& judgement, Severity least) {
     return std::any_of(judgement.findings.begin(), judgement.findings.end(),
                        [least](const Finding& finding) {
@@ -58,9 +65,11 @@ Policy::Policy(std::vector<Waiver> waivers, Baseline baseline, std::optional<Sev
 
 void Policy::addWaivers(std::vector<Waiver> waivers, const Date& today) {
     for (Waiver& waiver : waivers) {
-        // It holds on its last day.
-        const bool expired = waiver.lastDay && *waiver.lastDay < today;
-        waivers_.push_back({std::move(waiver), expired, false});
+        std::optional<int> daysLeft;
+        if (waiver.lastDay) {
+            daysLeft = daysBetween(today, *waiver.lastDay);
+        }
+        waivers_.push_back({std::move(waiver), daysLeft});
     }
 }
 
@@ -89,7 +98,7 @@ void Policy::excuse(Judgement* judgement, const std::string& package) {
 // Every waiver that covers the finding is in use; the first one gives the reason.
 bool Policy::waive(Finding* finding, const std::string& package) {
     for (TrackedWaiver& tracked : waivers_) {
-        if (tracked.expired || !covers(&tracked.waiver, *finding, package)) {
+        if (tracked.isExpired() || !covers(&tracked.waiver, *finding, package)) {
             continue;
         }
         tracked.used = true;
@@ -101,15 +110,24 @@ bool Policy::waive(Finding* finding, const std::string& package) {
     return finding->standing == Standing::Waived;
 }
 
+std::string Policy::expiryNotice(const TrackedWaiver& tracked) {
+    const Waiver& waiver = tracked.waiver;
+    const std::string verb = tracked.isExpired() ? " expired on " : " expires after ";
+    return describe({waiver.file, std::string(),
+                     subjectOf(waiver) + verb + formatDate(*waiver.lastDay),
+                     waiver.lastDayPosition});
+}
+
 std::vector<std::string> Policy::notices(bool complete) const {
     std::vector<std::string> lines;
-    for (const auto& [waiver, expired, used] : waivers_) {
-        const std::string subject = "for " + waiver.rule;
-        if (expired) {
-            lines.push_back(describe(
-                {waiver.file, waiver.key, subject + " expired on " + formatDate(*waiver.lastDay)}));
-        } else if (!used && complete) {
-            lines.push_back(describe({waiver.file, waiver.key, subject + " was never used"}));
+    for (const TrackedWaiver& tracked : waivers_) {
+        const Waiver& waiver = tracked.waiver;
+        if (tracked.daysLeft && *tracked.daysLeft <= kDaysOfWarning) {
+            lines.push_back(expiryNotice(tracked));
+        }
+        if (!tracked.isExpired() && !tracked.used && complete) {
+            lines.push_back(describe({waiver.file, std::string(),
+                                      subjectOf(waiver) + " was never used", waiver.position}));
         }
     }
     return lines;

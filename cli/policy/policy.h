@@ -36,17 +36,22 @@ public:
     // it means it.
     void apply(PackageReport* package);
 
-    // One line for each waiver that has expired or excused nothing. Only a run that came to its end
-    // knows of the latter.
+    // One line for each waiver that has expired, will do so within 14 days or excused nothing, and
+    // a second one for a waiver that excused nothing and will expire. Only a run that came to its
+    // end knows what excused nothing.
     std::vector<std::string> notices(bool complete) const;
 
 private:
-    // A waiver, and what its notice depends on.
+    // A waiver, and what its notices depend on.
     struct TrackedWaiver {
         Waiver waiver;
-        bool expired;
-        bool used;
+        std::optional<int> daysLeft;  // none for one without a last day; below 0 it has expired
+        bool used = false;
+
+        bool isExpired() const { return daysLeft && *daysLeft < 0; }
     };
+
+    static std::string expiryNotice(const TrackedWaiver& tracked);
 
     void addWaivers(std::vector<Waiver> waivers, const Date& today);
     void excuse(Judgement* judgement, const std::string& package);

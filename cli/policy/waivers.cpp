@@ -22,6 +22,10 @@ constexpr const char* kPackage = "package";
 constexpr const char* kReason = "reason";
 constexpr const char* kExpires = "expires";
 
+bool hasText(const Json& object, const char* name) {
+    return object.contains(name) && object[name].is_string();
+}
+
 WholePattern readPattern(const JsonReader& reader, const Json& object, const std::string& key,
                          const char* name) {
     const std::string text = reader.text(object, key, name);
@@ -36,8 +40,8 @@ WholePattern readPattern(const JsonReader& reader, const Json& object, const std
 
 std::string readReason(const JsonReader& reader, const Json& object, const std::string& key) {
     std::string reason = reader.text(object, key, kReason);
-    // A missing reason has been reported already.
-    if (object.contains(kReason) && reason.find_first_not_of(" \t\n") == std::string::npos) {
+    // One that is missing or not a text has been reported already.
+    if (hasText(object, kReason) && reason.find_first_not_of(" \t\n") == std::string::npos) {
         reader.report(member(key, kReason), "says nothing");
     }
     return reason;
@@ -45,9 +49,15 @@ std::string readReason(const JsonReader& reader, const Json& object, const std::
 
 std::string readRule(const JsonReader& reader, const Json& object, const std::string& key) {
     std::string rule = reader.text(object, key, kRule);
-    // Such a waiver would have no effect, and whoever wrote it would learn so from a rejection.
-    if (isGrave(rule)) {
-        reader.report(member(key, kRule), "names " + rule + ", which cannot be waived");
+    if (!hasText(object, kRule)) {
+        return rule;
+    }
+    // Such waivers would have no effect, and whoever wrote them would learn so from a rejection.
+    if (findEntry(rule) == nullptr) {
+        reader.report(member(key, kRule),
+                      "is not the id of a rule; the nearest is " + nearestIds(rule).front());
+    } else if (isGrave(rule)) {
+        reader.report(member(key, kRule), "cannot be waived");
     }
     return rule;
 }
@@ -59,7 +69,7 @@ std::optional<Date> readLastDay(const JsonReader& reader, const Json& object,
     }
     const std::string text = reader.text(object, key, kExpires);
     const std::optional<Date> date = parseDate(text);
-    if (!date && object[kExpires].is_string()) {
+    if (!date && hasText(object, kExpires)) {
         reader.report(member(key, kExpires), "is not a day of the form yyyy-mm-dd");
     }
     return date;
@@ -68,7 +78,7 @@ std::optional<Date> readLastDay(const JsonReader& reader, const Json& object,
 }  // namespace
 
 std::vector<Waiver> readWaivers(const std::string& path, std::vector<Fault>* faults) {
-    const JsonReader reader(path, faults);
+    JsonReader reader(path, faults);
     const Json root = reader.load();
     std::vector<Waiver> waivers;
     if (root.is_null()) {
@@ -81,8 +91,10 @@ std::vector<Waiver> readWaivers(const std::string& path, std::vector<Fault>* fau
         WholePattern subject = readPattern(reader, object, key, kSubject);
         WholePattern package = readPattern(reader, object, key, kPackage);
         std::string reason = readReason(reader, object, key);
-        waivers.push_back({path, key, std::move(rule), std::move(subject), std::move(package),
-                           std::move(reason), readLastDay(reader, object, key)});
+        const std::optional<Date> lastDay = readLastDay(reader, object, key);
+        waivers.push_back({path, reader.positions().nearest(key), std::move(rule),
+                           std::move(subject), std::move(package), std::move(reason), lastDay,
+                           reader.positions().nearest(member(key, kExpires))});
     }
     return waivers;
 }

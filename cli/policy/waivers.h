@@ -17,12 +17,13 @@ namespace pkgvet::cli {
 // taken for one about the empty text.
 struct Waiver {
     std::string file;
-    std::string key;  // its place there
+    Position position;  // its place there
     std::string rule;
     WholePattern subject;
     WholePattern package;  // on the package's name
     std::string reason;
     std::optional<Date> lastDay;  // the waiver holds up to the end of this day
+    Position lastDayPosition;
 };
 
 // The waivers of the file at path, in its order. Everything that is wrong with it goes to faults;

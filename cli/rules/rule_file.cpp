@@ -19,16 +19,16 @@ constexpr const char* kUnreadable = "cannot be read";
 
 // Why the library takes nothing from the file at path. It gives no reasons for most failures, but
 // the strict reader does.
-std::string causeOfFailure(const std::string& path, const JsonFile& file) {
+Fault failureOf(const std::string& path, const JsonFile& file) {
     if (file.outcome == JsonOutcome::TooDeep) {
-        return kTooDeep;
+        return {path, std::string(), kTooDeep};
     }
     std::error_code error;
     if (std::filesystem::exists(path, error) && !std::filesystem::is_regular_file(path, error)) {
-        return kNotARegularFile;
+        return {path, std::string(), kNotARegularFile};
     }
     const std::vector<Fault> faults = faultsOfJson(path);
-    return faults.empty() ? kUnreadable : faults.front().cause;
+    return faults.empty() ? Fault{path, std::string(), kUnreadable} : faults.front();
 }
 
 }  // namespace
@@ -36,7 +36,7 @@ std::string causeOfFailure(const std::string& path, const JsonFile& file) {
 RuleFile::RuleFile(std::string path, const Report& report)
     : path_(std::move(path)), report_(report), file_(loadJsonFile(path_)) {
     if (root() == nullptr) {
-        this->report(std::string(), causeOfFailure(path_, file_));
+        report_(failureOf(path_, file_));
     }
 }
 

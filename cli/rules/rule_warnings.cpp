@@ -53,7 +53,7 @@ void warnAboutRepeats(const RuleSet& rules, std::vector<Fault>* warnings) {
 void warnAboutLenience(const RuleSet& rules, std::vector<Fault>* warnings) {
     for (const std::string& file : rules.files) {
         for (const Fault& fault : faultsOfJson(file)) {
-            warnings->push_back({file, fault.key, kLenient + fault.cause});
+            warnings->push_back({file, fault.key, kLenient + fault.cause, fault.position});
         }
     }
 }

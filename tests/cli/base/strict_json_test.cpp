@@ -32,7 +32,7 @@ struct Loaded {
 Loaded load(const std::string& content) {
     const TemporaryDirectory directory;
     std::vector<Fault> faults;
-    const JsonReader reader(directory.write("a.json", content), &faults);
+    JsonReader reader(directory.write("a.json", content), &faults);
     json root = reader.load();
     return {root, textsOf(faults)};
 }

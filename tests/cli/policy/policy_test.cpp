@@ -8,6 +8,7 @@ namespace {
 
 using namespace pkgvet::cli;
 using testing::ElementsAre;
+using testing::HasSubstr;
 using testing::IsEmpty;
 
 const Date kToday = *parseDate("2026-06-15");
@@ -15,8 +16,8 @@ const Date kToday = *parseDate("2026-06-15");
 Waiver waiver(const std::string& rule, const std::string& subject = ".*",
               const std::optional<Date>& lastDay = std::nullopt,
               const std::string& reason = "agreed") {
-    return {"w.json", "waivers[0]", rule, pkgvet::WholePattern(subject), pkgvet::WholePattern(".*"),
-            reason,   lastDay};
+    return {"w.json", {},      rule, pkgvet::WholePattern(subject), pkgvet::WholePattern(".*"),
+            reason,   lastDay, {}};
 }
 
 Finding finding(const std::string& rule, Severity severity = Severity::Error) {
@@ -180,19 +181,30 @@ TEST(Policy, WithValidationOffOnlyGraveFindingsRejectUnlessMoreIsAskedFor) {
 
 TEST(Policy, ExpiredAndUnusedWaiversAreNoticed) {
     Waiver expired = waiver("a", ".*", parseDate("2026-01-31"));
-    expired.key = "waivers[0]";
-    Waiver used = waiver("b");
-    used.key = "waivers[1]";
+    expired.lastDayPosition = {5, 20};
+    const Waiver used = waiver("b");
     Waiver unused = waiver("c");
-    unused.key = "waivers[2]";
+    unused.position = {9, 3};
     Policy policy({expired, used, unused}, {}, std::nullopt, kToday);
     PackageReport package = judged(false, {finding("a"), finding("b")});
     policy.apply(&package);
-    const std::string expiry = "w.json: \"waivers[0]\" for a expired on 2026-01-31";
+    const std::string expiry = "w.json:5:20: the waiver for a expired on 2026-01-31";
     EXPECT_THAT(policy.notices(true),
-                ElementsAre(expiry, "w.json: \"waivers[2]\" for c was never used"));
+                ElementsAre(expiry, "w.json:9:3: the waiver for c was never used"));
     EXPECT_THAT(policy.notices(false), ElementsAre(expiry));
     EXPECT_THAT(Policy({used}, {}, std::nullopt, kToday).notices(false), IsEmpty());
+}
+
+TEST(Policy, WaiverThatIsAboutToExpireIsNoticed) {
+    const auto noticesOf = [](int days) {
+        const Date lastDay = std::chrono::sys_days(kToday) + std::chrono::days(days);
+        return Policy({waiver("a", ".*", lastDay)}, {}, std::nullopt, kToday).notices(false);
+    };
+    EXPECT_THAT(noticesOf(-1), ElementsAre(HasSubstr(" expired on ")));
+    EXPECT_THAT(noticesOf(0),
+                ElementsAre("w.json: the waiver for a expires after " + formatDate(kToday)));
+    EXPECT_THAT(noticesOf(14), ElementsAre(HasSubstr("expires after")));
+    EXPECT_THAT(noticesOf(15), IsEmpty());
 }
 
 // Nothing that a user says makes up for a package that is not what it seems.

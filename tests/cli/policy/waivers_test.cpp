@@ -58,7 +58,9 @@ Finding finding(const std::optional<std::string>& subject) {
 TEST(Waivers, FileIsRead) {
     const std::vector<Waiver> waivers = waiversOf(waiver(R"(, "expires": "2026-12-31")"));
     ASSERT_THAT(waivers, SizeIs(1));
-    EXPECT_EQ(waivers[0].key, "waivers[0]");
+    EXPECT_EQ(waivers[0].position.line, 1U);
+    EXPECT_EQ(waivers[0].position.column, 14U);
+    EXPECT_EQ(waivers[0].lastDayPosition.line, 2U);
     EXPECT_EQ(waivers[0].rule, "library-not-allowed");
     EXPECT_EQ(waivers[0].reason, "agreed");
     ASSERT_TRUE(waivers[0].lastDay.has_value());
@@ -158,7 +160,7 @@ TEST(Waivers, FileThatCannotBeReadIsAFault) {
 TEST(Waivers, GraveRulesCannotBeNamed) {
     EXPECT_THAT(faultsOf(R"({"waivers": [{"rule": "setuid-file", "subject": ".*",
                              "package": ".*", "reason": "x"}]})"),
-                ElementsAre("waivers[0].rule|names setuid-file, which cannot be waived"));
+                ElementsAre("waivers[0].rule|cannot be waived"));
 }
 
 TEST(Calendar, DaysHaveOneForm) {
@@ -176,6 +178,48 @@ TEST(Calendar, DaysHaveOneForm) {
 TEST(Calendar, TodayIsADay) {
     EXPECT_TRUE(pkgvet::cli::localDate().ok());
     EXPECT_GE(pkgvet::cli::localDate(), *parseDate("2024-01-01"));
+}
+
+TEST(Waivers, RuleThatDoesNotExistIsRefusedWithTheNearest) {
+    EXPECT_THAT(faultsOf(R"({"waivers": [{"rule": "libary-not-allowed", "subject": "a",
+                             "package": "a", "reason": "x"}]})"),
+                ElementsAre("waivers[0].rule|is not the id of a rule; the nearest is "
+                            "library-not-allowed"));
+}
+
+// Everything that is said of a file leads an editor to it.
+TEST(Waivers, FaultsHaveTheirPlaceAndTheValueInQuestion) {
+    const TemporaryDirectory directory;
+    const std::string path = directory.write("w.json",
+                                             "{\n"
+                                             "  \"waivers\": [\n"
+                                             "    {\"rule\": \"icon\",\n"
+                                             "     \"subjct\": \"é\", \"package\": \"lib[\",\n"
+                                             "     \"reason\": 7, \"expires\": \"soon\"}\n"
+                                             "  ]\n"
+                                             "}\n");
+    std::vector<Fault> faults;
+    readWaivers(path, &faults);
+    std::vector<std::string> lines;
+    for (const Fault& fault : faults) {
+        lines.push_back(describe(fault));
+    }
+    EXPECT_THAT(
+        lines,
+        ElementsAre(path + ":4:6: \"waivers[0].subjct\" is not a known key: did you mean subject?",
+                    testing::StartsWith(path + ":3:14: \"icon\" is not the id of a rule; the "
+                                               "nearest is icon-"),
+                    path + ":3:5: \"waivers[0].subject\" is missing",
+                    testing::StartsWith(path + ":4:32: \"lib[\" is not a regular expression: "),
+                    path + ":5:16: 7 is not a string",
+                    path + ":5:30: \"soon\" is not a day of the form yyyy-mm-dd"));
+}
+
+TEST(Waivers, KeyThatStandsTwiceIsRefused) {
+    EXPECT_THAT(faultsOf(waiver(R"(, "reason": "another")")),
+                ElementsAre("waivers[0].reason|stands there twice"));
+    EXPECT_THAT(faultsOf(R"({"waivers": [], "waivers": []})"),
+                ElementsAre("waivers|stands there twice"));
 }
 
 }  // namespace

@@ -86,7 +86,7 @@ TEST_F(RuleCheck, ListFilesAreHeldToTheirShape) {
     const Case cases[] = {
         {"paths.json", "[]", "paths.json||holds no JSON object"},
         {"paths.json", "",
-         "paths.json||parse error at line 1, column 1: syntax error while parsing value - "
+         "paths.json||parse error: syntax error while parsing value - "
          "unexpected end of input; expected '[', '{', or a literal"},
         {"paths.json", "{}", "paths.json|paths|is missing"},
         {"paths.json", R"({"paths": "x"})", "paths.json|paths|is not an array"},
