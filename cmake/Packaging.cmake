@@ -60,7 +60,7 @@ set(CPACK_RPM_EXCLUDE_FROM_AUTO_FILELIST_ADDITION)
 foreach(directory bin include share share/bash-completion share/bash-completion/completions
         share/doc
         share/fish share/fish/vendor_completions.d share/man share/man/man1 share/man/man5
-        share/zsh share/zsh/site-functions "${CMAKE_INSTALL_LIBDIR}"
+        share/zsh share/zsh/site-functions libexec "${CMAKE_INSTALL_LIBDIR}"
         "${CMAKE_INSTALL_LIBDIR}/cmake" "${CMAKE_INSTALL_LIBDIR}/pkgconfig")
   list(APPEND CPACK_RPM_EXCLUDE_FROM_AUTO_FILELIST_ADDITION "/usr/${directory}")
 endforeach()

@@ -1,6 +1,11 @@
 // The catalogue: the program's own findings, on whether what is judged is what would be installed.
+#include <algorithm>
+#include <array>
+#include <iterator>
+
 #include "cli/catalogue/catalogue_tables.h"
 #include "cli/catalogue/integrity_messages.h"
+#include "cli/catalogue/payload_findings.h"
 
 namespace pkgvet::cli {
 
@@ -32,10 +37,18 @@ constexpr Entry kEntries[] = {
      .message = &kFindingsLeftOut},
 };
 
+// A chapter is one table.
+constexpr auto kAllEntries = [] {
+    std::array<Entry, std::size(kEntries) + std::size(kPayloadEntries)> all{};
+    const auto behind = std::copy(std::begin(kEntries), std::end(kEntries), all.begin());
+    std::copy(std::begin(kPayloadEntries), std::end(kPayloadEntries), behind);
+    return all;
+}();
+
 }  // namespace
 
 Chapter integrityChapter() {
-    return {"Package integrity", kEntries};
+    return {"Package integrity", kAllEntries};
 }
 
 }  // namespace pkgvet::cli

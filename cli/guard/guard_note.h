@@ -2,9 +2,9 @@
 // else of one another.
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <optional>
 #include <string>
@@ -25,12 +25,14 @@ inline constexpr std::size_t kMaxNameSize = 4096;
 // filled the file system.
 inline constexpr std::size_t kNoteSize = 4352;
 
-// What the judge lets through. Lines of text do not fit into an environment, whose size is bounded.
+// The set-id bits that a package's header gives to files, by their absolute path.
+using SetIdModes = std::map<std::string, unsigned, std::less<>>;
+
+// What the judge lets through. The size of an environment is bounded, so that it goes into a file.
 struct GuardOrders {
     std::uint64_t bytes = 0;  // that the payload may unpack to
     std::uint64_t files = 0;  // and their number, directories and links included
-    // The set-id bits that the package's header gives to files, by their absolute path.
-    std::map<std::string, unsigned, std::less<>> setIdModes = {};
+    SetIdModes setIdModes = {};
 };
 
 // What makes an entry one that is not passed on to cpio.

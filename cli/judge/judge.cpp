@@ -6,11 +6,14 @@
 #include <iostream>
 #include <memory>
 #include <new>
+#include <optional>
 #include <string>
 #include <utility>
 
 #include "cli/catalogue/catalogue.h"
 #include "cli/integrity/integrity_check.h"
+#include "cli/integrity/payload_irregularity.h"
+#include "cli/integrity/set_id_modes.h"
 #include "cli/judge/finding_capture.h"
 #include "cli/judge/identify.h"
 #include "cli/judge/package_copy.h"
@@ -27,6 +30,7 @@ constexpr const char* kNotAPackage = "not an RPM package";
 constexpr const char* kNotUnpacked = "the payload did not unpack";
 constexpr const char* kIrregular =
     "the payload is irregular and was not unpacked, so that no rule on files ran";
+constexpr const char* kNoGuard = "the guard in front of cpio did not run";
 constexpr const char* kRuleFailed = "a rule failed: ";
 constexpr const char* kOutOfMemory = "it took more memory than --memory allows";
 
@@ -81,20 +85,35 @@ RpmMeta readHeader(const std::string& path, RpmSession* rpm) {
     return meta;
 }
 
-// What the guard stopped is told by what it found; all else that did not unpack is not judged.
-std::vector<Finding> irregularitiesOf(const Surroundings& surroundings) {
+// Nothing is unpacked without the guard.
+const ContentValidator& unpack(const Surroundings& surroundings, RpmSession* rpm) {
+    const PackageHeader header(surroundings.copyPath, rpm->transactions());
+    const Cause cause = surroundings.placeGuard(readSetIdModes(header));
+    if (cause.code != CauseCode::None) {
+        throw NotJudged{cause};
+    }
+    return *new ContentValidator(surroundings.copyPath);
+}
+
+// What the guard found irregular, nothing when all of the payload was unpacked. All else that did
+// not unpack is not judged.
+std::optional<Finding> irregularityOf(const Surroundings& surroundings, bool isUnpacked) {
+    const std::optional<GuardNote> note = surroundings.guardNote();
+    if (!note) {
+        throw NotJudged{{CauseCode::Crashed, kNoGuard}};
+    }
+    if (note->end == GuardEnd::Irregular) {
+        return irregularityFinding(*note);
+    }
+    if (isUnpacked && note->end == GuardEnd::Whole) {
+        return std::nullopt;
+    }
+    if (note->end == GuardEnd::OutOfMemory) {
+        throw NotJudged{{CauseCode::OutOfMemory, kOutOfMemory}};
+    }
     const Cause limit = surroundings.limitMet();
-    if (limit.code != CauseCode::None) {
-        throw NotJudged{limit};
-    }
-    std::vector<Finding> irregularities;
-    if (surroundings.irregularities != nullptr) {
-        irregularities = surroundings.irregularities();
-    }
-    if (irregularities.empty()) {
-        throw NotJudged{{CauseCode::UnpackFailed, kNotUnpacked}};
-    }
-    return irregularities;
+    throw NotJudged{limit.code == CauseCode::None ? Cause{CauseCode::UnpackFailed, kNotUnpacked}
+                                                  : limit};
 }
 
 // Without the payload its rules would look at the files of this machine under the package's names.
@@ -138,15 +157,14 @@ void judgeCopy(const Surroundings& surroundings, const std::vector<Configuration
     const RpmMeta meta = readHeader(surroundings.copyPath, rpm);
     describe(meta, report);
     std::vector<Finding> own = integrityOf(surroundings.copyPath, integrity, rpm);
-    const auto* const content = new ContentValidator(surroundings.copyPath);
+    const ContentValidator& content = unpack(surroundings, rpm);
     copy.finish();
-    if (content->extracted()) {
-        surroundings.closeAround();
-        judgeContent(*content, configurations, meta, &capture, report);
-    } else {
-        const std::vector<Finding> irregularities = irregularitiesOf(surroundings);
-        own.insert(own.end(), irregularities.begin(), irregularities.end());
+    if (std::optional<Finding> irregularity = irregularityOf(surroundings, content.extracted())) {
+        own.push_back(std::move(*irregularity));
         judgeHeaderAlone(configurations, meta, &capture, report);
+    } else {
+        surroundings.closeAround();
+        judgeContent(content, configurations, meta, &capture, report);
     }
     addIntegrity(own, report);
 }

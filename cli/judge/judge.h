@@ -3,9 +3,11 @@
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
+#include "cli/guard/guard_note.h"
 #include "cli/integrity/integrity_options.h"
 #include "cli/judge/rpm_session.h"
 #include "cli/model/model.h"
@@ -22,10 +24,11 @@ struct Surroundings {
     std::function<void()> closeAround;
     // Called when unpacking failed: the limit that it met, without a code when it met none.
     std::function<Cause()> limitMet;
-    // Called when unpacking failed and met no limit: what the guard in front of the tools found
-    // irregular, as findings on the package's integrity; none when it let everything pass. Null
-    // where there is no guard.
-    std::function<std::vector<Finding>()> irregularities;
+    // Called before unpacking: has the guard stand in front of the tools, and let nothing pass that
+    // is irregular or has a set-id bit other than these. The cause when it cannot.
+    std::function<Cause(const SetIdModes&)> placeGuard;
+    // Called after unpacking: what the guard noted, nothing when it did not run.
+    std::function<std::optional<GuardNote>()> guardNote;
 };
 
 // Judges a package under each of the configurations, of which there is at least one, and unpacks it

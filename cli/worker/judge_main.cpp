@@ -123,6 +123,8 @@ PackageReport judgeInWorld(const WorldPlan& plan, const SystemCallFilter& filter
     surroundings.copyPath = world.copyPath();
     surroundings.closeAround = [&world] { world.closeAround(); };
     surroundings.limitMet = [&world] { return world.limitMet(); };
+    surroundings.placeGuard = [&world](const SetIdModes& modes) { return world.placeGuard(modes); };
+    surroundings.guardNote = [&world] { return world.guardNote(); };
     return judge(surroundings);
 }
 

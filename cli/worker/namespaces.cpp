@@ -40,6 +40,9 @@ constexpr const char* kRootTemporary = "/tmp/root/tmp";
 constexpr const char* kCopy = "/tmp/package.rpm";
 constexpr unsigned long kPlainMount = MS_NOSUID | MS_NODEV | MS_NOEXEC;
 
+// What a file system takes for itself.
+constexpr std::size_t kSpareForPrograms = std::size_t{64} << 10;
+
 constexpr std::array kHandedOn = {CAP_DAC_OVERRIDE, CAP_FOWNER};
 constexpr std::array kKept = {CAP_DAC_OVERRIDE, CAP_FOWNER, CAP_SYS_CHROOT};
 
@@ -158,6 +161,13 @@ WorldPaths furnishNamespaces(uid_t owner, gid_t group, const Room& room, bool in
     mount("proc", "/proc", "proc", kPlainMount | MS_RDONLY, nullptr);
     check(chdir(kTemporary), "cannot enter the private /tmp");
     return paths;
+}
+
+void mountForPrograms(const char* place, std::size_t size) {
+    check(mkdir(place, S_IRWXU), "cannot arrange the private /tmp");
+    const std::string options = "mode=0700,size=" + std::to_string(size + kSpareForPrograms);
+    check(mount("pkgvet", place, "tmpfs", MS_NOSUID | MS_NODEV, options.c_str()),
+          "cannot mount a place for programs");
 }
 
 void limitCapabilities() {

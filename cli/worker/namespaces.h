@@ -3,6 +3,7 @@
 
 #include <sys/types.h>
 
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -39,6 +40,10 @@ struct WorldPaths {
 // Throws std::system_error, which names the step that failed.
 WorldPaths furnishNamespaces(uid_t owner, gid_t group, const Room& room, bool inWorkingDirectory,
                              const std::vector<std::string>& readable);
+
+// Mounts an empty file system in memory on place, below the private /tmp, from which programs of
+// size bytes in all can be run. Throws std::system_error.
+void mountForPrograms(const char* place, std::size_t size);
 
 // Leaves of all capabilities in these namespaces those by which a superuser may read and change
 // what a package unpacks to, whatever permissions its files have, and hands them on to what this

@@ -118,10 +118,12 @@ void Template::prepare() {
     setEnvironment();
     plan_.limits = options_.limits;
     plan_.readable = options_.readable;
+    plan_.guard = findGuard();
     findSandbox();
     // What the caller may read, its judges' user perhaps may not.
     judge_ = options_.prepare();
     becomeJudgeUser(plan_.sandbox.isAny());
+    dropNeedlessImage(&plan_.guard, plan_.sandbox.namespaces);
     plan_.owner = geteuid();
     plan_.group = getegid();
 }

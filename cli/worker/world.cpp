@@ -8,10 +8,12 @@
 
 #include <array>
 #include <cerrno>
+#include <cstdlib>
 #include <system_error>
 
 #include "cli/worker/landlock.h"
 #include "cli/worker/prepared_mkdtemp.h"
+#include "cli/worker/small_file.h"
 
 namespace pkgvet::cli {
 
@@ -28,6 +30,16 @@ constexpr std::array kSettings = {"/etc/ld.so.cache", "/etc/ld.so.conf", "/etc/l
                                   "/etc/rpm", "/proc/self"};
 constexpr const char* kTooLarge = "unpacked it is larger than --max-unpacked allows";
 constexpr const char* kTooManyFiles = "it holds more files than --max-files allows";
+
+// For a guard that judges cannot reach where it is installed.
+constexpr const char* kPrivateGuard = "/tmp/guard";
+constexpr const char* kGuardDirectory = "/guard";
+
+// Beside the copy of the package.
+constexpr const char* kOrdersName = ".orders";
+constexpr const char* kNoteName = ".note";
+
+constexpr const char* kNoGuard = "the guard in front of cpio cannot be run: ";
 
 constexpr fsblkcnt_t kFullBlocks = 16;
 
@@ -47,6 +59,9 @@ void World::enter(const Directories& directories, bool inWorkingDirectory,
     if (isolated) {
         WorldPaths paths =
             furnishNamespaces(plan_.owner, plan_.group, room, inWorkingDirectory, plan_.readable);
+        if (plan_.guard.isCopied()) {
+            mountForPrograms(kPrivateGuard, plan_.guard.image.size());
+        }
         copyPath_ = std::move(paths.copy);
         root_ = std::move(paths.root);
         tree_ = kPrivateTree;
@@ -60,6 +75,7 @@ void World::enter(const Directories& directories, bool inWorkingDirectory,
         tree_ = directories.tree;
     }
     prepareDirectory(tree_);
+    arrangeGuard(isolated ? kPrivateGuard : directories.copy + kGuardDirectory);
     applyLimits(plan_.limits, room.bytes, isolated);
     if (plan_.sandbox.landlock) {
         closeFiles(directories);
@@ -67,6 +83,36 @@ void World::enter(const Directories& directories, bool inWorkingDirectory,
     if (isolated || plan_.sandbox.landlock) {
         filter_.apply();
     }
+}
+
+// The only place where the word cpio is looked up, so that it never leads past the guard.
+void World::arrangeGuard(const std::string& place) {
+    guardDirectory_ = plan_.guard.directory;
+    if (plan_.guard.isCopied()) {
+        guardDirectory_ = place;
+        copyGuard(plan_.guard, place);
+    }
+    setenv("PATH", guardDirectory_.c_str(), 1);
+}
+
+Cause World::placeGuard(const SetIdModes& setIdModes) const {
+    const std::string orders = copyPath_ + kOrdersName;
+    const std::string note = copyPath_ + kNoteName;
+    try {
+        checkGuard(guardDirectory_);
+        writeNewFile(orders,
+                     formatOrders({plan_.limits.unpackedBytes, plan_.limits.files, setIdModes}),
+                     S_IRUSR);
+    } catch (const std::system_error& error) {
+        return {CauseCode::Crashed, kNoGuard + error.code().message()};
+    }
+    setenv(kGuardOrdersVariable, orders.c_str(), 1);
+    setenv(kGuardNoteVariable, note.c_str(), 1);
+    return {};
+}
+
+std::optional<GuardNote> World::guardNote() const {
+    return parseNote(beginningOf(copyPath_ + kNoteName, kNoteSize + 1));
 }
 
 void World::closeFiles(const Directories& directories) const {
@@ -80,6 +126,7 @@ void World::closeFiles(const Directories& directories) const {
     for (const std::string& path : plan_.readable) {
         rules.permit(path, FileAccess::Read);
     }
+    rules.permit(guardDirectory_, FileAccess::Execute);
     rules.permit(kNowhere, FileAccess::Write);
     if (plan_.sandbox.namespaces) {
         rules.permit(kPrivateDirectory, FileAccess::Write);
@@ -91,7 +138,9 @@ void World::closeFiles(const Directories& directories) const {
 }
 
 void World::closeAround() {
-    unlink(copyPath_.c_str());
+    for (const char* const name : {"", kOrdersName, kNoteName}) {
+        unlink((copyPath_ + name).c_str());
+    }
     if (root_.isOpen()) {
         enterRoot(root_);
         root_.reset();
@@ -106,8 +155,16 @@ void World::closeAround() {
     }
 }
 
-// The private file system is full to the last page, or has no more files to give.
+// What the guard did not let pass, or the private file system full to the last page or without more
+// files to give.
 Cause World::limitMet() const {
+    const std::optional<GuardNote> note = guardNote();
+    if (note && note->end == GuardEnd::TooLarge) {
+        return {CauseCode::TooLarge, kTooLarge};
+    }
+    if (note && note->end == GuardEnd::TooManyFiles) {
+        return {CauseCode::TooManyFiles, kTooManyFiles};
+    }
     struct rusage usage {};
     getrusage(RUSAGE_CHILDREN, &usage);
     if (usage.ru_utime.tv_sec + usage.ru_stime.tv_sec >= plan_.limits.processorSeconds) {

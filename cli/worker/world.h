@@ -3,10 +3,13 @@
 
 #include <sys/types.h>
 
+#include <optional>
 #include <string>
 #include <vector>
 
+#include "cli/guard/guard_note.h"
 #include "cli/model/model.h"
+#include "cli/worker/guard_program.h"
 #include "cli/worker/limits.h"
 #include "cli/worker/namespaces.h"
 #include "cli/worker/sandbox.h"
@@ -24,6 +27,7 @@ struct WorldPlan {
     gid_t group = 0;
     // What the rules read beside the package, such as the schemas of managed configuration.
     std::vector<std::string> readable;
+    GuardProgram guard;
 };
 
 // Directories made for one package where there are no namespaces to hide its own: the one in which
@@ -48,6 +52,12 @@ public:
     // Where the copy of the package goes; a name that is safe in a shell.
     const std::string& copyPath() const { return copyPath_; }
 
+    // Has the word cpio lead to the guard, and gives it its orders. The cause when it cannot be
+    // run.
+    Cause placeGuard(const SetIdModes& setIdModes) const;
+    // What it noted, nothing when it did not run.
+    std::optional<GuardNote> guardNote() const;
+
     // Once the payload is unpacked: from now on it is all that can be read. With namespaces it is
     // also all that can be seen, under the path that it had.
     void closeAround();
@@ -56,6 +66,7 @@ public:
     Cause limitMet() const;
 
 private:
+    void arrangeGuard(const std::string& place);
     void closeFiles(const Directories& directories) const;
 
     const WorldPlan& plan_;
@@ -63,6 +74,7 @@ private:
     std::string copyPath_;
     std::string tree_;  // where the payload goes
     bool isInMemory_ = false;
+    std::string guardDirectory_;
     Descriptor root_;
 };
 

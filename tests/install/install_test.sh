@@ -25,6 +25,12 @@ good=$(echo "$work"/good/RPMS/*/*.rpm)
 bad=$(echo "$work"/bad/RPMS/*/*.rpm)
 
 "$prefix/bin/pkgvet" check --quiet "$good" || fail "the good sample was not accepted"
+guard=$(find "$prefix" -path '*/pkgvet/cpio')
+mv "$guard" "$guard.away"
+answer=$("$prefix/bin/pkgvet" check --format concise "$good" 2>&1) && fail "a package was judged without the guard"
+echo "$answer" | grep -q "the guard in front of cpio cannot be run: No such file or directory" ||
+    fail "without the guard it says: $answer"
+mv "$guard.away" "$guard"
 status=0
 "$prefix/bin/pkgvet" check --quiet "$bad" || status=$?
 [ "$status" -eq 1 ] || fail "the bad sample ended with status $status"

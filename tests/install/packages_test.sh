@@ -66,7 +66,7 @@ for format in deb rpm; do
         '/usr/lib[^/]*/cmake/pkgvet/pkgvet-config\.cmake' '/usr/include/pkgvet/report/logger\.h'
     contents "$development" | grep -q '/bin/\|\.so\.' && fail "$development holds more"
 
-    holds "$program" /usr/bin/pkgvet /usr/share/man/man1/pkgvet.1 \
+    holds "$program" /usr/bin/pkgvet '/usr/lib.*/pkgvet/cpio' /usr/share/man/man1/pkgvet.1 \
         /usr/share/man/man5/pkgvet-rules.5 /usr/share/bash-completion/completions/pkgvet \
         /usr/share/fish/vendor_completions.d/pkgvet.fish '/usr/share/zsh/[a-z-]*/_pkgvet' \
         /usr/share/pkgvet/rules/pkgvet.json /usr/share/pkgvet/rules/market/requires.json

@@ -8,8 +8,8 @@
 // One entry in the format newc. Each field is written as it stands, whether it fits the others or
 // not.
 struct CpioEntry {
-    std::string name;  // may hold NUL bytes
-    std::string data;  // of a file, or the target of a link
+    std::string name;       // may hold NUL bytes
+    std::string data = {};  // of a file, or the target of a link
     std::uint32_t mode = 0100644;
     std::uint32_t inode = 1;
     std::uint32_t user = 0;

@@ -4,6 +4,8 @@
 #include <fcntl.h>
 #include <gmock/gmock.h>
 
+#include <filesystem>
+
 #include "cli/worker/prepared_mkdtemp.h"
 #include "cli/worker/wire.h"
 #include "pkgvet/base/descriptor.h"
@@ -47,6 +49,11 @@ protected:
         surroundings.copyPath = directory_ / "copy.rpm";
         surroundings.closeAround = [this] { ++closed_; };
         surroundings.limitMet = [this] { return limit_; };
+        surroundings.placeGuard = [this](const SetIdModes& modes) {
+            setIdModes_ = modes;
+            return noGuard_;
+        };
+        surroundings.guardNote = [this] { return note_; };
         RpmSession rpm;
         const CapturedDescriptor noiseOfTools;
         return judge(surroundings, rules, IntegrityOptions(), &rpm);
@@ -67,6 +74,9 @@ protected:
     TemporaryDirectory directory_;
     std::string tree_;
     Cause limit_;
+    Cause noGuard_;
+    SetIdModes setIdModes_;
+    std::optional<GuardNote> note_ = GuardNote{.end = GuardEnd::Whole};
     int closed_ = 0;
 };
 
@@ -126,6 +136,51 @@ TEST_F(Judge, LimitThatUnpackingMetIsTheCause) {
         judged(directory_.write("cut.rpm", whole.substr(0, whole.size() - 10)));
     EXPECT_EQ(report.causeCode, CauseCode::TooLarge);
     EXPECT_EQ(report.cause, "too much");
+}
+
+TEST_F(Judge, NothingIsUnpackedWhereTheGuardCannotBeRun) {
+    noGuard_ = {CauseCode::Crashed, "no guard"};
+    const PackageReport report =
+        judged(PackageBuilder("org.example.app").file("/usr/share/x", "content").build(directory_));
+    EXPECT_EQ(report.causeCode, CauseCode::Crashed);
+    EXPECT_EQ(report.cause, "no guard");
+    EXPECT_TRUE(std::filesystem::is_empty(tree_));
+}
+
+TEST_F(Judge, PackageWithoutANoteOfTheGuardIsNotJudged) {
+    note_.reset();
+    const PackageReport report = judged(PackageBuilder("org.example.app").build(directory_));
+    EXPECT_EQ(report.causeCode, CauseCode::Crashed);
+    EXPECT_EQ(report.cause, "the guard in front of cpio did not run");
+    EXPECT_EQ(closed_, 0);
+}
+
+TEST_F(Judge, PayloadThatTheGuardDidNotSeeToItsEndIsNotJudged) {
+    const std::string file = PackageBuilder("org.example.app").build(directory_);
+    for (const auto& [end, cause] : {std::pair(GuardEnd::Unfinished, CauseCode::UnpackFailed),
+                                     std::pair(GuardEnd::CutShort, CauseCode::UnpackFailed),
+                                     std::pair(GuardEnd::OutOfMemory, CauseCode::OutOfMemory)}) {
+        note_->end = end;
+        EXPECT_EQ(judged(file).causeCode, cause);
+        std::filesystem::remove(directory_ / "copy.rpm");
+    }
+}
+
+TEST_F(Judge, PackageThatTheGuardStoppedIsRejectedByItsHeaderAlone) {
+    note_ = {GuardEnd::Irregular, Irregularity::NameAbsolute, 110, "/etc/evil"};
+    const PackageReport report =
+        judged(PackageBuilder("org.example.app").script("%post\ntrue").build(directory_));
+    EXPECT_TRUE(report.judged()) << report.cause;
+    EXPECT_FALSE(report.complete());
+    ASSERT_EQ(report.judgements.size(), 1U);
+    EXPECT_FALSE(report.judgements[0].passes);
+    EXPECT_FALSE(report.judgements[0].intact);
+    const Finding& last = report.judgements[0].findings.back();
+    EXPECT_EQ(last.rule, "payload-name-absolute");
+    EXPECT_EQ(last.severity, Severity::Critical);
+    EXPECT_EQ(last.subject, "/etc/evil");
+    EXPECT_EQ(report.judgements[0].findings.front().rule, "scripts-not-allowed");
+    EXPECT_EQ(closed_, 0);
 }
 
 TEST_F(Judge, ExceptionOutOfARuleIsTheCause) {

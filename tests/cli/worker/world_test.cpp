@@ -22,6 +22,7 @@
 #include <fstream>
 #include <set>
 
+#include "cli/worker/guard_program.h"
 #include "tests/support/judge_run.h"
 #include "tests/support/temporary_directory.h"
 
@@ -90,13 +91,22 @@ TEST_F(World, NothingOutsideCanBeWritten) {
               "No such file or directory");
 }
 
-// It holds nothing but the directory that is to be unpacked in.
+// It holds nothing but the directory that is to be unpacked in, and a copy of the guard where the
+// program lies in the other /tmp.
 TEST_F(World, TemporaryDirectoryIsPrivate) {
-    EXPECT_EQ(observed([] {
-                  return std::to_string(std::distance(fs::directory_iterator("/tmp"), {})) + " " +
-                         writing("/tmp/file");
-              }),
-              "1 written");
+    const std::string seen = observed([] {
+        std::set<std::string> names;
+        for (const auto& entry : fs::directory_iterator("/tmp")) {
+            names.insert(entry.path().filename().string());
+        }
+        std::string text;
+        for (const std::string& name : names) {
+            text += name + " ";
+        }
+        return text + writing("/tmp/file");
+    });
+    EXPECT_EQ(seen, findGuard().directory.starts_with("/tmp/") ? "dir.XXXXXX guard written"
+                                                               : "dir.XXXXXX written");
 }
 
 TEST_F(World, FilesOfUsersCannotBeRead) {
@@ -230,6 +240,14 @@ TEST_F(World, RoomIsWhatTheLimitsSay) {
               "too-many-files");
 }
 
+// Where the guard lies in the world of a judge.
+std::string guardDirectory(SandboxMode mode) {
+    const std::string directory = findGuard().directory;
+    const bool isHidden =
+        mode != SandboxMode::Off && availableSandbox().namespaces && directory.starts_with("/tmp/");
+    return isHidden ? "/tmp/guard" : directory;
+}
+
 // What follows holds for every sandbox.
 class EveryWorld : public testing::TestWithParam<SandboxMode> {};
 
@@ -244,9 +262,43 @@ TEST_P(EveryWorld, EnvironmentHoldsNothingOfTheUsers) {
                       return text;
                   },
                   GetParam()),
-              "PATH=/usr/local/sbin:/usr/local/bin:/usr/sbin:/usr/bin:/sbin:/bin\n"
-              "LC_ALL=C.UTF-8\n");
+              "PATH=" + guardDirectory(GetParam()) + "\nLC_ALL=C.UTF-8\n");
     unsetenv("RPM_TEST");
+}
+
+TEST_P(EveryWorld, WordCpioLeadsToTheGuardAlone) {
+    EXPECT_EQ(observed(
+                  [] {
+                      const int status = system("command -v cpio && ! command -v ls");
+                      const char* const path = std::getenv("PATH");
+                      return std::to_string(status) + " " + (path == nullptr ? "" : path);
+                  },
+                  GetParam()),
+              "0 " + guardDirectory(GetParam()));
+}
+
+TEST_P(EveryWorld, GuardNotesWhatBecameOfAnArchive) {
+    const PackageReport report = runJudge(
+        [](const Surroundings& surroundings) {
+            const Cause cause = surroundings.placeGuard({});
+            static_cast<void>(chdir("/tmp/dir.XXXXXX"));
+            const int status = system("printf 070701 | cpio -idm --quiet");
+            const std::optional<GuardNote> note = surroundings.guardNote();
+            return acceptedReport(cause.text + std::to_string(status) +
+                                  (note && note->end == GuardEnd::CutShort ? " cut short" : "?"));
+        },
+        GetParam());
+    EXPECT_EQ(report.name, "256 cut short");
+}
+
+TEST_P(EveryWorld, GuardThatDidNotRunHasNotedNothing) {
+    const PackageReport report = runJudge(
+        [](const Surroundings& surroundings) {
+            surroundings.placeGuard({});
+            return acceptedReport(surroundings.guardNote() ? "noted" : "nothing");
+        },
+        GetParam());
+    EXPECT_EQ(report.name, "nothing");
 }
 
 TEST_P(EveryWorld, NoDescriptorIsOpenButThoseOfAJudge) {

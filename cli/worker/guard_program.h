@@ -1,0 +1,30 @@
+// The guard in front of cpio, a program that is installed with this one.
+#pragma once
+
+#include <string>
+
+namespace pkgvet::cli {
+
+struct GuardProgram {
+    std::string directory;  // where it lies under the name of cpio, with nothing beside it
+    // Its bytes, for judges that cannot reach the directory; empty when they can.
+    std::string image;
+
+    bool isCopied() const { return !image.empty(); }
+};
+
+// Finds the guard from where this program lies. Its image is read where judges may need it, which
+// is known once they have their user: dropNeedlessImage() then drops it where they do not.
+GuardProgram findGuard();
+
+// isTmpPrivate says whether judges have a /tmp of their own, which hides what lies in the other
+// one.
+void dropNeedlessImage(GuardProgram* guard, bool isTmpPrivate);
+
+// Puts a copy into a directory, which is made where it is not there. Throws std::system_error.
+void copyGuard(const GuardProgram& guard, const std::string& directory);
+
+// Throws std::system_error when the guard in the directory cannot be run.
+void checkGuard(const std::string& directory);
+
+}  // namespace pkgvet::cli

@@ -1,0 +1,246 @@
+// The guard as a program, in front of the real cpio.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <limits>
+
+#include "cli/guard/guard_note.h"
+#include "cli/worker/guard_program.h"
+#include "tests/support/cpio_archive.h"
+#include "tests/support/package_builder.h"
+#include "tests/support/rpm_install.h"
+#include "tests/support/temporary_directory.h"
+
+namespace {
+
+using namespace pkgvet::cli;
+using testing::HasSubstr;
+using testing::Not;
+
+namespace fs = std::filesystem;
+
+constexpr std::uint64_t kNoCeiling = std::numeric_limits<std::uint64_t>::max();
+
+std::string file(const std::string& name, const std::string& data = "content") {
+    return cpioEntry({.name = name, .data = data});
+}
+
+std::string symbolicLink(const std::string& name, const std::string& target) {
+    return cpioEntry({.name = name, .data = target, .mode = 0120777});
+}
+
+struct GuardRun {
+    int status;
+    std::string output;
+    std::optional<GuardNote> note;
+};
+
+class GuardMain : public testing::Test {
+protected:
+    void SetUp() override { fs::create_directory(tree_); }
+
+    static std::string guard() { return findGuard().directory + "/cpio"; }
+
+    // Runs the shell's command line in the tree, with the guard as "$GUARD" and what it needs.
+    GuardRun runLine(const std::string& line,
+                     const GuardOrders& orders = {kNoCeiling, kNoCeiling, {}}) {
+        const std::string ordersFile = directory_.write("orders", formatOrders(orders));
+        const std::string noteFile = directory_ / "note";
+        fs::remove(noteFile);
+        GuardRun run{};
+        run.status = runProgram(
+            {"env", "-C", tree_, "GUARD=" + guard(), kGuardOrdersVariable + ("=" + ordersFile),
+             kGuardNoteVariable + ("=" + noteFile), "sh", "-c", line},
+            &run.output);
+        if (fs::exists(noteFile)) {
+            run.note = parseNote(readFile(noteFile));
+        }
+        return run;
+    }
+
+    GuardRun unpack(const std::string& archive,
+                    const GuardOrders& orders = {kNoCeiling, kNoCeiling, {}}) {
+        directory_.write("archive", archive);
+        return runLine("cat ../archive | \"$GUARD\" -idm --quiet", orders);
+    }
+
+    // What cpio alone makes of the command that writes an archive, and what it makes of it behind
+    // the guard.
+    void compare(const std::string& writer) {
+        const fs::path plain = directory_ / "plain";
+        fs::create_directory(plain);
+        ASSERT_EQ(
+            runProgram({"env", "-C", plain.string(), "sh", "-c", writer + " | cpio -idm --quiet"}),
+            0);
+        const GuardRun run = runLine(writer + " | \"$GUARD\" -idm --quiet");
+        EXPECT_EQ(run.status, 0) << run.output;
+        EXPECT_EQ(run.note, GuardNote{.end = GuardEnd::Whole});
+        EXPECT_EQ(treeBelow(tree_), treeBelow(plain));
+        EXPECT_EQ(runProgram({"diff", "-r", "--no-dereference", tree_, plain}), 0);
+        fs::remove_all(plain);
+        fs::remove_all(tree_);
+        fs::create_directory(tree_);
+    }
+
+    TemporaryDirectory directory_;
+    std::string tree_ = directory_ / "tree";
+};
+
+TEST_F(GuardMain, NeedsNoLibrary) {
+    std::string sections;
+    ASSERT_EQ(runProgram({"readelf", "-d", guard()}, &sections), 0);
+    EXPECT_THAT(sections, Not(HasSubstr("NEEDED")));
+}
+
+// Large data goes from pipe to pipe, small data through a buffer, and from a file neither way
+// fails.
+TEST_F(GuardMain, ArchivesOfCpioUnpackAsWithoutIt) {
+    const fs::path source = directory_ / "source";
+    fs::create_directories(source / "a/b");
+    for (const std::size_t size : {0, 1, 4095, 65535, 65536, 65537, 3000001}) {
+        writeFile(source / ("a/" + std::to_string(size)), std::string(size, 'x') + "end");
+    }
+    fs::create_hard_link(source / "a/4095", source / "a/b/other");
+    fs::create_symlink("../nowhere", source / "a/b/link");
+    writeFile(source / "a/b/odd \n'\"$", "content");
+    writeFile(source / "TRAILER!!", "");
+    const std::string archive = directory_ / "archive";
+    ASSERT_EQ(
+        runProgram({"sh", "-c",
+                    "cd '" + source.string() +
+                        "' && find . -print0 | cpio -o -0 -H newc --quiet >'" + archive + "'"}),
+        0);
+    compare("cat " + archive);
+    compare("cat <" + archive);
+    compare("dd bs=7001 status=none if=" + archive);
+}
+
+TEST_F(GuardMain, ArchiveInAFileUnpacksAsFromAPipe) {
+    directory_.write("archive", file("./a", std::string(300000, 'x')) + cpioTrailer());
+    const GuardRun run = runLine("\"$GUARD\" -idm --quiet <../archive");
+    EXPECT_EQ(run.status, 0) << run.output;
+    EXPECT_EQ(readFile(tree_ + "/a"), std::string(300000, 'x'));
+}
+
+TEST_F(GuardMain, PackagesOfEachCompressorUnpackAsWithoutIt) {
+    for (const char* const payload :
+         {"w9.gzdio", "w6.xzdio", "w3.zstdio", "w6.lzdio", "w9.bzdio", "w.ufdio"}) {
+        SCOPED_TRACE(payload);
+        const TemporaryDirectory work;
+        PackageBuilder package("org.example.app");
+        package.tag(std::string("%define _binary_payload ") + payload);
+        package.file("/usr/share/x/a b\\c", "content").file("/usr/share/x/empty", "");
+        package.file("/usr/share/x/large", std::string(200000, 'x'));
+        package.link("/usr/share/x/link", "/nowhere").directory("/usr/share/x/sub", "0700");
+        const std::string built = package.build(work);
+        compare("rpm2cpio '" + built + "'");
+    }
+}
+
+TEST_F(GuardMain, PackageWithoutFilesUnpacks) {
+    const TemporaryDirectory work;
+    compare("rpm2cpio '" + PackageBuilder("org.example.app").build(work) + "'");
+}
+
+TEST_F(GuardMain, NothingOfAnIrregularEntryIsUnpacked) {
+    const fs::path outside = directory_ / "outside";
+    fs::create_directory(outside);
+    const std::string good = file("./good");
+    for (const std::string& entry :
+         {file(outside.string() + "/x"), file("../outside/x"),
+          symbolicLink("./l", outside) + file("./l/x"), "junk" + file("./x"),
+          cpioEntry({.name = "./x", .mode = 0104755}), cpioEntry({.name = "./x", .mode = 010644}),
+          cpioLargeFileEntry(0, file("./x") + cpioTrailer())}) {
+        const GuardRun run = unpack(good + entry + file("./x") + cpioTrailer());
+        EXPECT_NE(run.status, 0);
+        ASSERT_TRUE(run.note);
+        EXPECT_EQ(run.note->end, GuardEnd::Irregular);
+        EXPECT_TRUE(fs::is_empty(outside));
+        EXPECT_TRUE(fs::exists(tree_ + "/good"));
+        EXPECT_FALSE(fs::exists(tree_ + "/x"));
+        fs::remove_all(tree_);
+        fs::create_directory(tree_);
+    }
+}
+
+TEST_F(GuardMain, SetIdBitOfTheHeaderIsUnpacked) {
+    const GuardRun run = unpack(cpioEntry({.name = "./x", .mode = 0104755}) + cpioTrailer(),
+                                {kNoCeiling, kNoCeiling, {{"/x", 04000}}});
+    EXPECT_EQ(run.status, 0) << run.output;
+    EXPECT_EQ(run.note, GuardNote{.end = GuardEnd::Whole});
+}
+
+TEST_F(GuardMain, CeilingsHoldAndAreTold) {
+    const std::string archive = file("./a", "12345") + file("./b", "12345") + cpioTrailer();
+    const GuardRun large = unpack(archive, {9, kNoCeiling, {}});
+    EXPECT_NE(large.status, 0);
+    EXPECT_EQ(large.note, GuardNote{.end = GuardEnd::TooLarge});
+    EXPECT_FALSE(fs::exists(tree_ + "/b"));
+    const GuardRun many = unpack(archive, {kNoCeiling, 1, {}});
+    EXPECT_NE(many.status, 0);
+    EXPECT_EQ(many.note, GuardNote{.end = GuardEnd::TooManyFiles});
+    EXPECT_FALSE(fs::exists(tree_ + "/b"));
+}
+
+TEST_F(GuardMain, ArchiveThatIsCutShortFailsAsWithoutIt) {
+    for (const std::string& archive : {std::string(), file("./a"), file("./a").substr(0, 50)}) {
+        const GuardRun run = unpack(archive);
+        EXPECT_NE(run.status, 0);
+        EXPECT_EQ(run.note, GuardNote{.end = GuardEnd::CutShort});
+        EXPECT_THAT(run.output, HasSubstr("premature end"));
+    }
+}
+
+TEST_F(GuardMain, StatusAndArgumentsAreThoseOfCpio) {
+    directory_.write("archive", file("./a") + cpioTrailer());
+    const GuardRun listing = runLine("\"$GUARD\" --list --quiet <../archive");
+    EXPECT_EQ(listing.status, 0);
+    EXPECT_EQ(listing.output, "./a\n");
+    EXPECT_EQ(runLine("\"$GUARD\" --nonsense <../archive").status, 64);
+}
+
+// What comes behind the last entry is looked at although cpio has stopped reading.
+TEST_F(GuardMain, SecondArchiveIsSeenBehindMuchPadding) {
+    const GuardRun run =
+        unpack(file("./a") + cpioTrailer() + std::string(1 << 20, '\0') + file("./b"));
+    EXPECT_NE(run.status, 0);
+    ASSERT_TRUE(run.note);
+    EXPECT_EQ(run.note->irregularity, Irregularity::BehindTrailer);
+}
+
+TEST_F(GuardMain, NothingIsUnpackedWithoutOrders) {
+    directory_.write("archive", file("./a") + cpioTrailer());
+    for (const char* const line : {"unset PKGVET_GUARD_ORDERS", "unset PKGVET_GUARD_NOTE",
+                                   "PKGVET_GUARD_ORDERS=/dev/null", "echo >../note"}) {
+        const GuardRun run = runLine(std::string(line) + "; \"$GUARD\" -idm <../archive");
+        EXPECT_EQ(run.status, 1) << line;
+        EXPECT_THAT(run.output, HasSubstr("guard in front of cpio")) << line;
+        EXPECT_TRUE(fs::is_empty(tree_)) << line;
+    }
+}
+
+TEST_F(GuardMain, MemoryStaysSmall) {
+    std::string archive;
+    for (int i = 0; i < 200000; ++i) {
+        archive += cpioEntry({.name = "./usr/share/org.example.app/" + std::to_string(i)});
+    }
+    directory_.write("archive", archive + cpioTrailer());
+    const GuardRun run = runLine("ulimit -v 65536; \"$GUARD\" --list --quiet <../archive | wc -l");
+    EXPECT_EQ(run.output, "200000\n");
+    EXPECT_EQ(run.note, GuardNote{.end = GuardEnd::Whole});
+}
+
+TEST_F(GuardMain, LackOfMemoryIsNoted) {
+    std::string archive;
+    for (int i = 0; i < 200000; ++i) {
+        archive += cpioEntry({.name = "./" + std::string(200, 'x') + std::to_string(i)});
+    }
+    directory_.write("archive", archive + cpioTrailer());
+    const GuardRun run =
+        runLine("ulimit -v 32768; \"$GUARD\" --list --quiet <../archive >/dev/null");
+    EXPECT_NE(run.status, 0);
+    EXPECT_EQ(run.note, GuardNote{.end = GuardEnd::OutOfMemory});
+}
+
+}  // namespace
