@@ -11,6 +11,7 @@
 #include "cli/command/explain.h"
 #include "cli/command/options.h"
 #include "cli/command/rules.h"
+#include "cli/command/waive.h"
 #include "pkgvet/base/descriptor.h"
 
 namespace {
@@ -34,6 +35,8 @@ int run(const pkgvet::cli::Options& options) {
             return explain(options.explain);
         case Command::Rules:
             return rules(options.rules);
+        case Command::Waive:
+            return waive(options.waive);
     }
     return kUsageError;
 }

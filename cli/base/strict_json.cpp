@@ -103,20 +103,22 @@ void JsonReader::refuseUnknown(const Json& object, const std::string& key,
     }
 }
 
-std::vector<std::pair<std::string, Json>> JsonReader::objects(const Json& root,
+std::vector<std::pair<std::string, Json>> JsonReader::objects(const Json& object,
+                                                              const std::string& key,
                                                               const char* name) const {
-    const auto array = root.find(name);
-    if (array == root.end() || !array->is_array()) {
-        report(name, array == root.end() ? kMissing : kNotAnArray);
+    const auto array = object.find(name);
+    const std::string place = member(key, name);
+    if (array == object.end() || !array->is_array()) {
+        report(place, array == object.end() ? kMissing : kNotAnArray);
         return {};
     }
     std::vector<std::pair<std::string, Json>> objects;
     for (std::size_t i = 0; i < array->size(); ++i) {
-        const std::string key = element(name, i);
+        const std::string at = element(place, i);
         if ((*array)[i].is_object()) {
-            objects.emplace_back(key, (*array)[i]);
+            objects.emplace_back(at, (*array)[i]);
         } else {
-            report(key, kNotAnObject);
+            report(at, kNotAnObject);
         }
     }
     return objects;

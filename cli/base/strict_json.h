@@ -38,8 +38,10 @@ public:
     void refuseUnknown(const nlohmann::json& object, const std::string& key,
                        std::initializer_list<std::string_view> known) const;
 
-    // The objects of the array that root has under name, each with its own key.
-    std::vector<std::pair<std::string, nlohmann::json>> objects(const nlohmann::json& root,
+    // The objects of the array that object, which stands under key, has under name, each with its
+    // own key.
+    std::vector<std::pair<std::string, nlohmann::json>> objects(const nlohmann::json& object,
+                                                                const std::string& key,
                                                                 const char* name) const;
 
     // The text that object, which stands under key, has under name.

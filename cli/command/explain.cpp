@@ -44,19 +44,6 @@ void writeExample(std::string_view example, const EntryStream& out) {
     }
 }
 
-// Names all ids that are wrong, so that the user corrects them at once.
-bool areKnown(const std::vector<std::string>& ids) {
-    bool allKnown = true;
-    for (const std::string& id : ids) {
-        if (findEntry(id) == nullptr) {
-            allKnown = false;
-            complain("no finding has the id \"" + printable(id) + "\"; the nearest are " +
-                     joined(nearestIds(id), kSeparator));
-        }
-    }
-    return allKnown;
-}
-
 void writeAll(const EntryStream& out) {
     std::string_view separator;
     for (const Chapter& chapter : chapters()) {
@@ -103,8 +90,20 @@ CommandRow explainCommand(ExplainOptions* options) {
     return row;
 }
 
+bool areKnownIds(const std::vector<std::string>& ids) {
+    bool allKnown = true;
+    for (const std::string& id : ids) {
+        if (findEntry(id) == nullptr) {
+            allKnown = false;
+            complain("no finding has the id \"" + printable(id) + "\"; the nearest are " +
+                     joined(nearestIds(id), kSeparator));
+        }
+    }
+    return allKnown;
+}
+
 int explain(const ExplainOptions& options) {
-    if (!areKnown(options.ids)) {
+    if (!areKnownIds(options.ids)) {
         return kUsageError;
     }
     const EntryStream out = {std::cout, wantsColor(options.color)};

@@ -16,6 +16,10 @@ struct ExplainOptions {
     ColorMode color = ColorMode::Auto;
 };
 
+// Names all ids that are wrong on standard error, so that the user corrects them at once. True when
+// none is.
+bool areKnownIds(const std::vector<std::string>& ids);
+
 CommandRow explainCommand(ExplainOptions* options);
 
 // Writes the entries that options name, or all, to standard output and returns the exit status.

@@ -121,6 +121,7 @@ CommandRow commandTable(Options* options) {
         bound(Command::Check, checkCommand(&options->check), options),
         bound(Command::Explain, explainCommand(&options->explain), options),
         bound(Command::Rules, rulesCommand(&options->rules), options),
+        bound(Command::Waive, waiveCommand(&options->waive), options),
     };
     return completed(std::move(table));
 }

@@ -7,10 +7,11 @@
 #include "cli/command/command_table.h"
 #include "cli/command/explain.h"
 #include "cli/command/rules.h"
+#include "cli/command/waive.h"
 
 namespace pkgvet::cli {
 
-enum class Command { Check, Explain, Rules };
+enum class Command { Check, Explain, Rules, Waive };
 
 // What a command line asks for. Only the options of its command mean anything.
 struct Options {
@@ -18,6 +19,7 @@ struct Options {
     CheckOptions check;
     ExplainOptions explain;
     RulesOptions rules;
+    WaiveOptions waive;
 };
 
 // All commands of the program, bound to options, which must outlive the table.

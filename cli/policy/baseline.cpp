@@ -95,7 +95,7 @@ Baseline readBaseline(const std::string& path, std::vector<Fault>* faults) {
     }
     reader.refuseUnknown(root, std::string(), {kVersion, kFindings});
     checkVersion(reader, root);
-    for (const auto& [key, object] : reader.objects(root, kFindings)) {
+    for (const auto& [key, object] : reader.objects(root, std::string(), kFindings)) {
         const KnownFinding finding = readFinding(reader, object, key);
         // Lists that were put together by hand may hold a finding twice.
         baseline[finding] += readCount(reader, object, key);

@@ -85,7 +85,7 @@ std::vector<Waiver> readWaivers(const std::string& path, std::vector<Fault>* fau
         return waivers;
     }
     reader.refuseUnknown(root, std::string(), {kWaivers});
-    for (const auto& [key, object] : reader.objects(root, kWaivers)) {
+    for (const auto& [key, object] : reader.objects(root, std::string(), kWaivers)) {
         reader.refuseUnknown(object, key, {kRule, kSubject, kPackage, kReason, kExpires});
         std::string rule = readRule(reader, object, key);
         WholePattern subject = readPattern(reader, object, key, kSubject);

@@ -89,7 +89,7 @@ TEST(JsonReader, NamesUnknownMembersByTheirPlaces) {
 TEST(JsonReader, ObjectsOfAnArrayComeWithTheirPlaces) {
     std::vector<Fault> faults;
     const JsonReader reader("f", &faults);
-    const auto objects = reader.objects({{"list", {{{"a", 1}}, 2, {{"b", 3}}}}}, "list");
+    const auto objects = reader.objects({{"list", {{{"a", 1}}, 2, {{"b", 3}}}}}, "", "list");
     ASSERT_EQ(objects.size(), 2U);
     EXPECT_EQ(objects[0].first, "list[0]");
     EXPECT_EQ(objects[1].first, "list[2]");
@@ -100,8 +100,8 @@ TEST(JsonReader, ObjectsOfAnArrayComeWithTheirPlaces) {
 TEST(JsonReader, ObjectsOfWhatIsNotAnArrayAreNone) {
     std::vector<Fault> faults;
     const JsonReader reader("f", &faults);
-    EXPECT_THAT(reader.objects({{"list", 1}}, "list"), IsEmpty());
-    EXPECT_THAT(reader.objects({{"other", 1}}, "list"), IsEmpty());
+    EXPECT_THAT(reader.objects({{"list", 1}}, "", "list"), IsEmpty());
+    EXPECT_THAT(reader.objects({{"other", 1}}, "", "list"), IsEmpty());
     EXPECT_THAT(textsOf(faults), ElementsAre("list|is not an array", "list|is missing"));
 }
 

@@ -24,7 +24,8 @@ TEST(CommandTable, HoldsWhatUsersMayType) {
         paths.push_back(command.path);
     }
     EXPECT_THAT(paths, ElementsAre("pkgvet", "pkgvet check", "pkgvet explain", "pkgvet rules",
-                                   "pkgvet rules check", "pkgvet rules show", "pkgvet rules diff"));
+                                   "pkgvet rules check", "pkgvet rules show", "pkgvet rules diff",
+                                   "pkgvet waive"));
 }
 
 TEST(CommandTable, OptionsKnowTheirArguments) {
