@@ -8,6 +8,7 @@
 #include <algorithm>
 #include <array>
 #include <iostream>
+#include <memory>
 #include <optional>
 #include <stdexcept>
 #include <utility>
@@ -183,10 +184,6 @@ std::vector<std::string> filesRead(const CheckOptions& options, const std::strin
 // Throws std::runtime_error when a report or a baseline would take the place of something else.
 void guardFiles(const CheckOptions& options, const std::string& rules,
                 const std::vector<Input>& packages) {
-    std::vector<std::string> read = filesRead(options, rules);
-    for (const Input& package : packages) {
-        read.push_back(package.path);
-    }
     std::vector<std::string> written;
     for (const Output& output : filesOf(options.report)) {
         written.push_back(output.path);
@@ -194,8 +191,21 @@ void guardFiles(const CheckOptions& options, const std::string& rules,
     if (!options.policy.writeBaseline.empty()) {
         written.push_back(options.policy.writeBaseline);
     }
+    if (written.empty()) {
+        return;
+    }
+    std::vector<std::string> read = filesRead(options, rules);
+    for (const Input& package : packages) {
+        read.push_back(package.path);
+    }
     refuseLossOfFiles(written, read);
 }
+
+// What packages are judged by.
+struct Judging {
+    PoolOptions options;
+    std::unique_ptr<TemplateProcess> from;
+};
 
 // How a run ended.
 struct RunEnd {
@@ -213,7 +223,6 @@ public:
           rules_(rules),
           inputs_(std::move(inputs)),
           policy_(std::move(policy)),
-          validationEnabled_(isValidationEnabled(options.judging, rules)),
           progress_(inputs_.size()),
           reports_(formatsOfStandardOutput(options.report).front(), styleOf(options), std::cout,
                    filesOf(options.report)) {
@@ -222,9 +231,10 @@ public:
         }
     }
 
-    RunEnd judgeAll() {
+    RunEnd judgeAll(Judging judging) {
         const auto receive = [this](PackageReport package) { return take(std::move(package)); };
-        JudgePool pool(inputs_, poolOptions(options_, rules_), receive, &progress_);
+        JudgePool pool(inputs_, std::move(judging.options), std::move(judging.from), receive,
+                       &progress_);
         report_.sandbox = pool.sandbox().name();
         report_.provenance = provenanceOf(options_.judging);
         if (!isSandboxGoodEnough(pool.sandbox(), options_.judging)) {
@@ -249,7 +259,7 @@ private:
     bool take(PackageReport package) {
         if (!package.judged()) {
             // A judge that came to nothing did not say.
-            package.validationEnabled = validationEnabled_;
+            package.validationEnabled = isValidationEnabled();
         }
         // The policy comes first: everything below counts or shows what it made of the findings.
         policy_.apply(&package);
@@ -266,6 +276,14 @@ private:
         }
         report_.packages.push_back(std::move(package));
         return std::cout.good();
+    }
+
+    // Asked for rarely, and reading the rules for it takes time.
+    bool isValidationEnabled() {
+        if (!validationEnabled_) {
+            validationEnabled_ = cli::isValidationEnabled(options_.judging, rules_);
+        }
+        return *validationEnabled_;
     }
 
     // A run that was interrupted knows too little to be a baseline.
@@ -296,7 +314,7 @@ private:
     const std::string& rules_;
     std::vector<Input> inputs_;
     Policy policy_;
-    bool validationEnabled_;
+    std::optional<bool> validationEnabled_;
     Progress progress_;
     Reports reports_;
     std::optional<OutputFile> baselineFile_;
@@ -317,7 +335,8 @@ std::vector<Input> packagesOf(const InputOptions& options) {
     return std::move(collected.packages);
 }
 
-RunEnd judgeInputs(const CheckOptions& options, const std::string& rules, Policy policy) {
+RunEnd judgeInputs(const CheckOptions& options, const std::string& rules, Policy policy,
+                   Judging judging) {
     std::optional<Run> run;
     try {
         std::vector<Input> packages = packagesOf(options.input);
@@ -327,7 +346,7 @@ RunEnd judgeInputs(const CheckOptions& options, const std::string& rules, Policy
         complain(printable(error.what()));
         return {};
     }
-    return run->judgeAll();
+    return run->judgeAll(std::move(judging));
 }
 
 // The exit status, unless a signal or a reader that went away is to end the process: what started
@@ -381,12 +400,17 @@ int check(const CheckOptions& given) {
     const bool isEndedByPipes = signal(SIGPIPE, SIG_IGN) != SIG_IGN;
     const DefaultRules own;
     const std::string rules = options.judging.rules.empty() ? own.path() : options.judging.rules;
+    // It looks at the machine while this process looks at the rules.
+    Judging judging{poolOptions(options, rules), nullptr};
+    judging.from = std::make_unique<TemplateProcess>(judging.options.judging);
     std::vector<Fault> faults = checkRuleTree(rules, options.judging.profiles);
     Policy policy(options.policy, localDate(), &faults);
     if (!isSound(faults)) {
         return kUsageError;
     }
-    return endOf(judgeInputs(options, rules, std::move(policy)), isEndedByPipes);
+    judging.from->prepare();
+    return endOf(judgeInputs(options, rules, std::move(policy), std::move(judging)),
+                 isEndedByPipes);
 }
 
 }  // namespace pkgvet::cli

@@ -46,14 +46,15 @@ Descriptor openPackage(const std::string& path, Cause* cause) {
 
 }  // namespace
 
-JudgePool::JudgePool(std::vector<Input> inputs, PoolOptions options, Receiver receiver,
-                     Progress* progress)
+JudgePool::JudgePool(std::vector<Input> inputs, PoolOptions options,
+                     std::unique_ptr<TemplateProcess> from, Receiver receiver, Progress* progress)
     : inputs_(std::move(inputs)),
       options_(std::move(options)),
       receiver_(std::move(receiver)),
-      progress_(progress) {
+      progress_(progress),
+      template_(std::move(from)) {
     adoptOrphans();
-    template_ = std::make_unique<TemplateProcess>(options_.judging);
+    template_->waitUntilPrepared();
 }
 
 bool JudgePool::run() {
@@ -125,7 +126,9 @@ void JudgePool::renewTemplate() {
     }
     options_.judging.decided = template_->sandbox();
     try {
-        template_ = std::make_unique<TemplateProcess>(options_.judging);
+        auto renewed = std::make_unique<TemplateProcess>(options_.judging);
+        renewed->waitUntilPrepared();
+        template_ = std::move(renewed);
     } catch (const std::system_error&) {
         // The former one goes on to refuse.
     }

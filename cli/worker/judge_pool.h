@@ -32,9 +32,9 @@ public:
     // Takes the report of a package. False to end the run.
     using Receiver = std::function<bool(PackageReport)>;
 
-    // Throws std::system_error when no process can be had.
-    JudgePool(std::vector<Input> inputs, PoolOptions options, Receiver receiver,
-              Progress* progress);
+    // The judges are copies of from. Throws std::system_error when it cannot prepare to judge.
+    JudgePool(std::vector<Input> inputs, PoolOptions options, std::unique_ptr<TemplateProcess> from,
+              Receiver receiver, Progress* progress);
 
     // What cages the judges.
     const Sandbox& sandbox() const { return template_->sandbox(); }

@@ -79,6 +79,7 @@ public:
     void serve();
 
 private:
+    void setUp();
     void prepare();
     void findSandbox();
     std::string tryNamespaces();
@@ -97,6 +98,11 @@ private:
 };
 
 void Template::serve() {
+    setUp();
+    const std::optional<Parcel> first = receiveParcel(channel_.get());
+    if (!first || first->bytes != kPrepareRequest) {
+        return;
+    }
     prepare();
     if (!sendParcel(channel_.get(), helloOf(plan_.sandbox))) {
         return;
@@ -112,7 +118,7 @@ void Template::serve() {
 }
 
 // In a group of its own, a signal to that of the program leaves it to clear up.
-void Template::prepare() {
+void Template::setUp() {
     setpgid(0, 0);
     umask(S_IWGRP | S_IWOTH);
     setEnvironment();
@@ -120,6 +126,9 @@ void Template::prepare() {
     plan_.readable = options_.readable;
     plan_.guard = findGuard();
     findSandbox();
+}
+
+void Template::prepare() {
     // What the caller may read, its judges' user perhaps may not.
     judge_ = options_.prepare();
     becomeJudgeUser(plan_.sandbox.isAny());

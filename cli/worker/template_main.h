@@ -37,6 +37,8 @@ struct TemplateOptions {
 inline constexpr const char kTreeTemplate[] = "/tmp/dir.XXXXXX";
 inline constexpr const char kCopyTemplate[] = "/tmp/pkgvet.XXXXXX";
 
+// Lets it prepare, once.
+inline constexpr const char* kPrepareRequest = "prepare";
 // Asks for a judge. What else comes over the channel is the id of a judge that has ended.
 inline constexpr const char* kStartRequest = "start";
 
@@ -49,7 +51,7 @@ struct StartAnswer {
     std::array<char, sizeof kCopyTemplate> copy{};
 };
 
-// What the template says first: the sandbox that it found.
+// What the template says once it is prepared: the sandbox that it found.
 std::string helloOf(const Sandbox& sandbox);
 Sandbox sandboxOf(const std::string& hello);
 

@@ -57,11 +57,6 @@ TemplateProcess::TemplateProcess(const TemplateOptions& options) : patience_(opt
     }
     channel.other.reset();
     channel_ = std::move(channel.one);
-    const std::optional<Parcel> hello = receiveParcel(channel_.get());
-    if (!hello) {
-        fail(ECHILD, "cannot prepare to judge");
-    }
-    sandbox_ = sandboxOf(hello->bytes);
 }
 
 TemplateProcess::~TemplateProcess() {
@@ -70,6 +65,25 @@ TemplateProcess::~TemplateProcess() {
         kill(process_, SIGKILL);
     }
     waitForEnd(process_);
+}
+
+void TemplateProcess::prepare() {
+    if (!std::exchange(isAsked_, true)) {
+        sendParcel(channel_.get(), kPrepareRequest);
+    }
+}
+
+void TemplateProcess::waitUntilPrepared() {
+    prepare();
+    if (isPrepared_) {
+        return;
+    }
+    const std::optional<Parcel> hello = receiveParcel(channel_.get());
+    if (!hello) {
+        fail(ECHILD, "cannot prepare to judge");
+    }
+    sandbox_ = sandboxOf(hello->bytes);
+    isPrepared_ = true;
 }
 
 // It is not waited for here, so that its number stays its own.
@@ -81,6 +95,7 @@ bool TemplateProcess::isAlive() const {
 }
 
 StartedJudge TemplateProcess::start(const JudgeStart& start) {
+    waitUntilPrepared();
     std::vector<int> descriptors = {start.package, start.answer, start.errors};
     if (start.scratch >= 0) {
         descriptors.push_back(start.scratch);

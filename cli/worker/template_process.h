@@ -37,7 +37,8 @@ bool isCredible(const StartAnswer& answer, const Sandbox& sandbox);
 // object, or with the process that made it, and then removes what judges left behind.
 class TemplateProcess {
 public:
-    // Throws std::system_error when no process can be had.
+    // The process finds out what cages judges, and then waits to be told to prepare. Throws
+    // std::system_error when no process can be had.
     explicit TemplateProcess(const TemplateOptions& options);
     TemplateProcess(const TemplateProcess&) = delete;
     TemplateProcess(TemplateProcess&&) = delete;
@@ -45,14 +46,20 @@ public:
     TemplateProcess& operator=(TemplateProcess&&) = delete;
     ~TemplateProcess();
 
-    // What cages its judges: found out when it started.
+    // Has it prepare what judges need, and does not wait for that.
+    void prepare();
+    // Prepares unless that is done. Throws std::system_error when the process could not.
+    void waitUntilPrepared();
+
+    // What cages its judges, once it is prepared.
     const Sandbox& sandbox() const { return sandbox_; }
 
     pid_t process() const { return process_; }
     // Whether it can still start judges.
     bool isAlive() const;
 
-    // Throws std::system_error when there is no process to be had, or no template any more.
+    // Waits until it is prepared. Throws std::system_error when there is no process to be had, or
+    // no template any more.
     StartedJudge start(const JudgeStart& start);
     // Has to be told when a judge has ended and its directories are removed.
     void finish(pid_t judge);
@@ -64,6 +71,8 @@ private:
     int patience_;
     Descriptor channel_;
     Sandbox sandbox_;
+    bool isAsked_ = false;  // to prepare
+    bool isPrepared_ = false;
     bool isBroken_ = false;  // it did not answer as it should
 };
 

@@ -58,7 +58,9 @@ const Sandbox& availableSandbox() {
     static const Sandbox sandbox = [] {
         TemplateOptions options;
         options.prepare = [] { return JudgeFunction(); };
-        return TemplateProcess(options).sandbox();
+        TemplateProcess from(options);
+        from.waitUntilPrepared();
+        return from.sandbox();
     }();
     return sandbox;
 }

@@ -160,6 +160,7 @@ TEST(Template, ThatDoesNotAnswerIsGivenUp) {
     options.prepare = simpleJudge;
     options.patience = 100;
     pkgvet::cli::TemplateProcess from(options);
+    from.waitUntilPrepared();
     kill(from.process(), SIGSTOP);
     const pkgvet::Descriptor package(open("/dev/null", O_RDONLY));
     EXPECT_THROW(JudgeProcess(&from, package.get(), -1, 100), std::system_error);
@@ -168,11 +169,38 @@ TEST(Template, ThatDoesNotAnswerIsGivenUp) {
     EXPECT_FALSE(from.isAlive());
 }
 
+// The rules are read once the program found them sound.
+TEST(Template, PreparesWhenItIsTold) {
+    const TemporaryDirectory notes;
+    const std::string note = notes / "note";
+    TemplateOptions options;
+    options.sandbox = SandboxMode::Off;
+    options.prepare = [&note] {
+        std::ofstream(note) << "x";
+        return simpleJudge();
+    };
+    { pkgvet::cli::TemplateProcess from(options); }
+    EXPECT_FALSE(fs::exists(note));
+    pkgvet::cli::TemplateProcess from(options);
+    from.prepare();
+    from.waitUntilPrepared();
+    EXPECT_TRUE(fs::exists(note));
+}
+
+TEST(Template, WhatCannotPrepareIsReported) {
+    TemplateOptions options;
+    options.prepare = []() -> JudgeFunction { _exit(0); };
+    pkgvet::cli::TemplateProcess from(options);
+    EXPECT_THROW(from.waitUntilPrepared(), std::system_error);
+}
+
 TEST(Template, WhatWasDecidedIsNotFoundOutAgain) {
     TemplateOptions options;
     options.decided = Sandbox{};
     options.prepare = simpleJudge;
-    EXPECT_EQ(pkgvet::cli::TemplateProcess(options).sandbox().name(), "none");
+    pkgvet::cli::TemplateProcess from(options);
+    from.waitUntilPrepared();
+    EXPECT_EQ(from.sandbox().name(), "none");
 }
 
 // A process that has become unable to make namespaces stands for a machine that has.
@@ -184,6 +212,7 @@ TEST(Template, WhatWasDecidedIsNotReplacedByLess) {
         return simpleJudge();
     };
     pkgvet::cli::TemplateProcess from(options);
+    from.waitUntilPrepared();
     EXPECT_EQ(from.sandbox().name(), "namespaces");
     const pkgvet::Descriptor package(open("/dev/null", O_RDONLY));
     EXPECT_THROW(JudgeProcess(&from, package.get(), -1, 100), std::system_error);
