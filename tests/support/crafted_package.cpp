@@ -139,6 +139,11 @@ CraftedPackage& CraftedPackage::set(std::uint32_t tag, const RpmValue& value) {
     return *this;
 }
 
+CraftedPackage& CraftedPackage::add(std::uint32_t tag, const RpmValue& value) {
+    changes_.push_back({tag, value, true});
+    return *this;
+}
+
 CraftedPackage& CraftedPackage::remove(std::uint32_t tag) {
     changes_.push_back({tag, std::nullopt});
     return *this;
@@ -186,9 +191,11 @@ CraftedPackage& CraftedPackage::lead(const std::string& bytes) {
 
 void CraftedPackage::apply(const std::vector<Change>& changes, RpmHeader* header) {
     for (const Change& change : changes) {
-        header->remove(change.tag);
+        if (!change.beside) {
+            header->remove(change.tag);
+        }
         if (change.value) {
-            header->set(change.tag, *change.value);
+            header->add(change.tag, *change.value);
         }
     }
 }

@@ -30,6 +30,8 @@ public:
     CraftedPackage& requirement(const std::string& name);
     // A tag of the main header, in place of what would follow from the files.
     CraftedPackage& set(std::uint32_t tag, const RpmValue& value);
+    // A value beside those that the tag has.
+    CraftedPackage& add(std::uint32_t tag, const RpmValue& value);
     CraftedPackage& remove(std::uint32_t tag);
     // The same for the header of the signatures, with its own numbers such as RPMSIGTAG_SHA256.
     CraftedPackage& setSignature(std::uint32_t tag, const RpmValue& value);
@@ -58,6 +60,7 @@ private:
     struct Change {
         std::uint32_t tag;
         std::optional<RpmValue> value;  // none to remove the tag
+        bool beside = false;            // those that the tag has
     };
     using Alteration = std::function<void(std::string*)>;
 

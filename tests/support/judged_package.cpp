@@ -41,13 +41,14 @@ JudgedPackage readPackage(const Json& package) {
 
 std::vector<JudgedPackage> judgePackages(const RuleTree& tree,
                                          const std::vector<std::string>& paths,
-                                         const std::vector<std::string>& options) {
+                                         const std::vector<std::string>& options,
+                                         const std::vector<std::string>& environment) {
     const TemporaryDirectory directory;
     std::vector<std::string> arguments = {
         "check", "--validation", "on", "--rules", tree.write(directory), "--format", "json"};
     arguments.insert(arguments.end(), options.begin(), options.end());
     arguments.insert(arguments.end(), paths.begin(), paths.end());
-    const ProgramResult result = runPkgvet(arguments);
+    const ProgramResult result = runPkgvet(arguments, environment);
     const Json report = Json::parse(result.output, nullptr, false);
     if (report.is_discarded()) {
         throw std::runtime_error("no report: " + result.errors);

@@ -18,7 +18,8 @@ struct JudgedPackage {
 };
 
 // Judges the packages, or all of a directory, under the profile "regular" with validation enabled.
-// The program may have further options.
+// The program may have further options, and an environment as in runPkgvet().
 std::vector<JudgedPackage> judgePackages(const RuleTree& tree,
                                          const std::vector<std::string>& paths,
-                                         const std::vector<std::string>& options = {});
+                                         const std::vector<std::string>& options = {},
+                                         const std::vector<std::string>& environment = {});

@@ -1,0 +1,173 @@
+// Packages from strangers: each has an outcome, and nothing is left behind or written elsewhere.
+#include "tests/support/hostile_packages.h"
+
+#include <gtest/gtest.h>
+#include <sys/prctl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <filesystem>
+
+#include "tests/support/accepted_package.h"
+#include "tests/support/extracted_trees.h"
+#include "tests/support/judged_package.h"
+#include "tests/support/program.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+using Words = std::vector<std::string>;
+
+constexpr const char* kCanary = "sings\n";
+
+// A superuser of a user namespace in which no other can be made: what remains is Landlock.
+const Words kWithoutNamespaces = {
+    "unshare", "--user", "--map-root-user",
+    "sh",      "-c",     "echo 0 >/proc/sys/user/max_user_namespaces && exec \"$@\"",
+    "sh"};
+
+struct Sandbox {
+    const char* name;
+    Words options;
+    Words environment;
+    bool shutsOff;
+};
+
+// How gtest prints one.
+std::ostream& operator<<(std::ostream& stream, const Sandbox& sandbox) {
+    return stream << sandbox.name;
+}
+
+const Sandbox kSandboxes[] = {
+    {"Required", {"--sandbox", "require"}, {}, true},
+    {"LandlockAlone", {}, kWithoutNamespaces, true},
+    {"Off", {"--sandbox", "off"}, {}, false},
+};
+
+class HostilePackages : public testing::TestWithParam<Sandbox> {
+protected:
+    HostilePackages() {
+        static int count = 0;
+        target_.token = "evil-" + std::to_string(getpid()) + "-" + std::to_string(count++);
+        target_.outside = outside_.path();
+        outside_.write("canary", kCanary);
+        outside_.write("secret.qml", "import Secret 1.0\n");
+        // What the program leaves running becomes a child of this process.
+        prctl(PR_SET_CHILD_SUBREAPER, 1);
+    }
+
+    // The trees of these packages hold it.
+    std::string marker() const { return kAcceptedData + "/marker-" + target_.token; }
+
+    // A package that is missing is not judged, unless the program refuses to judge any.
+    bool isPossible() const {
+        Words all = words();
+        all.insert(all.end(), {"--rules", acceptingRules().write(directory_), "missing.rpm"});
+        return runPkgvet(all, GetParam().environment).status == 3;
+    }
+
+    Words words() const {
+        Words words = {"check", "--max-unpacked", "64M", "--max-files", "10000", "--timeout", "60"};
+        words.insert(words.end(), GetParam().options.begin(), GetParam().options.end());
+        return words;
+    }
+
+    Words write(const std::vector<HostilePackage>& packages) const {
+        Words paths;
+        for (const HostilePackage& hostile : packages) {
+            CraftedPackage package = acceptedPackage();
+            package.file(packedFile(marker(), ""));
+            hostile.arm(&package, target_);
+            paths.push_back(package.write(directory_));
+        }
+        return paths;
+    }
+
+    void expectOutcomes(const std::vector<HostilePackage>& packages) {
+        const Words paths = write(packages);
+        const Words all = words();
+        const auto judged = judgePackages(acceptingRules(), paths, {all.begin() + 1, all.end()},
+                                          GetParam().environment);
+        ASSERT_EQ(judged.size(), packages.size());
+        for (std::size_t i = 0; i < packages.size(); ++i) {
+            SCOPED_TRACE(packages[i].name);
+            const std::string said = judged[i].cause + judged[i].messages;
+            expectOutcome(packages[i].outcome, judged[i]);
+            EXPECT_NE(said.find(packages[i].says), std::string::npos) << said.substr(0, 2000);
+            // What the rules read outside they would quote.
+            if (GetParam().shutsOff) {
+                EXPECT_EQ(said.find("Secret"), std::string::npos);
+            }
+        }
+    }
+
+    static void expectOutcome(Outcome outcome, const JudgedPackage& judged) {
+        if (outcome == Outcome::NotStated) {
+            return;
+        }
+        EXPECT_EQ(judged.passes, outcome == Outcome::Accepted) << judged.messages;
+        if (outcome == Outcome::Rejected || outcome == Outcome::NotJudged) {
+            EXPECT_EQ(judged.cause.empty(), outcome == Outcome::Rejected) << judged.cause;
+        }
+    }
+
+    void expectNothingLeft() const {
+        EXPECT_EQ(readFile(target_.outside + "/canary"), kCanary);
+        EXPECT_EQ(std::distance(fs::directory_iterator(target_.outside), {}), 2);
+        for (const char* place : {"/tmp", "/", "/etc", "/usr/share"}) {
+            for (const fs::directory_entry& entry : fs::directory_iterator(place)) {
+                EXPECT_EQ(entry.path().string().find(target_.token), std::string::npos)
+                    << entry.path();
+            }
+        }
+        EXPECT_EQ(extractedTreesWith(marker()), Words());
+        EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1);
+        EXPECT_EQ(errno, ECHILD);
+    }
+
+    void judge(const std::vector<HostilePackage>& packages) {
+        if (!isPossible()) {
+            GTEST_SKIP() << "this machine has no such sandbox";
+        }
+        expectOutcomes(packages);
+        expectNothingLeft();
+    }
+
+    TemporaryDirectory directory_;
+    TemporaryDirectory outside_;
+    Target target_;
+};
+
+}  // namespace
+
+TEST_P(HostilePackages, DoNotReachOut) {
+    judge(packagesThatReachOut());
+}
+
+TEST_P(HostilePackages, DoNotUseTheMachineUp) {
+    judge(packagesWithBadStreams());
+}
+
+TEST_P(HostilePackages, DoNotLieInTheirHeader) {
+    judge(packagesWithBadHeaders());
+}
+
+TEST_P(HostilePackages, AreSafeToPrint) {
+    if (!isPossible()) {
+        GTEST_SKIP() << "this machine has no such sandbox";
+    }
+    Words all = words();
+    all.insert(all.end(), {"--rules", acceptingRules().write(directory_)});
+    const Words paths = write(packagesThatReachOut());
+    all.insert(all.end(), paths.begin(), paths.end());
+    const ProgramResult result = runPkgvet(all, GetParam().environment);
+    for (const char* forbidden : {"\x1b", "\r", "\x07", "\xc2\x9b", "\xe2\x80\xae", "\xff"}) {
+        EXPECT_EQ((result.output + result.errors).find(forbidden), std::string::npos);
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Sandbox, HostilePackages, testing::ValuesIn(kSandboxes),
+                         [](const auto& row) { return row.param.name; });
