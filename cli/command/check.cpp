@@ -22,7 +22,8 @@
 #include "cli/base/progress.h"
 #include "cli/base/terminal.h"
 #include "cli/command/option_conflicts.h"
-#include "cli/command/output_guard.h"
+#include "cli/command/run_files.h"
+#include "cli/command/settings.h"
 #include "cli/judge/judge.h"
 #include "cli/policy/baseline.h"
 #include "cli/policy/policy.h"
@@ -30,7 +31,6 @@
 #include "cli/report/tally.h"
 #include "cli/rules/default_rules.h"
 #include "cli/rules/rule_check.h"
-#include "cli/rules/rule_tree_walk.h"
 #include "cli/worker/judge_pool.h"
 #include "cli/worker/signal_watch.h"
 #include "pkgvet/platform/param_file_validator.h"
@@ -168,39 +168,6 @@ bool hasReader(int descriptor) {
     return poll(&output, 1, 0) < 0 || (output.revents & POLLERR) == 0;
 }
 
-// The files that a run reads, packages apart.
-std::vector<std::string> filesRead(const CheckOptions& options, const std::string& rules) {
-    std::vector<std::string> files = options.policy.waivers;
-    files.push_back(options.policy.baseline);
-    for (const std::string& list : options.input.filesFrom) {
-        files.push_back(list == "-" ? "/dev/stdin" : list);
-    }
-    RuleTreeVisitor visitor;
-    visitor.onFile = [&files](const std::string& file) { files.push_back(file); };
-    walkRuleTree(rules, options.judging.profiles, visitor);
-    return files;
-}
-
-// Throws std::runtime_error when a report or a baseline would take the place of something else.
-void guardFiles(const CheckOptions& options, const std::string& rules,
-                const std::vector<Input>& packages) {
-    std::vector<std::string> written;
-    for (const Output& output : filesOf(options.report)) {
-        written.push_back(output.path);
-    }
-    if (!options.policy.writeBaseline.empty()) {
-        written.push_back(options.policy.writeBaseline);
-    }
-    if (written.empty()) {
-        return;
-    }
-    std::vector<std::string> read = filesRead(options, rules);
-    for (const Input& package : packages) {
-        read.push_back(package.path);
-    }
-    refuseLossOfFiles(written, read);
-}
-
 // What packages are judged by.
 struct Judging {
     PoolOptions options;
@@ -335,12 +302,13 @@ std::vector<Input> packagesOf(const InputOptions& options) {
     return std::move(collected.packages);
 }
 
-RunEnd judgeInputs(const CheckOptions& options, const std::string& rules, Policy policy,
+RunEnd judgeInputs(const Settings& settings, const std::string& rules, Policy policy,
                    Judging judging) {
+    const CheckOptions& options = settings.options;
     std::optional<Run> run;
     try {
         std::vector<Input> packages = packagesOf(options.input);
-        guardFiles(options, rules, packages);
+        guardFiles(settings, rules, packages);
         run.emplace(options, rules, std::move(packages), std::move(policy));
     } catch (const std::runtime_error& error) {
         complain(printable(error.what()));
@@ -362,12 +330,31 @@ int endOf(const RunEnd& end, bool isEndedByPipes) {
     return statusAfterOutput(end.status);
 }
 
+int checkUnder(const Settings& settings) {
+    const CheckOptions& options = settings.options;
+    // A reader that goes away is an error like any other until all is cleared up.
+    const bool isEndedByPipes = signal(SIGPIPE, SIG_IGN) != SIG_IGN;
+    const DefaultRules own;
+    const std::string rules = options.judging.rules.empty() ? own.path() : options.judging.rules;
+    // It looks at the machine while this process looks at the rules.
+    Judging judging{poolOptions(options, rules), nullptr};
+    judging.from = std::make_unique<TemplateProcess>(judging.options.judging);
+    std::vector<Fault> faults = checkRuleTree(rules, options.judging.profiles);
+    Policy policy(options.policy, localDate(), &faults);
+    if (!isSound(faults)) {
+        return kUsageError;
+    }
+    judging.from->prepare();
+    return endOf(judgeInputs(settings, rules, std::move(policy), std::move(judging)),
+                 isEndedByPipes);
+}
+
 std::vector<Option> allOptions(CheckOptions* options) {
     std::vector<Option> all;
     for (const std::vector<Option>& some :
-         std::array{inputOptions(&options->input), judgingOptions(&options->judging),
-                    integrityOptions(&options->integrity), policyOptions(&options->policy),
-                    reportOptions(&options->report)}) {
+         std::array{inputOptions(&options->input), settingsOptions(&options->settings),
+                    judgingOptions(&options->judging), integrityOptions(&options->integrity),
+                    policyOptions(&options->policy), reportOptions(&options->report)}) {
         all.insert(all.end(), some.begin(), some.end());
     }
     return all;
@@ -382,35 +369,31 @@ CommandRow checkCommand(CheckOptions* options) {
     row.options = allOptions(options);
     row.operand = inputOperand(&options->input);
     row.footer = kExitStatuses;
-    row.missing = [options] { return missingInput(options->input); };
+    row.missing = [options] {
+        return options->settings.show ? std::string() : missingInput(options->input);
+    };
     return row;
 }
 
 int check(const CheckOptions& given) {
-    CheckOptions options = given;
-    if (options.judging.profiles.empty()) {
-        options.judging.profiles = {Profiles::Regular};
-    }
-    const std::string conflict = conflictIn(options);
+    const std::string conflict = conflictIn(given);
     if (!conflict.empty()) {
         complain(conflict);
         return kUsageError;
     }
-    // A reader that goes away is an error like any other until all is cleared up.
-    const bool isEndedByPipes = signal(SIGPIPE, SIG_IGN) != SIG_IGN;
-    const DefaultRules own;
-    const std::string rules = options.judging.rules.empty() ? own.path() : options.judging.rules;
-    // It looks at the machine while this process looks at the rules.
-    Judging judging{poolOptions(options, rules), nullptr};
-    judging.from = std::make_unique<TemplateProcess>(judging.options.judging);
-    std::vector<Fault> faults = checkRuleTree(rules, options.judging.profiles);
-    Policy policy(options.policy, localDate(), &faults);
+    std::vector<Fault> faults;
+    const Settings settings = settingsFor(given, &faults);
     if (!isSound(faults)) {
         return kUsageError;
     }
-    judging.from->prepare();
-    return endOf(judgeInputs(options, rules, std::move(policy), std::move(judging)),
-                 isEndedByPipes);
+    if (given.settings.show) {
+        writeSettings(settings, std::cout);
+        return statusAfterOutput(kAccepted);
+    }
+    if (!settings.remark.empty()) {
+        complain(printable(settings.remark));
+    }
+    return checkUnder(settings);
 }
 
 }  // namespace pkgvet::cli

@@ -10,7 +10,13 @@
 
 namespace pkgvet::cli {
 
+struct SettingsOptions {
+    bool isolated = false;  // without project file
+    bool show = false;      // print what is in force in place of judging
+};
+
 struct CheckOptions {
+    SettingsOptions settings;
     InputOptions input;
     JudgingOptions judging;
     IntegrityOptions integrity;

@@ -53,6 +53,12 @@ std::vector<Profiles> profilesNamed(const std::string& name) {
     return {};
 }
 
+std::vector<std::string> profileWords() {
+    std::vector<std::string> words = namesOf(allProfiles());
+    words.emplace_back(kAll);
+    return words;
+}
+
 void addProfiles(const std::vector<Profiles>& more, std::vector<Profiles>* profiles) {
     for (const Profiles profile : more) {
         if (std::find(profiles->begin(), profiles->end(), profile) == profiles->end()) {
@@ -67,12 +73,10 @@ Option profileOption(std::vector<Profiles>* profiles, const std::string& descrip
 }
 
 Option profilesOption(std::vector<Profiles>* profiles, const std::string& description) {
-    std::vector<std::string> words = namesOf(allProfiles());
-    words.emplace_back(kAll);
     const auto add = [profiles](const std::vector<Profiles>& named) {
         addProfiles(named, profiles);
     };
-    Option option = optionFor(words, description, add);
+    Option option = optionFor(profileWords(), description, add);
     option.mayRepeat = true;
     return option;
 }

@@ -15,6 +15,9 @@ std::vector<Profiles> allProfiles();
 // The profile of that name, or all of them for "all". Empty when there is none.
 std::vector<Profiles> profilesNamed(const std::string& name);
 
+// All that profilesNamed() knows.
+std::vector<std::string> profileWords();
+
 // Adds each of more that is not there yet.
 void addProfiles(const std::vector<Profiles>& more, std::vector<Profiles>* profiles);
 

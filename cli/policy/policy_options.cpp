@@ -3,15 +3,6 @@
 
 namespace pkgvet::cli {
 
-namespace {
-
-constexpr Words<Severity, 2> kFailOn = {{
-    {"error", Severity::Error},
-    {"warning", Severity::Warning},
-}};
-
-}  // namespace
-
 std::vector<Option> policyOptions(PolicyOptions* options) {
     return {
         filesOption("--waivers", &options->waivers, "Findings that are excused, with reasons"),
@@ -19,7 +10,7 @@ std::vector<Option> policyOptions(PolicyOptions* options) {
         fileOption("--baseline", &options->baseline, "Only findings that FILE does not hold count"),
         fileOption("--write-baseline", &options->writeBaseline,
                    "Write the findings of this run to FILE"),
-        choiceOption("--fail-on", kFailOn, &options->failOn,
+        choiceOption("--fail-on", kFailOnWords, &options->failOn,
                      "Least severity that rejects a package [as the rules say]"),
         flagOption({"--exit-zero"}, &options->exitZero, "Exit status 0 in place of 1"),
     };

@@ -10,6 +10,12 @@
 
 namespace pkgvet::cli {
 
+// What can be asked for as the least severity that rejects.
+inline constexpr Words<Severity, 2> kFailOnWords = {{
+    {"error", Severity::Error},
+    {"warning", Severity::Warning},
+}};
+
 struct PolicyOptions {
     std::vector<std::string> waivers;  // files
     bool showWaived = false;           // findings that do not count are reported too

@@ -1,0 +1,63 @@
+// Names the files of a run.
+#include "cli/command/run_files.h"
+
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include "cli/command/output_guard.h"
+#include "cli/rules/rule_tree_walk.h"
+
+namespace pkgvet::cli {
+
+namespace {
+
+constexpr const char* kStandardInput = "/dev/stdin";
+
+std::vector<std::string> filesWritten(const CheckOptions& options) {
+    std::vector<std::string> files;
+    for (const Output& output : filesOf(options.report)) {
+        files.push_back(output.path);
+    }
+    if (!options.policy.writeBaseline.empty()) {
+        files.push_back(options.policy.writeBaseline);
+    }
+    return files;
+}
+
+// Packages apart.
+std::vector<std::string> filesRead(const Settings& settings, const std::string& rules) {
+    const CheckOptions& options = settings.options;
+    std::vector<std::string> files = options.policy.waivers;
+    files.push_back(options.policy.baseline);
+    files.push_back(settings.projectFile);
+    for (const std::string& list : options.input.filesFrom) {
+        files.push_back(list == "-" ? kStandardInput : list);
+    }
+    RuleTreeVisitor visitor;
+    visitor.onFile = [&files](const std::string& file) { files.push_back(file); };
+    walkRuleTree(rules, options.judging.profiles, visitor);
+    return files;
+}
+
+bool isStandardOutputAFile() {
+    struct stat status {};
+    return fstat(STDOUT_FILENO, &status) == 0 && S_ISREG(status.st_mode);
+}
+
+}  // namespace
+
+void guardFiles(const Settings& settings, const std::string& rules,
+                const std::vector<Input>& packages) {
+    const std::vector<std::string> written = filesWritten(settings.options);
+    // The walk over the rules takes time.
+    if (written.empty() && !isStandardOutputAFile()) {
+        return;
+    }
+    std::vector<std::string> read = filesRead(settings, rules);
+    for (const Input& package : packages) {
+        read.push_back(package.path);
+    }
+    refuseLossOfFiles(written, read);
+}
+
+}  // namespace pkgvet::cli
