@@ -16,19 +16,21 @@ constexpr int kAsText = 1;
 
 }  // namespace
 
-Sha256::Sha256() : context_(rpmDigestInit(RPM_HASH_SHA256, RPMDIGEST_NONE)) {}
+Checksum::Checksum() : Checksum(RPM_HASH_SHA256) {}
 
-Sha256::~Sha256() {
+Checksum::Checksum(int algorithm) : context_(rpmDigestInit(algorithm, RPMDIGEST_NONE)) {}
+
+Checksum::~Checksum() {
     if (context_ != nullptr) {
         rpmDigestFinal(context_, nullptr, nullptr, kAsText);
     }
 }
 
-void Sha256::add(std::string_view bytes) {
+void Checksum::add(std::string_view bytes) {
     rpmDigestUpdate(context_, bytes.data(), bytes.size());
 }
 
-std::string Sha256::finish() {
+std::string Checksum::finish() {
     void* text = nullptr;
     std::size_t size = 0;
     if (rpmDigestFinal(std::exchange(context_, nullptr), &text, &size, kAsText) != 0) {

@@ -8,19 +8,21 @@ struct DIGEST_CTX_s;
 
 namespace pkgvet::cli {
 
-// SHA-256 of bytes that come piece by piece. librpm does the work, with the instructions that the
+// The digest of bytes that come piece by piece: SHA-256, or that of librpm's number. librpm does the work, with the instructions that the
 // processor has for it.
-class Sha256 {
+class Checksum {
 public:
-    Sha256();
-    Sha256(const Sha256&) = delete;
-    Sha256(Sha256&&) = delete;
-    Sha256& operator=(const Sha256&) = delete;
-    Sha256& operator=(Sha256&&) = delete;
-    ~Sha256();
+    Checksum();
+    explicit Checksum(int algorithm);
+    Checksum(const Checksum&) = delete;
+    Checksum(Checksum&&) = delete;
+    Checksum& operator=(const Checksum&) = delete;
+    Checksum& operator=(Checksum&&) = delete;
+    ~Checksum();
 
     void add(std::string_view bytes);
-    // In hexadecimal. Called once, and nothing can be added after it.
+    // In hexadecimal; empty for an algorithm that librpm does not have. Called once, and nothing can
+    // be added after it.
     std::string finish();
 
 private:

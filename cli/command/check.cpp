@@ -24,6 +24,7 @@
 #include "cli/command/option_conflicts.h"
 #include "cli/command/run_files.h"
 #include "cli/command/settings.h"
+#include "cli/integrity/keyring.h"
 #include "cli/judge/judge.h"
 #include "cli/policy/baseline.h"
 #include "cli/policy/policy.h"
@@ -107,10 +108,11 @@ std::vector<Configuration> configurationsOf(const JudgingOptions& options,
 
 // What all judges share, made once and in the process that they are copies of. It is never
 // destroyed, and neither are they.
-JudgeFunction prepareToJudge(const CheckOptions& options, const std::string& rules) {
+JudgeFunction prepareToJudge(const CheckOptions& options, const std::string& rules,
+                             const Keyring& keyring) {
     auto* const configurations =
         new std::vector<Configuration>(configurationsOf(options.judging, rules));
-    auto* const rpm = new RpmSession;
+    auto* const rpm = new RpmSession(keyring);
     return [configurations, &options, rpm](const Surroundings& surroundings) {
         return judge(surroundings, *configurations, options.integrity, rpm);
     };
@@ -125,7 +127,8 @@ Limits limitsOf(const JudgingOptions& options, unsigned jobs) {
     return limits;
 }
 
-PoolOptions poolOptions(const CheckOptions& options, const std::string& rules) {
+PoolOptions poolOptions(const CheckOptions& options, const std::string& rules,
+                        const Keyring& keyring) {
     const JudgingOptions& judging = options.judging;
     PoolOptions pool;
     for (const Profiles profile : judging.profiles) {
@@ -135,7 +138,9 @@ PoolOptions poolOptions(const CheckOptions& options, const std::string& rules) {
     pool.scratch = judging.scratch;
     pool.judging.sandbox = judging.sandbox;
     pool.judging.limits = limitsOf(judging, pool.jobs);
-    pool.judging.prepare = [&options, &rules] { return prepareToJudge(options, rules); };
+    pool.judging.prepare = [&options, &rules, &keyring] {
+        return prepareToJudge(options, rules, keyring);
+    };
     pool.judging.readable = {ParamFileValidator::standardSchemasDirectory()};
     return pool;
 }
@@ -330,16 +335,23 @@ int endOf(const RunEnd& end, bool isEndedByPipes) {
     return statusAfterOutput(end.status);
 }
 
+Keyring keyringOf(const IntegrityOptions& options, std::vector<Fault>* faults) {
+    return options.keyring.empty() ? Keyring() : readKeyring(options.keyring, faults);
+}
+
 int checkUnder(const Settings& settings) {
     const CheckOptions& options = settings.options;
     // A reader that goes away is an error like any other until all is cleared up.
     const bool isEndedByPipes = signal(SIGPIPE, SIG_IGN) != SIG_IGN;
     const DefaultRules own;
     const std::string rules = options.judging.rules.empty() ? own.path() : options.judging.rules;
+    std::vector<Fault> faults;
+    const Keyring keyring = keyringOf(options.integrity, &faults);
     // It looks at the machine while this process looks at the rules.
-    Judging judging{poolOptions(options, rules), nullptr};
+    Judging judging{poolOptions(options, rules, keyring), nullptr};
     judging.from = std::make_unique<TemplateProcess>(judging.options.judging);
-    std::vector<Fault> faults = checkRuleTree(rules, options.judging.profiles);
+    const std::vector<Fault> faultsOfRules = checkRuleTree(rules, options.judging.profiles);
+    faults.insert(faults.end(), faultsOfRules.begin(), faultsOfRules.end());
     Policy policy(options.policy, localDate(), &faults);
     if (!isSound(faults)) {
         return kUsageError;

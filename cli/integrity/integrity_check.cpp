@@ -1,16 +1,67 @@
 // Calls the program's own rules.
 #include "cli/integrity/integrity_check.h"
 
+#include <iterator>
+#include <utility>
+
 #include "cli/integrity/header_rules.h"
 
 namespace pkgvet::cli {
 
-IntegrityCheck::IntegrityCheck(const IntegrityOptions& /*options*/, const std::string& path,
-                               rpmts transactions)
-    : header_(path, transactions), files_(readFiles(header_)) {}
+namespace {
 
-void IntegrityCheck::checkHeader() {
-    checkPaths(files_, &findings_);
+// Where no thread can be had, the work is done when its result is asked for.
+constexpr std::launch kBeside = std::launch::async | std::launch::deferred;
+
+void append(std::vector<Finding> more, std::vector<Finding>* findings) {
+    std::move(more.begin(), more.end(), std::back_inserter(*findings));
+}
+
+}  // namespace
+
+IntegrityCheck::IntegrityCheck(const PackageHeader& header, const std::string& path,
+                               bool wantsSignature, RpmSession* rpm)
+    : header_(header),
+      files_(readFiles(header_)),
+      pendingVerification_(std::async(kBeside, [this, path, wantsSignature, rpm] {
+          return verifyPackage(path, header_, wantsSignature, rpm);
+      })) {}
+
+void IntegrityCheck::awaitVerification() {
+    verification_ = pendingVerification_.get();
+}
+
+void IntegrityCheck::compareTree(const std::string& root) {
+    comparison_.emplace(files_, root);
+    comparison_->compareEntries();
+    pendingComparison_ = std::async(kBeside, [this] { comparison_->compareContents(); });
+}
+
+std::vector<Finding> IntegrityCheck::findings() {
+    IntegrityFindings ofHeader;
+    checkKind(header_, &ofHeader);
+    checkTags(header_, &ofHeader);
+    checkLists(header_, &ofHeader);
+    checkPaths(files_, &ofHeader);
+    checkPathParts(header_, &ofHeader);
+    checkPathsAmongThemselves(files_, &ofHeader);
+    checkKinds(files_, &ofHeader);
+    checkModes(files_, comparison_ ? comparison_->modes() : std::vector<mode_t>(), &ofHeader);
+    checkCapabilities(header_, files_, &ofHeader);
+    checkFileDigests(files_, verification_.isPayloadBound, &ofHeader);
+    std::vector<Finding> all = std::move(verification_.findings);
+    append(ofHeader.take(), &all);
+    if (comparison_) {
+        pendingComparison_.get();
+        append(comparison_->take(), &all);
+    }
+    return all;
+}
+
+std::vector<Finding> IntegrityCheck::findingsOnPlaces(const PlaceRules& rules) const {
+    IntegrityFindings findings;
+    checkPlaces(files_, rules, &findings);
+    return findings.take();
 }
 
 }  // namespace pkgvet::cli

@@ -1,15 +1,17 @@
 // The program's own rules on one package.
 #pragma once
 
-#include <rpm/rpmts.h>
-
+#include <future>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "cli/integrity/header_files.h"
-#include "cli/integrity/integrity_findings.h"
-#include "cli/integrity/integrity_options.h"
 #include "cli/integrity/package_header.h"
+#include "cli/integrity/place_rules.h"
+#include "cli/integrity/rpm_session.h"
+#include "cli/integrity/tree_rules.h"
+#include "cli/integrity/verification.h"
 #include "cli/model/model.h"
 
 namespace pkgvet::cli {
@@ -18,22 +20,31 @@ namespace pkgvet::cli {
 // header in one place and at the unpacked payload in another; these rules hold the two against each
 // other, and look at what the header would do beyond the files that it lists.
 //
-// One object looks at one package.
+// One object looks at one package, and its calls come in the order in which they stand here. What
+// takes long runs beside whatever the caller does in between: first librpm, then only reading.
 class IntegrityCheck {
 public:
-    // The package is at path, as a whole and for as long as this constructor runs.
-    IntegrityCheck(const IntegrityOptions& options, const std::string& path, rpmts transactions);
+    // header, which outlives the check, is that of the package at path. The package is read until
+    // awaitVerification, and nobody else uses the session as long.
+    IntegrityCheck(const PackageHeader& header, const std::string& path, bool wantsSignature,
+                   RpmSession* rpm);
 
-    // The rules on the header.
-    void checkHeader();
+    void awaitVerification();
+    // The payload was unpacked below root, where nothing changes any more. Without this call the
+    // rules on the payload do not run.
+    void compareTree(const std::string& root);
 
-    // What the rules found since the last call, which is handed over.
-    std::vector<Finding> take() { return findings_.take(); }
+    // All findings but those that depend on the profile.
+    std::vector<Finding> findings();
+    std::vector<Finding> findingsOnPlaces(const PlaceRules& rules) const;
 
 private:
-    PackageHeader header_;
+    const PackageHeader& header_;
     HeaderFiles files_;
-    IntegrityFindings findings_;
+    std::future<Verification> pendingVerification_;
+    Verification verification_;
+    std::optional<TreeComparison> comparison_;
+    std::future<void> pendingComparison_;
 };
 
 }  // namespace pkgvet::cli

@@ -5,6 +5,8 @@
 #include <rpm/rpmlib.h>
 #include <rpm/rpmtd.h>
 
+#include <algorithm>
+
 namespace pkgvet::cli {
 
 namespace {
@@ -100,6 +102,7 @@ std::vector<rpmTagVal> PackageHeader::tags() const {
             rpmtdFreeData(data.get());
         }
     }
+    std::sort(tags.begin(), tags.end());
     return tags;
 }
 

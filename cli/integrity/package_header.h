@@ -33,7 +33,7 @@ public:
     std::vector<std::uint64_t> numbers(rpmTagVal tag) const;
     // The first value, empty when there is none.
     std::string text(rpmTagVal tag) const;
-    // Every tag, in the order of the header.
+    // Every tag, in ascending order. What makes up the header itself is left out.
     std::vector<rpmTagVal> tags() const;
 
 private:

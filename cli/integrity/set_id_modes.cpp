@@ -25,10 +25,9 @@ SetIdModes readSetIdModes(const PackageHeader& header) {
     if (std::none_of(modes.begin(), modes.end(), hasBit)) {
         return found;
     }
-    const HeaderFiles files = readFiles(header);
-    for (std::size_t i = 0; i < std::min(files.size(), modes.size()); ++i) {
-        if (hasBit(modes[i])) {
-            found.emplace(files[i].path, static_cast<unsigned>(modes[i] & kSetIdBits));
+    for (const HeaderFile& file : readFiles(header).files) {
+        if (hasBit(file.mode)) {
+            found.emplace(file.path, static_cast<unsigned>(file.mode & kSetIdBits));
         }
     }
     return found;

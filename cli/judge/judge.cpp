@@ -86,8 +86,7 @@ RpmMeta readHeader(const std::string& path, RpmSession* rpm) {
 }
 
 // Nothing is unpacked without the guard.
-const ContentValidator& unpack(const Surroundings& surroundings, RpmSession* rpm) {
-    const PackageHeader header(surroundings.copyPath, rpm->transactions());
+const ContentValidator& unpack(const Surroundings& surroundings, const PackageHeader& header) {
     const Cause cause = surroundings.placeGuard(readSetIdModes(header));
     if (cause.code != CauseCode::None) {
         throw NotJudged{cause};
@@ -129,25 +128,30 @@ void judgeHeaderAlone(const std::vector<Configuration>& configurations, const Rp
     }
 }
 
-// The program's own rules make a verdict of their own, the same under each profile.
-void addIntegrity(const std::vector<Finding>& findings, PackageReport* report) {
-    const bool intact = std::none_of(findings.begin(), findings.end(),
-                                     [](const Finding& finding) { return isGrave(finding); });
-    for (Judgement& judgement : report->judgements) {
-        judgement.intact = intact;
-        judgement.passes = judgement.passes && intact;
-        judgement.findings.insert(judgement.findings.end(), findings.begin(), findings.end());
-    }
+void append(const std::vector<Finding>& more, std::vector<Finding>* findings) {
+    findings->insert(findings->end(), more.begin(), more.end());
 }
 
-std::vector<Finding> integrityOf(const std::string& path, const IntegrityOptions& options,
-                                 RpmSession* rpm) {
-    if (!options.enabled) {
-        return {};
+// The program's own rules make a verdict of their own.
+void addIntegrity(const std::vector<Finding>& findings, Judgement* judgement) {
+    judgement->intact = std::none_of(findings.begin(), findings.end(),
+                                     [](const Finding& finding) { return isGrave(finding); });
+    judgement->passes = judgement->passes && judgement->intact;
+    append(findings, &judgement->findings);
+}
+
+// What was found of the package, and behind it what depends on the profile.
+void addIntegrity(const std::vector<Finding>& findings, const std::optional<IntegrityCheck>& check,
+                  const std::vector<Configuration>& configurations, PackageReport* report) {
+    for (std::size_t i = 0; i < configurations.size(); ++i) {
+        std::vector<Finding> all = findings;
+        if (check) {
+            append(check->findingsOnPlaces({report->name, configurations[i].libexecDir(),
+                                            configurations[i].pathsList()}),
+                   &all);
+        }
+        addIntegrity(all, &report->judgements[i]);
     }
-    IntegrityCheck check(options, path, rpm->transactions());
-    check.checkHeader();
-    return check.take();
 }
 
 void judgeCopy(const Surroundings& surroundings, const std::vector<Configuration>& configurations,
@@ -156,17 +160,31 @@ void judgeCopy(const Surroundings& surroundings, const std::vector<Configuration
     PackageCopy copy(surroundings.package, surroundings.copyPath, &report->sha256);
     const RpmMeta meta = readHeader(surroundings.copyPath, rpm);
     describe(meta, report);
-    std::vector<Finding> own = integrityOf(surroundings.copyPath, integrity, rpm);
-    const ContentValidator& content = unpack(surroundings, rpm);
+    const PackageHeader header(surroundings.copyPath, rpm->transactions());
+    std::optional<IntegrityCheck> check;
+    if (integrity.enabled) {
+        check.emplace(header, surroundings.copyPath, !integrity.keyring.empty(), rpm);
+    }
+    const ContentValidator& content = unpack(surroundings, header);
     copy.finish();
+    if (check) {
+        check->awaitVerification();
+    }
+    std::vector<Finding> own;
     if (std::optional<Finding> irregularity = irregularityOf(surroundings, content.extracted())) {
         own.push_back(std::move(*irregularity));
         judgeHeaderAlone(configurations, meta, &capture, report);
     } else {
         surroundings.closeAround();
+        if (check) {
+            check->compareTree(surroundings.tree);
+        }
         judgeContent(content, configurations, meta, &capture, report);
     }
-    addIntegrity(own, report);
+    if (check) {
+        append(check->findings(), &own);
+    }
+    addIntegrity(own, check, configurations, report);
 }
 
 }  // namespace

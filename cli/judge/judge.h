@@ -9,7 +9,7 @@
 
 #include "cli/guard/guard_note.h"
 #include "cli/integrity/integrity_options.h"
-#include "cli/judge/rpm_session.h"
+#include "cli/integrity/rpm_session.h"
 #include "cli/model/model.h"
 
 class Configuration;
@@ -20,6 +20,7 @@ namespace pkgvet::cli {
 struct Surroundings {
     int package = -1;      // a descriptor of the package, which is read to its end
     std::string copyPath;  // where its copy goes; safe in a shell, and in a place that is private
+    std::string tree;      // where the payload will be unpacked
     // Called once the payload is unpacked, before a rule looks.
     std::function<void()> closeAround;
     // Called when unpacking failed: the limit that it met, without a code when it met none.

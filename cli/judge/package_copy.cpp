@@ -60,7 +60,7 @@ void copyBytes(int from, int to) {
 }
 
 std::string checksumOf(const Descriptor& file) {
-    Sha256 checksum;
+    Checksum checksum;
     std::string piece(kPieceSize, '\0');
     while (const std::size_t size = readPiece(file.get(), &piece)) {
         checksum.add(std::string_view(piece).substr(0, size));

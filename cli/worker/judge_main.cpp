@@ -121,6 +121,7 @@ PackageReport judgeInWorld(const WorldPlan& plan, const SystemCallFilter& filter
     Surroundings surroundings;
     surroundings.package = descriptors.package.get();
     surroundings.copyPath = world.copyPath();
+    surroundings.tree = world.tree();
     surroundings.closeAround = [&world] { world.closeAround(); };
     surroundings.limitMet = [&world] { return world.limitMet(); };
     surroundings.placeGuard = [&world](const SetIdModes& modes) { return world.placeGuard(modes); };

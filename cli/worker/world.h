@@ -58,6 +58,9 @@ public:
     // What it noted, nothing when it did not run.
     std::optional<GuardNote> guardNote() const;
 
+    // Where the payload is unpacked, as the judge sees it.
+    const std::string& tree() const { return tree_; }
+
     // Once the payload is unpacked: from now on it is all that can be read. With namespaces it is
     // also all that can be seen, under the path that it had.
     void closeAround();

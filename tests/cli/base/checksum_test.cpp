@@ -2,12 +2,13 @@
 #include "cli/base/checksum.h"
 
 #include <gtest/gtest.h>
+#include <rpm/rpmpgp.h>
 
 namespace {
 
-using pkgvet::cli::Sha256;
+using pkgvet::cli::Checksum;
 
-TEST(Sha256, KnownSums) {
+TEST(Checksum, KnownSums) {
     struct Case {
         const char* name;
         std::string content;
@@ -21,24 +22,32 @@ TEST(Sha256, KnownSums) {
     };
     for (const Case& test : cases) {
         SCOPED_TRACE(test.name);
-        Sha256 checksum;
+        Checksum checksum;
         checksum.add(test.content);
         EXPECT_EQ(checksum.finish(), test.sum);
     }
 }
 
-TEST(Sha256, PiecesMakeNoDifference) {
-    Sha256 whole;
+TEST(Checksum, PiecesMakeNoDifference) {
+    Checksum whole;
     whole.add("abcdef");
-    Sha256 pieces;
+    Checksum pieces;
     for (const char* piece : {"a", "", "bcd", "ef"}) {
         pieces.add(piece);
     }
     EXPECT_EQ(pieces.finish(), whole.finish());
 }
 
-TEST(Sha256, OneThatIsNotFinishedIsReleased) {
-    Sha256 checksum;
+TEST(Checksum, OtherAlgorithmsHaveTheirNumbers) {
+    Checksum md5(PGPHASHALGO_MD5);
+    EXPECT_EQ(md5.finish(), "d41d8cd98f00b204e9800998ecf8427e");
+    Checksum unknown(99);
+    unknown.add("x");
+    EXPECT_EQ(unknown.finish(), "");
+}
+
+TEST(Checksum, OneThatIsNotFinishedIsReleased) {
+    Checksum checksum;
     checksum.add("abc");
 }
 

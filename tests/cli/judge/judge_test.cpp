@@ -47,6 +47,7 @@ protected:
         Surroundings surroundings;
         surroundings.package = package.get();
         surroundings.copyPath = directory_ / "copy.rpm";
+        surroundings.tree = tree_;
         surroundings.closeAround = [this] { ++closed_; };
         surroundings.limitMet = [this] { return limit_; };
         surroundings.placeGuard = [this](const SetIdModes& modes) {

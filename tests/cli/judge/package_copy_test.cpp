@@ -26,7 +26,7 @@ std::string contentOf(const std::string& path) {
 }
 
 std::string sumOf(const std::string& content) {
-    pkgvet::cli::Sha256 sum;
+    pkgvet::cli::Checksum sum;
     sum.add(content);
     return sum.finish();
 }

@@ -2,6 +2,9 @@
 #pragma once
 
 #include <string>
+#include <vector>
+
+#include "cli/integrity/keyring.h"
 
 using rpmts = struct rpmts_s*;
 
@@ -15,7 +18,8 @@ namespace pkgvet::cli {
 // librpm's state is the process's.
 class RpmSession {
 public:
-    RpmSession();
+    // Knows the keys of keyring and no others.
+    explicit RpmSession(const Keyring& keyring = {});
     RpmSession(const RpmSession&) = delete;
     RpmSession(RpmSession&&) = delete;
     RpmSession& operator=(const RpmSession&) = delete;
@@ -24,12 +28,14 @@ public:
 
     rpmts transactions() const { return transactions_; }
 
-    // librpm's last message since the last call, without its line feed; empty when there was none.
+    // librpm's messages since the last call, without their line feeds.
+    std::vector<std::string> takeMessages();
+    // The last one of them; empty when there was none.
     std::string takeMessage();
 
 private:
     rpmts transactions_;
-    std::string message_;
+    std::vector<std::string> messages_;
 };
 
 }  // namespace pkgvet::cli

@@ -1,0 +1,63 @@
+// The rules that hold the header against the unpacked payload.
+#pragma once
+
+#include <sys/types.h>
+
+#include <map>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "cli/integrity/file_content.h"
+#include "cli/integrity/header_files.h"
+#include "cli/integrity/integrity_findings.h"
+#include "cli/integrity/tree_walk.h"
+
+namespace pkgvet::cli {
+
+// Holds the files of a header against the tree at root, each of which may have been made by
+// strangers, in two steps: the first one looks at what the file system knows, the second one reads
+// all files and may run beside whatever else only reads the tree.
+//
+// What cpio makes beyond the entries of the payload, the directories above them, is not held
+// against the package where the header has something below them.
+class TreeComparison {
+public:
+    TreeComparison(const HeaderFiles& list, const std::string& root);
+
+    void compareEntries();
+    void compareContents();
+
+    // The mode of each file of the header as it was unpacked, 0 for what is not there.
+    const std::vector<mode_t>& modes() const { return modes_; }
+    std::vector<Finding> take() { return findings_.take(); }
+
+private:
+    // A file whose content is still to be read.
+    struct PendingFile {
+        std::size_t index;  // in the header
+        ino_t inode;
+    };
+
+    std::optional<std::size_t> find(const std::string& path) const;
+    bool isAboveSome(const std::string& path) const;
+    void compareUnlisted(const TreeEntry& entry);
+    void compareListed(std::size_t index, const TreeEntry& entry);
+    void compareFile(std::size_t index, const TreeEntry& entry);
+    void compareLink(std::size_t index, const TreeEntry& entry);
+    void readContent(const PendingFile& file);
+    void compareContent(const HeaderFile& file, const FileContent& content);
+    void findMissing();
+    void compareHardLinks();
+
+    const HeaderFiles& list_;
+    const std::string& root_;
+    std::vector<std::size_t> sorted_;  // numbers of files in the order of their paths
+    std::vector<mode_t> modes_;
+    std::vector<ino_t> inodes_;  // of files, 0 for what is none
+    std::vector<PendingFile> pending_;
+    std::map<ino_t, FileContent> contents_;  // of files with hard links, which are read once
+    IntegrityFindings findings_;
+};
+
+}  // namespace pkgvet::cli

@@ -1,0 +1,53 @@
+// What is known of a file once it was read.
+#include "cli/integrity/file_content.h"
+
+#include <gtest/gtest.h>
+#include <rpm/rpmpgp.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cerrno>
+
+#include "tests/support/rpm_file.h"
+#include "tests/support/temporary_directory.h"
+
+namespace {
+
+using namespace pkgvet::cli;
+
+class FileContentTest : public testing::Test {
+protected:
+    FileContent contentOf(const std::string& text, int algorithm = PGPHASHALGO_SHA256) {
+        return readContent(directory_.write("file", text), algorithm);
+    }
+
+    TemporaryDirectory directory_;
+};
+
+TEST_F(FileContentTest, DigestIsThatOfTheWholeFile) {
+    for (const std::string& text : {std::string(), std::string("x"), std::string(1'000'000, 'y')}) {
+        for (const int algorithm : {PGPHASHALGO_MD5, PGPHASHALGO_SHA1, PGPHASHALGO_SHA256,
+                                    PGPHASHALGO_SHA384, PGPHASHALGO_SHA512}) {
+            EXPECT_EQ(contentOf(text, algorithm).digest, digestOf(algorithm, text));
+        }
+    }
+    EXPECT_EQ(contentOf("x", 99).digest, "");
+}
+
+TEST_F(FileContentTest, NulBytesAreSeenWhereverTheyAre) {
+    EXPECT_FALSE(contentOf("").holdsNul);
+    EXPECT_FALSE(contentOf(std::string(1'000'000, 'y')).holdsNul);
+    EXPECT_TRUE(contentOf(std::string(1, '\0')).holdsNul);
+    EXPECT_TRUE(contentOf(std::string(1'000'000, 'y') + '\0').holdsNul);
+    EXPECT_TRUE(contentOf('\0' + std::string(1'000'000, 'y')).holdsNul);
+}
+
+TEST_F(FileContentTest, WhatIsNotAFileSaysWhyItCannotBeRead) {
+    symlink("/etc/passwd", (directory_ / "link").c_str());
+    EXPECT_EQ(readContent(directory_ / "link", PGPHASHALGO_SHA256).error, ELOOP);
+    EXPECT_EQ(readContent(directory_ / "missing", PGPHASHALGO_SHA256).error, ENOENT);
+    EXPECT_EQ(readContent(directory_.path(), PGPHASHALGO_SHA256).error, EISDIR);
+    EXPECT_EQ(contentOf("x").error, 0);
+}
+
+}  // namespace
