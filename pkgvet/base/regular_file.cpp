@@ -22,10 +22,10 @@ constexpr const char* kReadMode = "rb";
 constexpr int kOpenFlags = O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK;
 
 // A link of a package may lead to a file that the kernel generates, and one of these, in /proc,
-// states the size of the whole address space.
-bool isGeneratedByKernel(int descriptor) {
+// states the size of the whole address space. None of them takes up room.
+bool isGeneratedByKernel(int descriptor, const struct stat& status) {
     struct statfs system {};
-    return fstatfs(descriptor, &system) == 0 &&
+    return status.st_blocks == 0 && fstatfs(descriptor, &system) == 0 &&
            (system.f_type == PROC_SUPER_MAGIC || system.f_type == SYSFS_MAGIC);
 }
 
@@ -42,17 +42,19 @@ bool mayNeverEnd(const char* path) {
 }
 
 OpenFile openRegularFile(const std::string& path) {
+    return isRegularFile(path) ? openFileSeenRegular(path) : OpenFile();
+}
+
+OpenFile openFileSeenRegular(const std::string& path) {
     OpenFile file;
-    if (!isRegularFile(path)) {
-        return file;
-    }
     Descriptor descriptor(open(path.c_str(), kOpenFlags));
     struct stat status {};
     if (!descriptor.isOpen() || fstat(descriptor.get(), &status) != 0 || !S_ISREG(status.st_mode)) {
         return file;
     }
-    file.size =
-        isGeneratedByKernel(descriptor.get()) ? 0 : static_cast<std::uint64_t>(status.st_size);
+    file.size = isGeneratedByKernel(descriptor.get(), status)
+                    ? 0
+                    : static_cast<std::uint64_t>(status.st_size);
     file.descriptor = std::move(descriptor);
     return file;
 }

@@ -35,6 +35,10 @@ struct OpenFile {
 // states.
 OpenFile openRegularFile(const std::string& path);
 
+// The same for a path that was found to lead to a regular file a moment ago, and is not looked at
+// once more before it is opened.
+OpenFile openFileSeenRegular(const std::string& path);
+
 // The whole content of the regular file that path leads to. Nothing when there is no such file,
 // when it cannot be read or when it holds more than maxBytes. No more is read than the size that
 // the file states.
@@ -50,6 +54,7 @@ class RegularFileReader {
 public:
     // A file that cannot be opened has nothing to read.
     explicit RegularFileReader(const std::string& path);
+    explicit RegularFileReader(OpenFile file);
 
     bool isOpen() const { return descriptor_.isOpen(); }
     // What is still to be read, if the file holds what it states.
@@ -60,8 +65,6 @@ public:
     bool read(std::string* content);
 
 private:
-    explicit RegularFileReader(OpenFile file);
-
     Descriptor descriptor_;
     std::uint64_t remaining_;
 };

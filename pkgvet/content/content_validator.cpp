@@ -6,6 +6,7 @@
 
 #include <string>
 
+#include "pkgvet/base/file_modes.h"
 #include "pkgvet/base/remove_tree.h"
 #include "pkgvet/content/content_validator_private.h"
 #include "pkgvet/desktop/desktop_entry.h"
@@ -37,6 +38,22 @@ std::string makeTemporaryDirectory() {
         rmdir(directory.c_str());
     }
 }
+
+// Has the rules share the modes of the files as long as it lives.
+class RememberedModes {
+public:
+    RememberedModes(const RpmMeta& meta, ContentValidatorPrivate* record) : record_(*record) {
+        record_.modes = pkgvet::readModes(record_.tempDir, meta.paths());
+    }
+    RememberedModes(const RememberedModes&) = delete;
+    RememberedModes(RememberedModes&&) = delete;
+    RememberedModes& operator=(const RememberedModes&) = delete;
+    RememberedModes& operator=(RememberedModes&&) = delete;
+    ~RememberedModes() { record_.modes.reset(); }
+
+private:
+    ContentValidatorPrivate& record_;
+};
 
 }  // namespace
 
@@ -78,6 +95,7 @@ bool ContentValidator::extracted() const {
 // Rules pass results on through the record, so that their order is part of the verdict.
 bool ContentValidator::validateContent(const Configuration& config, const RpmMeta& meta) {
     const std::string& tempDir = d_ptr->tempDir;
+    const RememberedModes modes(meta, d_ptr.get());
     const std::string mainBinaryPath = tempDir + config.binDir() + meta.name();
     const std::string desktopPath = config.desktopDir() + meta.name() + kDesktopSuffix;
     checkDesktop(config, meta, desktopPath);

@@ -1,7 +1,11 @@
 // The record behind ContentValidator: what its rules found and what they pass on to each other.
 #pragma once
 
+#include <sys/types.h>
+
+#include <optional>
 #include <string>
+#include <vector>
 
 #include "pkgvet/desktop/desktop_facts.h"
 #include "pkgvet/elf/binary_facts.h"
@@ -15,5 +19,7 @@ struct ContentValidatorPrivate {
     pkgvet::BinaryFacts binaryFacts;
     pkgvet::FileFacts fileFacts;
     pkgvet::Findings findings;
+    // Of the files of the package while all rules run, and nothing changes them.
+    std::optional<std::vector<mode_t>> modes;
     std::string tempDir;  // without a trailing "/", empty unless the payload was unpacked
 };

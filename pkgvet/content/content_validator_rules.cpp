@@ -1,4 +1,5 @@
 // The rules as members of ContentValidator.
+#include "pkgvet/base/file_modes.h"
 #include "pkgvet/content/content_validator.h"
 #include "pkgvet/content/content_validator_private.h"
 #include "pkgvet/desktop/desktop_rules.h"
@@ -6,6 +7,16 @@
 #include "pkgvet/files/file_rules.h"
 #include "pkgvet/package/rpm_meta.h"
 #include "pkgvet/qml/qml_rules.h"
+
+namespace {
+
+// A caller of a single rule may have changed files since the last.
+std::vector<mode_t> modesOf(const RpmMeta& rpm, const std::string& root,
+                            const ContentValidatorPrivate& record) {
+    return record.modes ? *record.modes : pkgvet::readModes(root, rpm.paths());
+}
+
+}  // namespace
 
 bool ContentValidator::binRequired() const {
     return pkgvet::isBinaryRequired(d_ptr->desktopFacts.qmlOnly, d_ptr->fileFacts);
@@ -77,9 +88,10 @@ void ContentValidator::checkQmlImports(const Configuration& configuration, const
 
 void ContentValidator::checkExecutables(const Configuration& configuration, const RpmMeta& rpm,
                                         const std::string& root) {
+    const std::vector<mode_t> modes = modesOf(rpm, root, *d_ptr);
     pkgvet::checkExecutables(
-        {rpm.name(), rpm.arch(), rpm.paths(), root, d_ptr->desktopFacts.qmlOnly}, configuration,
-        &d_ptr->binaryFacts, &d_ptr->findings);
+        {rpm.name(), rpm.arch(), rpm.paths(), modes, root, d_ptr->desktopFacts.qmlOnly},
+        configuration, &d_ptr->binaryFacts, &d_ptr->findings);
 }
 
 void ContentValidator::checkLibraries(const Configuration& configuration, const RpmMeta& rpm,
@@ -114,7 +126,7 @@ void ContentValidator::checkArch(const RpmMeta& meta) {
 }
 
 void ContentValidator::checkSandboxing(const RpmMeta& rpm, const std::string& tempDir) {
-    pkgvet::checkSandboxing(rpm.paths(), tempDir, &d_ptr->findings);
+    pkgvet::checkSandboxing(rpm.paths(), modesOf(rpm, tempDir, *d_ptr), tempDir, &d_ptr->findings);
 }
 
 void ContentValidator::checkExcludedPaths(const Configuration& configuration, const RpmMeta& rpm,
@@ -126,7 +138,9 @@ void ContentValidator::checkExcludedPaths(const Configuration& configuration, co
 }
 
 void ContentValidator::checkEmptyDirectories(const RpmMeta& rpm) {
-    pkgvet::checkEmptyDirectories(rpm.paths(), d_ptr->tempDir, &d_ptr->findings);
+    const std::string& tempDir = d_ptr->tempDir;
+    pkgvet::checkEmptyDirectories(rpm.paths(), modesOf(rpm, tempDir, *d_ptr), tempDir,
+                                  &d_ptr->findings);
 }
 
 void ContentValidator::checkConfigurationParameterFile(const RpmMeta& rpm) {
@@ -135,6 +149,6 @@ void ContentValidator::checkConfigurationParameterFile(const RpmMeta& rpm) {
 
 void ContentValidator::processPermissions(const Configuration& configuration, const RpmMeta& rpm,
                                           const std::string& tempDir) {
-    pkgvet::processPermissions(rpm.name(), rpm.paths(), rpm.users(), rpm.groups(), configuration,
-                               tempDir, &d_ptr->findings);
+    pkgvet::processPermissions(rpm.name(), rpm.paths(), modesOf(rpm, tempDir, *d_ptr), rpm.users(),
+                               rpm.groups(), configuration, tempDir, &d_ptr->findings);
 }

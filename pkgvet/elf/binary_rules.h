@@ -26,7 +26,8 @@ struct PackageFiles {
     const std::string& packageName;
     const std::string& arch;
     const std::vector<std::string>& paths;
-    const std::string& root;  // the directory on disk that the package was unpacked into
+    const std::vector<mode_t>& modes;  // of the files at paths, from readModes()
+    const std::string& root;           // the directory on disk that the package was unpacked into
     bool isQmlOnly;
 };
 

@@ -62,16 +62,23 @@ private:
     Regex sharedObject_;
 };
 
+// Two bits and not a comparison of the whole type: a socket, whose type shares the bit of a regular
+// file, counts as well.
+bool isExecutableMode(mode_t mode) {
+    constexpr mode_t kWanted = S_IFREG | S_IXUSR;
+    return (mode & kWanted) == kWanted;
+}
+
 // Judges the format of all executables, and returns the paths of the good ones.
 std::vector<std::string> checkFormats(const PackageFiles& files, BinaryFacts* facts,
                                       Findings* findings) {
     std::vector<std::string> goodPaths;
-    for (const std::string& path : files.paths) {
-        const std::string file = files.root + path;
-        if (!isExecutable(file)) {
+    for (std::size_t i = 0; i < files.paths.size(); ++i) {
+        const std::string& path = files.paths[i];
+        if (!isExecutableMode(files.modes[i])) {
             continue;
         }
-        if (!hasGoodFormat(ElfReader(file.c_str()))) {
+        if (!hasGoodFormat(ElfReader((files.root + path).c_str()))) {
             findings->violation(kExecutableBadFormat, {path});
             continue;
         }
@@ -98,12 +105,9 @@ void checkPlaces(const PlaceFinder& places, const std::string& root,
 
 }  // namespace
 
-// Two bits and not a comparison of the whole type: a socket, whose type shares the bit of a regular
-// file, counts as well.
 bool isExecutable(const std::string& path) {
     struct stat status {};
-    constexpr mode_t kWanted = S_IFREG | S_IXUSR;
-    return stat(path.c_str(), &status) == 0 && (status.st_mode & kWanted) == kWanted;
+    return stat(path.c_str(), &status) == 0 && isExecutableMode(status.st_mode);
 }
 
 // All formats are judged before the first place, so that findings come in two groups, each in the

@@ -1,6 +1,8 @@
 // The rules on the files of a package as such.
 #pragma once
 
+#include <sys/types.h>
+
 #include <string>
 #include <vector>
 
@@ -11,9 +13,9 @@ class Configuration;
 
 namespace pkgvet {
 
-// All rules look at paths, the package's list of files, in its order. tempDir is the directory that
-// holds the unpacked payload, without a trailing "/": the file at a path stands on disk at tempDir
-// and the path.
+// All rules look at paths, the package's list of files, in its order. modes go with paths element
+// by element and come from readModes(). tempDir is the directory that holds the unpacked payload,
+// without a trailing "/": the file at a path stands on disk at tempDir and the path.
 
 // What the desktop file says of the application, as far as the rule on places needs it. All of it
 // stays empty without a desktop file.
@@ -29,8 +31,8 @@ void checkIcons(const std::string& packageName, const std::vector<std::string>& 
                 const Configuration& configuration, const std::string& tempDir, Findings* findings);
 
 // No file may hold the home directory of the platform's default user.
-void checkSandboxing(const std::vector<std::string>& paths, const std::string& tempDir,
-                     Findings* findings);
+void checkSandboxing(const std::vector<std::string>& paths, const std::vector<mode_t>& modes,
+                     const std::string& tempDir, Findings* findings);
 
 // Files may be installed in certain places only, and the main binary has to be there unless the
 // application is written in QML alone. Throws std::regex_error for a pattern of the rule set that
@@ -47,8 +49,8 @@ bool isBinaryRequired(bool isQmlOnly, const FileFacts& facts);
 
 // Warns of directories that may vanish at installation. Throws std::filesystem::filesystem_error
 // for one that cannot be looked into.
-void checkEmptyDirectories(const std::vector<std::string>& paths, const std::string& tempDir,
-                           Findings* findings);
+void checkEmptyDirectories(const std::vector<std::string>& paths, const std::vector<mode_t>& modes,
+                           const std::string& tempDir, Findings* findings);
 
 // The file of managed configuration has to be valid, if there is one. Throws
 // std::filesystem::filesystem_error when that cannot be told.
@@ -59,7 +61,7 @@ void checkConfigurationParameterFile(const std::string& packageName, const std::
 // users and groups go with paths element by element; std::out_of_range when one is shorter. Throws
 // std::regex_error for a path that does not compile as a pattern where a link needs it.
 void processPermissions(const std::string& packageName, const std::vector<std::string>& paths,
-                        const std::vector<std::string>& users,
+                        const std::vector<mode_t>& modes, const std::vector<std::string>& users,
                         const std::vector<std::string>& groups, const Configuration& configuration,
                         const std::string& tempDir, Findings* findings);
 

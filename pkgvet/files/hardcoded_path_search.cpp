@@ -121,7 +121,7 @@ bool HardcodedPathSearch::feed(std::string_view piece) {
 
 // Of a file that cannot be read to its end, the part that was read is searched.
 bool holdsHardcodedPath(const std::string& path, std::string* buffer) {
-    RegularFileReader file(path);
+    RegularFileReader file(openFileSeenRegular(path));
     HardcodedPathSearch search;
     while (file.remaining() > 0) {
         buffer->resize(static_cast<std::size_t>(std::min(file.remaining(), kPieceSize)));

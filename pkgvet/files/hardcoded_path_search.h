@@ -22,8 +22,8 @@ private:
     std::size_t matched_ = 0;  // characters of the path that the text last held
 };
 
-// Whether the text of the regular file at path, on disk, holds the home directory; links are
-// followed. What is not a regular file, or cannot be opened, has no text. buffer holds the pieces,
+// Whether the text of the file at path, on disk, holds the home directory. The path was found to
+// lead to a regular file; what cannot be opened has no text. buffer holds the pieces,
 // so that a caller with many files allocates it once.
 bool holdsHardcodedPath(const std::string& path, std::string* buffer);
 

@@ -61,8 +61,8 @@ public:
           executablePattern_(rulePattern(executablePatternText(Regex::escape(packageName)))),
           findings_(*findings) {}
 
-    // False for what cannot be read, whose owners are not judged either.
-    bool judge(const std::string& path);
+    // mode as of readModes(). False for what cannot be read, whose owners are not judged either.
+    bool judge(const std::string& path, mode_t mode);
 
 private:
     void judgeUnreadable(const std::string& path);
@@ -81,17 +81,16 @@ private:
 };
 
 // A link that leads somewhere, in the tree or on this machine, is judged by what it leads to.
-bool ModeWalk::judge(const std::string& path) {
-    struct stat status {};
-    if (stat((tempDir_ + path).c_str(), &status) != 0) {
+bool ModeWalk::judge(const std::string& path, mode_t mode) {
+    if (mode == 0) {
         judgeUnreadable(path);
         return false;
     }
-    if ((status.st_mode & kFileBit) != 0) {
-        judgeSpecialBits(path, status.st_mode);
-        judgeExecutable(path, status.st_mode);
+    if ((mode & kFileBit) != 0) {
+        judgeSpecialBits(path, mode);
+        judgeExecutable(path, mode);
     }
-    judgeWritable(path, status.st_mode);
+    judgeWritable(path, mode);
     return true;
 }
 
@@ -154,12 +153,12 @@ bool ModeWalk::isPackagePath(const std::string& target) {
 }  // namespace
 
 void processPermissions(const std::string& packageName, const std::vector<std::string>& paths,
-                        const std::vector<std::string>& users,
+                        const std::vector<mode_t>& modes, const std::vector<std::string>& users,
                         const std::vector<std::string>& groups, const Configuration& configuration,
                         const std::string& tempDir, Findings* findings) {
     ModeWalk walk(packageName, paths, configuration.name(), tempDir, findings);
     for (std::size_t i = 0; i < paths.size(); ++i) {
-        if (!walk.judge(paths[i])) {
+        if (!walk.judge(paths[i], modes[i])) {
             continue;
         }
         if (users.at(i) != kRoot) {

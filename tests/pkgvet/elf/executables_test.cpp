@@ -3,6 +3,7 @@
 
 #include <filesystem>
 
+#include "pkgvet/base/file_modes.h"
 #include "pkgvet/elf/binary_facts.h"
 #include "pkgvet/elf/binary_rules.h"
 #include "pkgvet/report/findings.h"
@@ -53,8 +54,9 @@ protected:
 
     Lines check() {
         const CapturedLog log;
-        checkExecutables({packageName_, arch_, paths_, root(), isQmlOnly_}, load(tree_), &facts_,
-                         &findings_);
+        const std::vector<mode_t> modes = pkgvet::readModes(root(), paths_);
+        checkExecutables({packageName_, arch_, paths_, modes, root(), isQmlOnly_}, load(tree_),
+                         &facts_, &findings_);
         return log.lines();
     }
 

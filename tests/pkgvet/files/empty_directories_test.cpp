@@ -4,6 +4,7 @@
 
 #include <filesystem>
 
+#include "pkgvet/base/file_modes.h"
 #include "pkgvet/files/file_rules.h"
 #include "tests/support/captured_log.h"
 #include "tests/support/child_process.h"
@@ -21,7 +22,8 @@ class EmptyDirectories : public testing::Test {
 protected:
     RuleRun check(const std::vector<std::string>& paths) {
         return runRule([&](pkgvet::Findings* findings) {
-            pkgvet::checkEmptyDirectories(paths, root_.path(), findings);
+            pkgvet::checkEmptyDirectories(paths, pkgvet::readModes(root_.path(), paths),
+                                          root_.path(), findings);
         });
     }
 

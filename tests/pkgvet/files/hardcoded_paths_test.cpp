@@ -5,6 +5,7 @@
 
 #include <filesystem>
 
+#include "pkgvet/base/file_modes.h"
 #include "pkgvet/files/file_rules.h"
 #include "tests/support/captured_log.h"
 #include "tests/support/rule_run.h"
@@ -21,7 +22,8 @@ class Sandboxing : public testing::Test {
 protected:
     RuleRun check(const std::vector<std::string>& paths) {
         return runRule([&](pkgvet::Findings* findings) {
-            pkgvet::checkSandboxing(paths, root_.path(), findings);
+            pkgvet::checkSandboxing(paths, pkgvet::readModes(root_.path(), paths), root_.path(),
+                                    findings);
         });
     }
 

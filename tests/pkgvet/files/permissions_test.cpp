@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <stdexcept>
 
+#include "pkgvet/base/file_modes.h"
 #include "pkgvet/files/file_rules.h"
 #include "pkgvet/rules/configuration.h"
 #include "tests/support/captured_log.h"
@@ -36,8 +37,8 @@ protected:
     RuleRun check(Profiles profile = Profiles::Regular, const std::string& packageName = "app") {
         const Configuration configuration = load(RuleTree(), profile);
         return runRule([&](pkgvet::Findings* findings) {
-            pkgvet::processPermissions(packageName, paths_, users_, groups_, configuration,
-                                       root_.path(), findings);
+            pkgvet::processPermissions(packageName, paths_, pkgvet::readModes(root_.path(), paths_),
+                                       users_, groups_, configuration, root_.path(), findings);
         });
     }
 

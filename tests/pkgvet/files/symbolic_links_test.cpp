@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <regex>
 
+#include "pkgvet/base/file_modes.h"
 #include "pkgvet/files/file_rules.h"
 #include "pkgvet/rules/configuration.h"
 #include "tests/support/captured_log.h"
@@ -42,8 +43,8 @@ protected:
         const Configuration configuration = load(RuleTree());
         const std::vector<std::string> owners(paths_.size(), "root");
         return runRule([&](pkgvet::Findings* findings) {
-            pkgvet::processPermissions("app", paths_, owners, owners, configuration, root_.path(),
-                                       findings);
+            pkgvet::processPermissions("app", paths_, pkgvet::readModes(root_.path(), paths_),
+                                       owners, owners, configuration, root_.path(), findings);
         });
     }
 

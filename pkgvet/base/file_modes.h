@@ -1,0 +1,15 @@
+// What kind of files a package holds.
+#pragma once
+
+#include <sys/types.h>
+
+#include <string>
+#include <vector>
+
+namespace pkgvet {
+
+// The type and the permissions of the file at root and each of paths, links followed, 0 where
+// stat() fails. Asked for once, since several rules need them and a package may have many files.
+std::vector<mode_t> readModes(const std::string& root, const std::vector<std::string>& paths);
+
+}  // namespace pkgvet
