@@ -81,16 +81,25 @@ public:
 private:
     void setUp();
     void prepare();
-    void findSandbox();
-    std::string tryNamespaces();
+    void startTrial();
     void tryWorld(int answer);
+    std::string endTrial();
+    void findSandbox();
     StartAnswer start(Parcel request);
     void makeDirectories(StartAnswer* answer);
     void finish(std::string_view process);
     void removeDirectories();
 
+    // A process that finds out whether there are namespaces.
+    struct Trial {
+        pid_t process = -1;
+        int error = 0;  // why there is no process
+        Descriptor answer;
+    };
+
     const TemplateOptions& options_;
     Descriptor channel_;
+    Trial trial_;
     SystemCallFilter filter_;
     WorldPlan plan_;
     JudgeFunction judge_;
@@ -101,6 +110,7 @@ void Template::serve() {
     setUp();
     const std::optional<Parcel> first = receiveParcel(channel_.get());
     if (!first || first->bytes != kPrepareRequest) {
+        endTrial();
         return;
     }
     prepare();
@@ -125,52 +135,33 @@ void Template::setUp() {
     plan_.limits = options_.limits;
     plan_.readable = options_.readable;
     plan_.guard = findGuard();
-    findSandbox();
+    startTrial();
 }
 
 void Template::prepare() {
     // What the caller may read, its judges' user perhaps may not.
     judge_ = options_.prepare();
+    findSandbox();
     becomeJudgeUser(plan_.sandbox.isAny());
     dropNeedlessImage(&plan_.guard, plan_.sandbox.namespaces);
     plan_.owner = geteuid();
     plan_.group = getegid();
 }
 
-void Template::findSandbox() {
-    if (options_.decided) {
-        plan_.sandbox = *options_.decided;
+// What a judge cannot have is found out by one that judges nothing, while the rules are read.
+void Template::startTrial() {
+    if (options_.decided || options_.sandbox == SandboxMode::Off) {
         return;
     }
-    if (options_.sandbox == SandboxMode::Off) {
-        return;
-    }
-    Sandbox& sandbox = plan_.sandbox;
-    sandbox.landlock = hasLandlock();
-    sandbox.missing = tryNamespaces();
-    sandbox.namespaces = sandbox.missing.empty();
-    if (!sandbox.landlock) {
-        sandbox.missing += (sandbox.missing.empty() ? "" : "; ") + std::string(kNoLandlock);
-    }
-}
-
-// What a judge cannot have is found out by one that judges nothing. Empty when it can have all.
-std::string Template::tryNamespaces() {
+    plan_.sandbox.landlock = hasLandlock();
     Pipe pipe = makePipe();
-    const pid_t process = fork();
-    if (process < 0) {
-        return std::strerror(errno);
-    }
-    if (process == 0) {
+    trial_.process = fork();
+    if (trial_.process == 0) {
         tryWorld(pipe.writing.get());
         _exit(0);
     }
-    pipe.writing.reset();
-    std::string answer(kMaxParcelSize, '\0');
-    const ssize_t size = read(pipe.reading.get(), answer.data(), answer.size());
-    waitForEnd(process);
-    answer.resize(size < 0 ? 0 : static_cast<std::size_t>(size));
-    return answer == kWhole ? std::string() : answer.empty() ? kProbeFailed : answer;
+    trial_.error = trial_.process < 0 ? errno : 0;
+    trial_.answer = std::move(pipe.reading);
 }
 
 void Template::tryWorld(int answer) {
@@ -197,6 +188,35 @@ void Template::tryWorld(int answer) {
     // Whoever reads this counts what is missing as a failure.
     static_cast<void>(write(answer, text.data(), text.size()));
     _exit(0);
+}
+
+// Empty when a judge can have all.
+std::string Template::endTrial() {
+    if (trial_.process < 0) {
+        return trial_.error == 0 ? std::string() : std::strerror(trial_.error);
+    }
+    std::string answer(kMaxParcelSize, '\0');
+    const ssize_t size = read(trial_.answer.get(), answer.data(), answer.size());
+    trial_.answer.reset();
+    waitForEnd(trial_.process);
+    answer.resize(size < 0 ? 0 : static_cast<std::size_t>(size));
+    return answer == kWhole ? std::string() : answer.empty() ? kProbeFailed : answer;
+}
+
+void Template::findSandbox() {
+    if (options_.decided) {
+        plan_.sandbox = *options_.decided;
+        return;
+    }
+    if (options_.sandbox == SandboxMode::Off) {
+        return;
+    }
+    Sandbox& sandbox = plan_.sandbox;
+    sandbox.missing = endTrial();
+    sandbox.namespaces = sandbox.missing.empty();
+    if (!sandbox.landlock) {
+        sandbox.missing += (sandbox.missing.empty() ? "" : "; ") + std::string(kNoLandlock);
+    }
 }
 
 StartAnswer Template::start(Parcel request) {
