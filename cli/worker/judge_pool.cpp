@@ -11,6 +11,8 @@
 #include <system_error>
 #include <utility>
 
+#include "cli/worker/claim.h"
+
 namespace pkgvet::cli {
 
 namespace {
@@ -54,6 +56,9 @@ JudgePool::JudgePool(std::vector<Input> inputs, PoolOptions options,
       progress_(progress),
       template_(std::move(from)) {
     adoptOrphans();
+    if (!options_.scratch.empty()) {
+        clearAbandoned(options_.scratch);
+    }
     template_->waitUntilPrepared();
 }
 

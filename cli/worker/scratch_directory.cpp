@@ -15,17 +15,11 @@
 
 namespace pkgvet::cli {
 
-namespace {
-
-constexpr const char* kName = "/pkgvet.XXXXXX";
-
-}  // namespace
-
 ScratchDirectory::ScratchDirectory(const std::string& parent, const Sandbox& sandbox) {
     if (parent.empty()) {
         return;
     }
-    path_ = makeDirectory(parent + kName);
+    path_ = makeDirectory(parent + kDirectoryTemplate);
     const uid_t user = judgeUser(sandbox.isAny());
     if (!path_.empty() && (user == geteuid() || chown(path_.c_str(), user, user) == 0)) {
         descriptor_ = Descriptor(open(path_.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
@@ -33,16 +27,21 @@ ScratchDirectory::ScratchDirectory(const std::string& parent, const Sandbox& san
     if (!descriptor_.isOpen()) {
         const int error = errno;
         rmdir(path_.c_str());
-        throw std::system_error(error, std::generic_category(), "cannot make " + parent + kName);
+        throw std::system_error(error, std::generic_category(),
+                                "cannot make " + parent + kDirectoryTemplate);
     }
+    claim_ = Claim(path_, std::string());
 }
 
 ScratchDirectory::ScratchDirectory(ScratchDirectory&& other) noexcept
-    : path_(std::exchange(other.path_, std::string())), descriptor_(std::move(other.descriptor_)) {}
+    : path_(std::exchange(other.path_, std::string())),
+      descriptor_(std::move(other.descriptor_)),
+      claim_(std::move(other.claim_)) {}
 
 ScratchDirectory& ScratchDirectory::operator=(ScratchDirectory&& other) noexcept {
     std::swap(path_, other.path_);
     descriptor_ = std::move(other.descriptor_);
+    std::swap(claim_, other.claim_);
     return *this;
 }
 

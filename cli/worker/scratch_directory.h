@@ -3,6 +3,7 @@
 
 #include <string>
 
+#include "cli/worker/claim.h"
 #include "cli/worker/sandbox.h"
 #include "pkgvet/base/descriptor.h"
 
@@ -26,6 +27,7 @@ public:
 private:
     std::string path_;
     Descriptor descriptor_;
+    Claim claim_;
 };
 
 }  // namespace pkgvet::cli

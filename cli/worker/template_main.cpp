@@ -14,6 +14,7 @@
 #include <utility>
 
 #include "cli/worker/channel.h"
+#include "cli/worker/claim.h"
 #include "cli/worker/judge_main.h"
 #include "cli/worker/judge_user.h"
 #include "cli/worker/landlock.h"
@@ -27,6 +28,7 @@ namespace pkgvet::cli {
 
 namespace {
 
+constexpr const char* kTemporary = "/tmp";
 constexpr const char* kWhole = "whole";
 constexpr const char* kProbeFailed = "a process in namespaces of its own did not come to its end";
 constexpr const char* kNoLandlock = "the kernel has no Landlock";
@@ -79,6 +81,12 @@ public:
     void serve();
 
 private:
+    // A judge whose directories may still be there.
+    struct Unfinished {
+        StartAnswer judge;
+        Claim claim;
+    };
+
     void setUp();
     void prepare();
     void startTrial();
@@ -86,7 +94,7 @@ private:
     std::string endTrial();
     void findSandbox();
     StartAnswer start(Parcel request);
-    void makeDirectories(StartAnswer* answer);
+    static Claim makeDirectories(StartAnswer* answer);
     void finish(std::string_view process);
     void removeDirectories();
 
@@ -103,7 +111,7 @@ private:
     SystemCallFilter filter_;
     WorldPlan plan_;
     JudgeFunction judge_;
-    std::vector<StartAnswer> unfinished_;  // judges whose directories may still be there
+    std::vector<Unfinished> unfinished_;
 };
 
 void Template::serve() {
@@ -143,6 +151,9 @@ void Template::prepare() {
     judge_ = options_.prepare();
     findSandbox();
     becomeJudgeUser(plan_.sandbox.isAny());
+    if (!plan_.sandbox.namespaces) {
+        clearAbandoned(kTemporary);
+    }
     dropNeedlessImage(&plan_.guard, plan_.sandbox.namespaces);
     plan_.owner = geteuid();
     plan_.group = getegid();
@@ -228,8 +239,9 @@ StartAnswer Template::start(Parcel request) {
     for (std::size_t i = 0; i < request.descriptors.size(); ++i) {
         *places[i] = std::move(request.descriptors[i]);
     }
+    Claim claim;
     if (!plan_.sandbox.namespaces) {
-        makeDirectories(&answer);
+        claim = makeDirectories(&answer);
     }
     if (answer.error == 0) {
         // The way on which a directory gets into the file systems of a new namespace.
@@ -246,33 +258,34 @@ StartAnswer Template::start(Parcel request) {
         static_cast<void>(chdir("/"));
     }
     if (!plan_.sandbox.namespaces) {
-        unfinished_.push_back(answer);
+        unfinished_.push_back({answer, std::move(claim)});
     }
     return answer;
 }
 
-void Template::makeDirectories(StartAnswer* answer) {
+Claim Template::makeDirectories(StartAnswer* answer) {
     const std::string tree = makeDirectory(kTreeTemplate);
     const std::string copy = tree.empty() ? std::string() : makeDirectory(kCopyTemplate);
     answer->error = copy.empty() ? errno : 0;
     std::strncpy(answer->tree.data(), tree.c_str(), answer->tree.size() - 1);
     std::strncpy(answer->copy.data(), copy.c_str(), answer->copy.size() - 1);
+    return copy.empty() ? Claim() : Claim(copy, tree);
 }
 
 // The other process has seen the end of a judge and removed its directories.
 void Template::finish(std::string_view process) {
-    std::erase_if(unfinished_, [process](const StartAnswer& judge) {
-        return bytesOf(judge.process) == process;
+    std::erase_if(unfinished_, [process](const Unfinished& unfinished) {
+        return bytesOf(unfinished.judge.process) == process;
     });
 }
 
 // The other process is gone, and did not clear up. Judges that are not gone yet might go on
 // writing.
 void Template::removeDirectories() {
-    for (const StartAnswer& judge : unfinished_) {
+    for (const auto& [judge, claim] : unfinished_) {
         endGroup(judge.process);
     }
-    for (const StartAnswer& judge : unfinished_) {
+    for (const auto& [judge, claim] : unfinished_) {
         removeQuietly(judge.tree.data());
         removeQuietly(judge.copy.data());
     }

@@ -24,12 +24,6 @@ namespace {
     throw std::system_error(error, std::generic_category(), what);
 }
 
-bool isMadeBy(std::string_view pathTemplate, std::string_view path) {
-    const std::string_view begin = pathTemplate.substr(0, pathTemplate.find('X'));
-    return path.size() == pathTemplate.size() && path.starts_with(begin) &&
-           path.find_first_of("/.", begin.size()) == std::string_view::npos;
-}
-
 }  // namespace
 
 bool isCredible(const StartAnswer& answer, const Sandbox& sandbox) {
@@ -106,9 +100,10 @@ StartedJudge TemplateProcess::start(const JudgeStart& start) {
     }
     // Before it has run as far as that itself, for whoever kills it by its group.
     setpgid(answer.process, answer.process);
-    StartedJudge started{answer.process, {}};
+    StartedJudge started{answer.process, {}, {}};
     if (answer.tree.front() != '\0') {
         started.directories = {answer.tree.data(), answer.copy.data()};
+        started.claim = Claim::shared(answer.copy.data());
     }
     return started;
 }

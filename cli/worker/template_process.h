@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "cli/worker/claim.h"
 #include "cli/worker/sandbox.h"
 #include "cli/worker/template_main.h"
 #include "pkgvet/base/descriptor.h"
@@ -25,6 +26,7 @@ struct StartedJudge {
     pid_t process = -1;
     // Made for it, to be removed behind it; empty where its world has no trace outside.
     std::vector<std::string> directories;
+    Claim claim;  // on them
 };
 
 // Whether there is such a child, and its directories can be ones that were made for it. What the

@@ -45,7 +45,18 @@ RunningProgram::~RunningProgram() {
 }
 
 void RunningProgram::signal(int number) const {
-    kill(process_, number);
+    ::kill(process_, number);
+}
+
+void RunningProgram::kill() const {
+    const std::string process = std::to_string(process_);
+    // Stopped, it starts no others and answers none.
+    ::kill(process_, SIGSTOP);
+    std::ifstream children("/proc/" + process + "/task/" + process + "/children");
+    for (pid_t child = 0; children >> child;) {
+        ::kill(-child, SIGKILL);  // each has a group of its own
+    }
+    ::kill(process_, SIGKILL);
 }
 
 ProgramResult RunningProgram::wait() {

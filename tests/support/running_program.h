@@ -22,6 +22,8 @@ public:
     ~RunningProgram();
 
     void signal(int number) const;
+    // Kills it and all processes that it has started, before any of them notices.
+    void kill() const;
     // Waits for its end; status as that of runPkgvet().
     ProgramResult wait();
 

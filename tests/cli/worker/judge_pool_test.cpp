@@ -171,6 +171,21 @@ TEST_F(JudgePool, NothingOutlivesAKilledProgram) {
     }));
 }
 
+// Of a run all of whose processes were killed at once, the next one clears up.
+TEST_F(JudgePool, WhatAKilledRunLeftIsRemovedByTheNext) {
+    replaceCpio("pwd >$NOTES/directory; echo $$ >$NOTES/process; " + std::string(kHang));
+    const std::vector<std::string> line = command({"--sandbox", "off", package()});
+    RunningProgram program(line, words());
+    ASSERT_TRUE(waitUntil([this] { return note("process").ends_with('\n'); }));
+    program.kill();
+    const std::string note = this->note("directory");
+    const std::string directory = note.substr(0, note.size() - 1);
+    EXPECT_TRUE(waitUntil([this] { return !isAlive(std::stoi(this->note("process"))); }));
+    EXPECT_TRUE(fs::exists(directory));
+    EXPECT_EQ(runPkgvet(line).status, 1);
+    EXPECT_FALSE(fs::exists(directory));
+}
+
 TEST_F(JudgePool, OutputIsTheSameForAnyNumberOfJobs) {
     const std::string text = shared().write("text.rpm", "no package");
     const std::string other =

@@ -1,0 +1,40 @@
+// How a run recognises what an earlier one that was killed has left.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "pkgvet/base/descriptor.h"
+
+namespace pkgvet::cli {
+
+// The name of a directory that a run makes and claims, behind the directory where it does so.
+inline constexpr const char kDirectoryTemplate[] = "/pkgvet.XXXXXX";
+
+// A mark in a directory that was made for one package, and a lock on it that ends with the last
+// process that holds it, however that ends.
+class Claim {
+public:
+    Claim() = default;
+    // Marks directory, which has to be new and this user's own, as one of a run, together with
+    // companion, another one or empty. Without room for the mark there is none, and nobody will
+    // clear the directory.
+    Claim(const std::string& directory, const std::string& companion);
+
+    // Holds a directory that another process of this run has claimed.
+    static Claim shared(const std::string& directory);
+
+private:
+    Descriptor lock_;
+};
+
+// Removes each directory in parent, with its companion, of which it is certain that a run left it:
+// the name is of the form that runs give, it belongs to this user or, for the superuser, to the
+// one that judges are, nobody else may write to it, it bears the mark, and nobody holds it. No link
+// is followed. Where others may move directories in parent, nothing is removed.
+void clearAbandoned(const std::string& parent);
+
+// Whether path can be one that mkdtemp or the program made by the template.
+bool isMadeBy(std::string_view pathTemplate, std::string_view path);
+
+}  // namespace pkgvet::cli

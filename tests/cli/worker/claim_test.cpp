@@ -1,0 +1,118 @@
+// What a killed run leaves behind, and what only looks like it.
+#include "cli/worker/claim.h"
+
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <filesystem>
+
+#include "tests/support/temporary_directory.h"
+
+namespace {
+
+using namespace pkgvet::cli;
+
+namespace fs = std::filesystem;
+
+class ClaimTest : public testing::Test {
+protected:
+    // A directory with a file, as a run makes it.
+    std::string make(const std::string& name) const {
+        parent_.write(name + "/work/file", "content");
+        const std::string path = parent_ / name;
+        chmod(path.c_str(), S_IRWXU);
+        return path;
+    }
+
+    void claimAndDie(const std::string& path, const std::string& companion = "") const {
+        const Claim claim(path, companion);
+    }
+
+    const TemporaryDirectory parent_;
+};
+
+TEST_F(ClaimTest, AbandonedDirectoryIsRemoved) {
+    const std::string path = make("pkgvet.abcdef");
+    claimAndDie(path);
+    clearAbandoned(parent_.path());
+    EXPECT_FALSE(fs::exists(path));
+}
+
+TEST_F(ClaimTest, OneThatIsHeldStays) {
+    const std::string path = make("pkgvet.abcdef");
+    {
+        Claim other;
+        {
+            const Claim claim(path, "");
+            other = Claim::shared(path);
+            clearAbandoned(parent_.path());
+            EXPECT_TRUE(fs::exists(path));
+        }
+        clearAbandoned(parent_.path());
+        EXPECT_TRUE(fs::exists(path));
+    }
+    clearAbandoned(parent_.path());
+    EXPECT_FALSE(fs::exists(path));
+}
+
+TEST_F(ClaimTest, WhatIsNotCertainlyARunsStays) {
+    const std::string unmarked = make("pkgvet.unmark");
+    const std::string otherName = make("pkgvet.toolong");
+    claimAndDie(otherName);
+    const std::string writable = make("pkgvet.writab");
+    claimAndDie(writable);
+    ASSERT_EQ(chmod(writable.c_str(), 0777), 0);
+    const std::string forged = make("pkgvet.forged");
+    parent_.write("pkgvet.forged/.pkgvet", "something else\n");
+    const std::string target = make("target");
+    claimAndDie(target);
+    fs::create_symlink(target, parent_ / "pkgvet.linked");
+    const std::string linkedMark = make("pkgvet.lnkmrk");
+    fs::create_symlink(target + "/.pkgvet", linkedMark + "/.pkgvet");
+    clearAbandoned(parent_.path());
+    for (const std::string& path : {unmarked, otherName, writable, forged, target, linkedMark}) {
+        EXPECT_TRUE(fs::exists(path + "/work/file")) << path;
+    }
+}
+
+TEST_F(ClaimTest, WhatBelongsToOthersStays) {
+    if (geteuid() != 0) {
+        GTEST_SKIP() << "only the superuser can give files away";
+    }
+    const std::string path = make("pkgvet.others");
+    claimAndDie(path);
+    ASSERT_EQ(chown(path.c_str(), 12345, 12345), 0);
+    clearAbandoned(parent_.path());
+    EXPECT_TRUE(fs::exists(path));
+}
+
+TEST_F(ClaimTest, CompanionGoesWithItIfItCanBeOne) {
+    char tree[] = "/tmp/dir.XXXXXX";
+    ASSERT_NE(mkdtemp(tree), nullptr);
+    const std::string companion = tree;
+    const std::string path = make("pkgvet.abcdef");
+    claimAndDie(path, companion);
+    const std::string stranger = make("stranger");
+    const std::string other = make("pkgvet.ghijkl");
+    claimAndDie(other, stranger);
+    clearAbandoned(parent_.path());
+    EXPECT_FALSE(fs::exists(companion));
+    EXPECT_FALSE(fs::exists(path));
+    EXPECT_TRUE(fs::exists(stranger));
+    fs::remove_all(companion);
+}
+
+TEST_F(ClaimTest, NothingIsRemovedWhereOthersMayMoveThings) {
+    const std::string path = make("pkgvet.abcdef");
+    claimAndDie(path);
+    ASSERT_EQ(chmod(parent_.path().c_str(), 0777), 0);
+    clearAbandoned(parent_.path());
+    EXPECT_TRUE(fs::exists(path));
+    ASSERT_EQ(chmod(parent_.path().c_str(), 0777 | S_ISVTX), 0);
+    clearAbandoned(parent_.path());
+    EXPECT_FALSE(fs::exists(path));
+    clearAbandoned(parent_ / "nowhere");
+}
+
+}  // namespace
