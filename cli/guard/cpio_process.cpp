@@ -11,6 +11,7 @@
 #include <cerrno>
 #include <system_error>
 #include <utility>
+#include <vector>
 
 namespace pkgvet::cli {
 
@@ -26,6 +27,22 @@ constexpr int kSignalStatus = 128;
 
 [[noreturn]] void fail(int error) {
     throw std::system_error(error, std::generic_category(), "cannot start cpio");
+}
+
+// cpio reads 512 bytes at a time unless told otherwise. That alone takes longer than all that the
+// guard does, so that unpacking is faster with it than without.
+constexpr std::array kReadMore = {"-C", "65536"};
+
+std::vector<char*> withMore(char* const* arguments) {
+    std::vector<char*> all;
+    for (; *arguments != nullptr; ++arguments) {
+        all.push_back(*arguments);
+    }
+    for (const char* const argument : kReadMore) {
+        all.push_back(const_cast<char*>(argument));
+    }
+    all.push_back(nullptr);
+    return all;
 }
 
 // The guard ignores that its reader has gone, which cpio is not to inherit.
@@ -56,9 +73,10 @@ CpioProcess::CpioProcess(char* const* arguments) {
     }
     const Descriptor reading(ends[0]);
     input_ = Descriptor(ends[1]);
+    const std::vector<char*> all = withMore(arguments);
     int error = ENOENT;
     for (const char* const place : kPlaces) {
-        error = error == ENOENT ? spawn(place, arguments, reading.get(), &process_) : error;
+        error = error == ENOENT ? spawn(place, all.data(), reading.get(), &process_) : error;
     }
     if (error != 0) {
         fail(error);

@@ -13,7 +13,8 @@ namespace pkgvet::cli {
 class CpioProcess {
 public:
     // Starts the cpio of the system, which is looked for in fixed places, with the arguments of
-    // this program. Throws std::system_error when that is not possible.
+    // this program and one on the size of its reads. Throws std::system_error when that is not
+    // possible.
     explicit CpioProcess(char* const* arguments);
     CpioProcess(const CpioProcess&) = delete;
     CpioProcess(CpioProcess&&) = delete;

@@ -30,7 +30,9 @@ constexpr std::string_view kName = "pkgvet's guard in front of cpio: ";
 
 constexpr std::size_t kPieceSize = std::size_t{64} << 10;
 // Below it, reading and writing is as fast as moving pages from pipe to pipe.
-constexpr std::uint64_t kLeastSplice = kPieceSize;
+constexpr std::uint64_t kLeastSplice = std::uint64_t{8} << 10;
+// Behind a large file another one is likely, whose data is not to be read along with its entry.
+constexpr std::size_t kEntrySize = 256;
 
 [[noreturn]] void fail(const char* what) {
     throw std::system_error(errno, std::generic_category(), what);
@@ -117,16 +119,18 @@ GuardNote passOn(ArchiveGuard* guard, const CpioProcess& cpio) {
     std::string passed;
     bool canSplice = true;
     bool isTaken = true;
+    std::size_t next = sizeof piece;
     while (!guard->isStopped() && (isTaken || guard->isBehindTrailer())) {
         if (canSplice && guard->dataAhead() >= kLeastSplice) {
             const ssize_t size = splicePiece(cpio.input(), guard->dataAhead());
             canSplice = size >= 0;
             if (size > 0) {
                 guard->skipData(static_cast<std::uint64_t>(size));
+                next = kEntrySize;
                 continue;
             }
         }
-        const std::size_t size = readPiece(STDIN_FILENO, piece, sizeof piece);
+        const std::size_t size = readPiece(STDIN_FILENO, piece, std::exchange(next, sizeof piece));
         if (size == 0) {
             break;
         }
