@@ -100,6 +100,14 @@ PackageBuilder flags() {
         .script("echo x >" + kRoot + "/j2");
 }
 
+PackageBuilder modes() {
+    PackageBuilder package = plain();
+    for (const char* mode : {"0000", "0111", "0222", "0400", "0070", "0777"}) {
+        package.file(kData + "/" + mode, mode, mode);
+    }
+    return package.directory(kData + "/listless", "0311").directory(kData + "/readable", "0700");
+}
+
 PackageBuilder names() {
     PackageBuilder package = plain();
     for (const char* name : {"with blank", "-dash", "quote'", "$(dollar)", "back`quote", "hash#",
@@ -176,8 +184,8 @@ protected:
 TEST_F(HonestPackages, OfEveryKindOfFile) {
     expectIntact({plain().build(directory_), links().build(directory_),
                   hardLinks().build(directory_), someHardLinks().build(directory_),
-                  sparse().build(directory_), flags().build(directory_), names().build(directory_),
-                  order().build(directory_)});
+                  sparse().build(directory_), flags().build(directory_), modes().build(directory_),
+                  names().build(directory_), order().build(directory_)});
 }
 
 TEST_F(HonestPackages, OfEveryKindOfHeader) {
