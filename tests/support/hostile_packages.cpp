@@ -94,7 +94,7 @@ const std::vector<HostilePackage> kNames = {
          link.links = second.links = 2;
          packEntries(package, {link, second});
      },
-     Outcome::NotStated},
+     Outcome::Rejected, "payload-file-extra"},
     {"takes the root of the tree",
      [](CraftedPackage* package, const Target& target) {
          packEntries(package,
