@@ -2,8 +2,10 @@
 #include "cli/base/terminal.h"
 
 #include <stdlib.h>
+#include <sys/ioctl.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <iostream>
 
 namespace pkgvet::cli {
@@ -15,6 +17,10 @@ constexpr Words<ColorMode, 3> kColorModes = {{
     {"always", ColorMode::Always},
     {"never", ColorMode::Never},
 }};
+
+constexpr std::size_t kMostColumns = 100;
+constexpr std::size_t kLeastColumns = 40;
+constexpr std::size_t kUsualColumns = 80;  // of a terminal that does not know
 
 constexpr std::string_view kProgram = "pkgvet: ";
 constexpr std::string_view kDumbTerminal = "dumb";
@@ -36,6 +42,16 @@ bool wantsColor(ColorMode mode) {
     const bool isRefused = noColor != nullptr && *noColor != '\0';
     const bool isDumb = terminal != nullptr && std::string_view(terminal) == kDumbTerminal;
     return !isRefused && !isDumb && isatty(STDOUT_FILENO) == 1;
+}
+
+std::size_t outputColumns() {
+    if (isatty(STDOUT_FILENO) != 1) {
+        return 0;
+    }
+    winsize size{};
+    const bool isKnown = ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0;
+    return isKnown ? std::clamp<std::size_t>(size.ws_col, kLeastColumns, kMostColumns)
+                   : kUsualColumns;
 }
 
 std::string painted(std::string_view text, std::string_view color, bool enabled) {

@@ -17,6 +17,10 @@ Option colorOption(ColorMode* mode);
 // user decides.
 bool wantsColor(ColorMode mode);
 
+// The columns of the terminal that standard output is, at most as many as are good to read; 0 when
+// it is not a terminal.
+std::size_t outputColumns();
+
 inline constexpr std::string_view kBold = "\033[1m";
 inline constexpr std::string_view kRed = "\033[31m";
 inline constexpr std::string_view kBoldRed = "\033[1;31m";

@@ -72,6 +72,7 @@ void complainOf(const PackageReport& package) {
 ReportStyle styleOf(const CheckOptions& options) {
     ReportStyle style;
     style.color = wantsColor(options.report.color);
+    style.columns = outputColumns();
     style.quiet = options.report.quiet;
     style.showWaived = options.policy.showWaived;
     style.explain = options.report.explain;

@@ -20,6 +20,7 @@ struct Output {
 // How much a report tells, beyond what every report must.
 struct ReportStyle {
     bool color = false;
+    std::size_t columns = 0;  // text: of the terminal; 0 where a line may have any length
     bool quiet = false;       // text: verdicts without findings
     bool showWaived = false;  // text and concise: findings that do not count too
     bool explain = false;     // text: how to put each finding right
@@ -50,8 +51,8 @@ struct FormatSteps {
 
 FormatSteps stepsOf(Format format);
 
-// A table for a person: findings and verdict of each package, and a summary line. With several
-// profiles a matrix of rules against profiles comes in between.
+// For a person: findings and verdict of each package, and a summary line. With several profiles
+// a matrix of rules against profiles comes in between.
 void addText(const PackageReport& package, const ReportStyle& style, std::ostream& stream);
 void finishText(const RunReport& run, const ReportStyle& style, std::ostream& stream);
 

@@ -7,6 +7,7 @@
 
 #include "cli/base/escape.h"
 #include "cli/base/text.h"
+#include "cli/report/folding.h"
 #include "cli/report/text_parts.h"
 
 namespace pkgvet::cli {
@@ -58,13 +59,13 @@ std::string cell(const RuleRow& row, std::size_t column, std::size_t width, bool
                    color);
 }
 
-}  // namespace
+bool isAlike(const RuleRow& row) {
+    return std::all_of(row.counts.begin(), row.counts.end(),
+                       [&row](std::size_t count) { return count == row.counts.front(); });
+}
 
-void writeProfileMatrix(const PackageReport& package, bool color, std::ostream& stream) {
-    const std::vector<RuleRow> rows = rowsOf(package);
-    if (rows.empty()) {
-        return;
-    }
+void writeTable(const std::vector<RuleRow>& rows, const PackageReport& package, bool color,
+                std::ostream& stream) {
     std::size_t rules = kCorner.size();
     for (const RuleRow& row : rows) {
         rules = std::max(rules, row.rule.size());
@@ -83,6 +84,25 @@ void writeProfileMatrix(const PackageReport& package, bool color, std::ostream& 
             stream << kIndent << cell(row, column, displayWidth(profiles[column]), color);
         }
         stream << '\n';
+    }
+}
+
+}  // namespace
+
+void writeProfileMatrix(const PackageReport& package, const ReportStyle& style,
+                        std::ostream& stream) {
+    std::vector<RuleRow> rows = rowsOf(package);
+    const auto alike = std::stable_partition(rows.begin(), rows.end(),
+                                             [](const RuleRow& row) { return !isAlike(row); });
+    const auto count = static_cast<std::size_t>(rows.end() - alike);
+    rows.erase(alike, rows.end());
+    if (!rows.empty()) {
+        writeTable(rows, package, style.color, stream);
+    }
+    if (count > 0) {
+        writeFolded(std::string(kIndent) + counted(count, "rule") + (count == 1 ? " is" : " are") +
+                        " broken alike under all profiles",
+                    style.columns, stream);
     }
 }
 

@@ -19,6 +19,7 @@ constexpr std::string_view kStandardOutput = "standard output";
 // well.
 ReportStyle styleOfFiles(ReportStyle style) {
     style.color = false;
+    style.columns = 0;
     style.notices = true;
     return style;
 }

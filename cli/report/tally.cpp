@@ -1,11 +1,14 @@
 // Adds up packages and findings.
 #include "cli/report/tally.h"
 
+#include <algorithm>
 #include <map>
 #include <tuple>
+#include <utility>
 
 #include "cli/base/escape.h"
 #include "cli/base/text.h"
+#include "cli/catalogue/catalogue.h"
 
 namespace pkgvet::cli {
 
@@ -42,6 +45,7 @@ PackageTally tallyOf(const RunReport& run) {
 FindingTally tallyOf(const Judgement& judgement) {
     FindingTally tally;
     for (const Finding& finding : judgement.findings) {
+        tally.grave += finding.standing == Standing::Counts && isGrave(finding) ? 1 : 0;
         if (finding.standing == Standing::Waived) {
             ++tally.waived;
         } else if (finding.standing == Standing::Known) {
@@ -91,6 +95,32 @@ std::vector<MergedFinding> mergedFindings(const PackageReport& package) {
         }
     }
     return merged;
+}
+
+std::vector<RuleTally> ruleTallies(std::span<const PackageReport> packages) {
+    std::map<std::string, RuleTally> rules;
+    for (const PackageReport& package : packages) {
+        for (MergedFinding& merged : mergedFindings(package)) {
+            const Finding& finding = *merged.finding;
+            if (finding.standing == Standing::Counts) {
+                RuleTally& tally = rules[finding.rule];
+                tally.rule = finding.rule;
+                tally.worst = std::max(tally.worst, finding.severity);
+                tally.grave = tally.grave || isGrave(finding);
+                tally.findings.push_back({&package, std::move(merged)});
+            }
+        }
+    }
+    std::vector<RuleTally> sorted;
+    for (auto& rule : rules) {
+        sorted.push_back(std::move(rule.second));
+    }
+    const auto rank = [](const RuleTally& rule) {
+        return std::tuple(rule.grave, rule.worst, rule.findings.size());
+    };
+    std::stable_sort(sorted.begin(), sorted.end(),
+                     [&rank](const RuleTally& a, const RuleTally& b) { return rank(a) > rank(b); });
+    return sorted;
 }
 
 std::string causeWithLastLine(const PackageReport& package) {

@@ -1,6 +1,7 @@
 // Counts of packages and findings, and the notes that go with them.
 #pragma once
 
+#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -23,6 +24,7 @@ PackageTally tallyOf(const RunReport& run);
 struct FindingTally {
     std::size_t errors = 0;  // critical findings too
     std::size_t warnings = 0;
+    std::size_t grave = 0;  // of both: what nothing excuses
     std::size_t waived = 0;
     std::size_t known = 0;
 };
@@ -45,6 +47,24 @@ struct MergedFinding {
 // The findings of a package under all its profiles, each told once, in the order in which they were
 // found. They point into package. What one profile finds several times stays as many findings.
 std::vector<MergedFinding> mergedFindings(const PackageReport& package);
+
+// A rule with the findings of it that count.
+struct RuleTally {
+    struct Place {
+        const PackageReport* package;
+        MergedFinding merged;
+    };
+
+    std::string rule;
+    Severity worst = Severity::Info;
+    bool grave = false;
+    std::vector<Place> findings;  // in the order of the packages
+};
+
+// The rules that packages break, each finding counted once whatever the number of profiles. Grave
+// ones come first, then the most severe, then those that are broken most often. They point into
+// packages.
+std::vector<RuleTally> ruleTallies(std::span<const PackageReport> packages);
 
 // Why the package was not judged, with the last line on standard error if there was one, fit for a
 // terminal.

@@ -18,12 +18,22 @@ constexpr std::string_view severityColor(Severity severity) {
     return kSeverityColors[static_cast<std::size_t>(severity)];
 }
 
-// "PATH: rejected (2 errors, 1 warning)"; with several profiles a line for those that accept the
-// package and one for those that reject it.
+// The findings of a package under the headings of the catalogue, with those that nothing excuses
+// ahead of them under a heading of their own. Nothing for a package without any.
+void writeTextFindings(const PackageReport& package, const ReportStyle& style,
+                       std::ostream& stream);
+
+// "PATH: rejected: 2 errors, 1 warning"; with several profiles a line for those that have the same
+// verdict for the same reasons.
 void writeTextVerdict(const PackageReport& package, const ReportStyle& style, std::ostream& stream);
 
-// Writes a table with a row for each rule that the package breaks and a column for each profile:
-// how many findings count under it, "." for none. Nothing for a package that breaks no rule.
-void writeProfileMatrix(const PackageReport& package, bool color, std::ostream& stream);
+// The rules that are broken most often, and the one to read about first.
+void writeTextAdvice(const PackageReport& package, const ReportStyle& style, std::ostream& stream);
+
+// A table with a column for each profile: how many findings count under it, "." for none. It has
+// a row for each rule that is not broken as often under all of them, and a line says how many are.
+// Nothing for a package that breaks no rule.
+void writeProfileMatrix(const PackageReport& package, const ReportStyle& style,
+                        std::ostream& stream);
 
 }  // namespace pkgvet::cli

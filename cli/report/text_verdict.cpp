@@ -1,4 +1,5 @@
 // Writes verdicts for a terminal or a log.
+#include <algorithm>
 #include <iomanip>
 #include <sstream>
 #include <string>
@@ -7,6 +8,7 @@
 
 #include "cli/base/escape.h"
 #include "cli/base/text.h"
+#include "cli/report/folding.h"
 #include "cli/report/tally.h"
 #include "cli/report/text_parts.h"
 
@@ -17,15 +19,14 @@ namespace {
 constexpr std::string_view kValidationOff = "validation off";
 constexpr const char* kIncomplete = "incomplete: ";
 constexpr std::string_view kComma = ", ";
+constexpr std::string_view kSemicolon = "; ";
 
-std::string verdictName(bool accepted, const ReportStyle& style) {
-    return accepted ? painted("accepted", kGreen, style.color)
-                    : painted("rejected", kRed, style.color);
-}
-
-std::string inBrackets(const std::vector<std::string>& parts) {
-    return parts.empty() ? std::string() : " (" + joined(parts, kComma) + ")";
-}
+// Profiles that have the same verdict for the same reasons.
+struct Verdict {
+    bool passes;
+    std::string reasons;
+    std::vector<std::string> profiles;
+};
 
 std::string secondsOf(const PackageReport& package) {
     std::ostringstream text;
@@ -34,80 +35,72 @@ std::string secondsOf(const PackageReport& package) {
 }
 
 // The library's own verdict where the policy of the run or a rule of the program overruled it.
-std::vector<std::string> overruled(const Judgement& judgement) {
+std::string overruled(const Judgement& judgement) {
     if (judgement.passes == judgement.accepted()) {
-        return {};
+        return std::string();
     }
     if (!judgement.intact) {
-        return {"accepted but for its integrity"};
+        return "accepted but for its integrity";
     }
-    return {judgement.accepted() ? "accepted by the rules alone" : "rejected by the rules alone"};
+    return judgement.accepted() ? "accepted by the rules alone" : "rejected by the rules alone";
 }
 
-// No counts for a package without any, and both for one with either, so that lines compare.
-std::vector<std::string> findingCounts(const Judgement& judgement) {
-    const FindingTally tally = tallyOf(judgement);
-    std::vector<std::string> parts;
-    if (tally.errors + tally.warnings > 0) {
-        parts = {counted(tally.errors, "error"), counted(tally.warnings, "warning")};
-    }
-    if (tally.waived > 0) {
-        parts.push_back(std::to_string(tally.waived) + " waived");
-    }
-    if (tally.known > 0) {
-        parts.push_back(std::to_string(tally.known) + " known");
-    }
-    return parts;
+std::string someOf(std::size_t count, const std::string& what) {
+    return count == 0 ? std::string() : std::to_string(count) + " " + what;
 }
 
 // What a reader has to know in order to take the verdict for what it is.
-std::vector<std::string> circumstances(const PackageReport& package, const ReportStyle& style) {
-    std::vector<std::string> parts;
-    if (!package.validationEnabled) {
-        parts.emplace_back(kValidationOff);
-    }
-    if (!package.incomplete.empty()) {
-        parts.push_back(kIncomplete + printable(package.incomplete));
-    }
-    if (style.timings) {
-        parts.push_back(secondsOf(package));
-    }
-    return parts;
+std::string reasonsOf(const PackageReport& package, const Judgement& judgement,
+                      const ReportStyle& style) {
+    const FindingTally tally = tallyOf(judgement);
+    std::vector<std::string> parts = {
+        countsOf(tally),
+        someOf(tally.grave, "never excused"),
+        someOf(tally.waived, "waived"),
+        someOf(tally.known, "known"),
+        overruled(judgement),
+        package.validationEnabled ? std::string() : std::string(kValidationOff),
+        package.incomplete.empty() ? std::string() : kIncomplete + printable(package.incomplete),
+        style.timings ? secondsOf(package) : std::string()};
+    parts.erase(std::remove(parts.begin(), parts.end(), std::string()), parts.end());
+    return joined(parts, kSemicolon);
 }
 
-void append(std::vector<std::string>* parts, const std::vector<std::string>& more) {
-    parts->insert(parts->end(), more.begin(), more.end());
-}
-
-void writeProfiles(const PackageReport& package, bool accepted, const ReportStyle& style,
-                   std::ostream& stream) {
-    std::vector<std::string> names;
+std::vector<Verdict> verdictsOf(const PackageReport& package, const ReportStyle& style) {
+    std::vector<Verdict> verdicts;
     for (const Judgement& judgement : package.judgements) {
-        if (judgement.passes == accepted) {
-            names.push_back(printable(judgement.profile) + inBrackets(overruled(judgement)));
+        const std::string reasons = reasonsOf(package, judgement, style);
+        auto same = std::find_if(verdicts.begin(), verdicts.end(), [&](const Verdict& verdict) {
+            return verdict.passes == judgement.passes && verdict.reasons == reasons;
+        });
+        if (same == verdicts.end()) {
+            same = verdicts.insert(same, {judgement.passes, reasons, {}});
         }
+        same->profiles.push_back(printable(judgement.profile));
     }
-    if (!names.empty()) {
-        stream << printable(package.path) << ": " << verdictName(accepted, style) << " under "
-               << joined(names, kComma) << inBrackets(circumstances(package, style)) << '\n';
-    }
+    return verdicts;
+}
+
+std::string verdictName(bool accepted, const ReportStyle& style) {
+    return accepted ? painted("accepted", kGreen, style.color)
+                    : painted("rejected", kRed, style.color);
 }
 
 }  // namespace
 
 void writeTextVerdict(const PackageReport& package, const ReportStyle& style,
                       std::ostream& stream) {
-    if (package.judgements.size() > 1) {
-        writeProfiles(package, true, style, stream);
-        writeProfiles(package, false, style, stream);
-        return;
+    const std::string path = printable(package.path);
+    if (!package.judged()) {
+        writeFolded(path + ": not judged: " + causeWithLastLine(package), style.columns, stream);
     }
-    for (const Judgement& judgement : package.judgements) {
-        std::vector<std::string> parts = findingCounts(judgement);
-        append(&parts, overruled(judgement));
-        append(&parts, circumstances(package, style));
-        stream << printable(package.path) << ": " << verdictName(judgement.passes, style)
-               << inBrackets(parts) << '\n';
+    for (const Verdict& verdict : verdictsOf(package, style)) {
+        std::string line = path + ": " + verdictName(verdict.passes, style);
+        if (package.judgements.size() > 1) {
+            line += " under " + joined(verdict.profiles, kComma);
+        }
+        line += verdict.reasons.empty() ? "" : ": " + verdict.reasons;
+        writeFolded(line, style.columns, stream);
     }
 }
 

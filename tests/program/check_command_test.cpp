@@ -67,6 +67,7 @@ TemporaryDirectory* CheckCommand::directory_ = nullptr;
 std::string* CheckCommand::rules_ = nullptr;
 std::string* CheckCommand::package_ = nullptr;
 
+const std::string kNextStep = "  next: pkgvet explain not-judged\n";
 const std::string kNothingJudged = "1 package: 0 accepted, 0 rejected, 1 not judged\n";
 
 TEST_F(CheckCommand, FilesThatAreNoPackagesAreNotJudged) {
@@ -90,7 +91,7 @@ TEST_F(CheckCommand, FilesThatAreNoPackagesAreNotJudged) {
         SCOPED_TRACE(test.name);
         const ProgramResult result = check({test.path});
         EXPECT_EQ(result.status, 3);
-        EXPECT_EQ(result.output, test.path + ": not judged: " + test.cause + "\n" + kNothingJudged);
+        EXPECT_EQ(result.output, test.path + ": not judged: " + test.cause + "\n" + kNextStep + kNothingJudged);
         EXPECT_EQ(result.errors, notJudged(test.path, test.cause));
     }
     const ProgramResult result = check({truncated});
@@ -131,12 +132,12 @@ TEST_F(CheckCommand, ExceptionOutOfARuleIsNotJudged) {
 TEST_F(CheckCommand, RejectionShowsFindingsAndVerdict) {
     const ProgramResult result = check({"--profile", "mdm", package()});
     EXPECT_EQ(result.status, 1);
-    EXPECT_EQ(result.output.find(package() + "\n  "), 0U) << result.output;
+    EXPECT_EQ(result.output.find(package() + "  (mdm)\n  "), 0U) << result.output;
     for (const std::string kind : {"Provides", "Conflicts"}) {
         const std::string line = kind + ": mdm-provider must be specified in RPM\n";
         EXPECT_NE(result.output.find(line), std::string::npos) << result.output;
     }
-    EXPECT_NE(result.output.find(package() + ": rejected (2 errors"), std::string::npos);
+    EXPECT_NE(result.output.find(package() + ": rejected: 2 errors"), std::string::npos);
     EXPECT_EQ(result.errors, "");
 }
 
@@ -145,7 +146,7 @@ TEST_F(CheckCommand, UnreadablePackageOutranksARejectedOneAndTheRunGoesOn) {
     const ProgramResult result = check({"--quiet", "--profile", "mdm", missing, package()});
     EXPECT_EQ(result.status, 3);
     EXPECT_EQ(result.errors, notJudged(missing, "No such file or directory"));
-    EXPECT_NE(result.output.find(": rejected (2 errors"), std::string::npos);
+    EXPECT_NE(result.output.find(": rejected: 2 errors"), std::string::npos);
     EXPECT_NE(result.output.find("2 packages: 0 accepted, 1 rejected, 1 not judged\n"),
               std::string::npos);
 }
@@ -154,7 +155,7 @@ TEST_F(CheckCommand, ValidationOffAcceptsWhatOnlyBreaksRules) {
     const ProgramResult result =
         check({"--quiet", "--profile", "mdm", "--validation", "off", package()});
     EXPECT_EQ(result.status, 0);
-    EXPECT_NE(result.output.find(package() + ": accepted (2 errors"), std::string::npos);
+    EXPECT_NE(result.output.find(package() + ": accepted: 2 errors"), std::string::npos);
 }
 
 TEST_F(CheckCommand, ValidationOffStillRejectsScripts) {

@@ -39,8 +39,9 @@ protected:
     TemporaryDirectory directory_;
     const std::string path_ = directory_ / "app.rpm";
     // What the report begins with.
-    const std::string remark_ =
-        path_ + "\n  -  info      qml-only-application  [desktop] Application is a QML-only app\n";
+    const std::string remark_ = path_ +
+                                "  (regular)\n  Desktop file\n    info      qml-only-application  "
+                                "[desktop] Application is a QML-only app\n";
 };
 
 TEST_F(LibraryMessages, DamagedIcons) {
@@ -53,10 +54,11 @@ TEST_F(LibraryMessages, DamagedIcons) {
                                            .file(kIconDirectory + ("86x86" + name), warnedOf)
                                            .file(kIconDirectory + ("108x108" + name), refused),
                                        {86, 108});
-    EXPECT_EQ(result.output, remark_ + "  " + kIconDirectory + "108x108" + name +
-                                 "  error     icon-missing          Icon not found or file "
-                                 "resolution is incorrect\n" +
-                                 path_ + ": rejected (1 error, 0 warnings)\n" +
+    EXPECT_EQ(result.output, remark_ + "  Files\n    error     icon-missing  [" + kIconDirectory +
+                                 "108x108" + name +
+                                 "] Icon not found or file resolution is incorrect\n" + path_ +
+                                 ": rejected: 1 error, 0 warnings\n"
+                                 "  next: pkgvet explain icon-missing\n" +
                                  "1 package: 0 accepted, 1 rejected, 0 not judged\n");
     EXPECT_EQ(result.errors, "");
 }
