@@ -78,6 +78,19 @@ std::string printable(std::string_view text) {
     return result;
 }
 
+std::optional<std::string> bytesEscaped(std::string_view text) {
+    std::string result;
+    bool isUtf8 = true;
+    while (!text.empty()) {
+        const std::size_t size = characterSize(text);
+        isUtf8 = isUtf8 && size > 0;
+        result += text.front() == '\\' ? "\\" : "";
+        result += size == 0 ? escapedByte(text.front()) : std::string(text.substr(0, size));
+        text.remove_prefix(size == 0 ? 1 : size);
+    }
+    return isUtf8 ? std::nullopt : std::optional<std::string>(result);
+}
+
 std::string percentEncoded(std::string_view text, bool (*keeps)(char byte)) {
     constexpr std::string_view kDigits = "0123456789ABCDEF";
     std::string result;

@@ -1,6 +1,7 @@
 // Text from packages made fit for a terminal and for URIs.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -10,6 +11,10 @@ namespace pkgvet::cli {
 // not UTF-8 written as "\xNN" or "\u{NNNN}", so that no package can colour, move or reorder what a
 // person reads. Line feeds and tabs are escaped too.
 std::string printable(std::string_view text);
+
+// text with bytes that are not UTF-8 written as "\xNN" and backslashes doubled, so that different
+// texts stay different. Nothing where all of text is UTF-8.
+std::optional<std::string> bytesEscaped(std::string_view text);
 
 // text with every byte that keeps() refuses written as "%NN".
 std::string percentEncoded(std::string_view text, bool (*keeps)(char byte));

@@ -25,6 +25,25 @@ constexpr Entry kOtherRemarks[] = {
             "configuration files, had something to say while the package was judged.",
      .fix = "Nothing is to be done on account of this line alone. If another finding stands beside "
             "it, the remark may name its cause."},
+    {.id = "not-judged",
+     .severity = Severity::Error,
+     .title = "Package could not be judged",
+     .demand =
+         "A package can be read and unpacked, and all rules run on it to their end within the "
+         "limits of the run. One that is not judged is never accepted, and nothing excuses "
+         "that.",
+     .why = "What was not looked at may hold anything. The line behind `not judged` says what "
+            "stood in the way, and `cause_code` in JSON says it in a word.",
+     .fix =
+         "`unreadable` and `not-a-package`: hand in the file that rpmbuild wrote, whole, and not "
+         "an archive, a link to nowhere or a source package (`.src.rpm`): of a source package "
+         "build the binary one with `rpmbuild --rebuild` and hand in that. `unpack-failed`: the "
+         "payload is damaged or of a kind that `rpm2cpio` does not know here; build the package "
+         "anew. `too-large`, `too-many-files`, `out-of-time` and `out-of-memory`: the cause "
+         "names the option that raises the limit, and a package that meets one is seldom meant "
+         "to be so large. `crashed` and `rule-failed`: report the package to the developers of "
+         "pkgvet. `interrupted`: judge it again.",
+     .example = "pkgvet check --timeout 600 --max-unpacked 8G my-app.rpm\n"},
 };
 
 std::vector<const Entry*> flattened(const std::vector<Chapter>& chapters) {

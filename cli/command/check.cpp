@@ -3,16 +3,21 @@
 
 #include <poll.h>
 #include <signal.h>
+#include <stdlib.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <array>
+#include <filesystem>
+#include <fstream>
 #include <iostream>
 #include <memory>
 #include <optional>
+#include <sstream>
 #include <stdexcept>
 #include <utility>
 
+#include "cli/base/checksum.h"
 #include "cli/base/date.h"
 #include "cli/base/escape.h"
 #include "cli/base/exit_status.h"
@@ -32,6 +37,8 @@
 #include "cli/report/tally.h"
 #include "cli/rules/default_rules.h"
 #include "cli/rules/rule_check.h"
+#include "cli/rules/rule_digest.h"
+#include "cli/rules/rule_set.h"
 #include "cli/worker/judge_pool.h"
 #include "cli/worker/signal_watch.h"
 #include "pkgvet/platform/param_file_validator.h"
@@ -42,6 +49,8 @@ namespace pkgvet::cli {
 namespace {
 
 using ManagedConfiguration::Validator::ParamFileValidator;
+
+constexpr const char* kStepSummary = "GITHUB_STEP_SUMMARY";
 
 constexpr const char* kExitStatuses =
     "Exit status: 0 every package was accepted; 1 at least one was rejected; 2 usage error, no\n"
@@ -58,6 +67,13 @@ bool isSound(const std::vector<Fault>& faults) {
         complain(describe(fault));
     }
     return faults.empty();
+}
+
+// A tree that loses rules still judges, but not as its writer thinks.
+void warnOf(const std::vector<Fault>& faults) {
+    for (const Fault& fault : faults) {
+        complain("warning: " + describe(fault));
+    }
 }
 
 // On a terminal, a report for people has said so in the line above.
@@ -78,6 +94,9 @@ ReportStyle styleOf(const CheckOptions& options) {
     style.explain = options.report.explain;
     style.timings = options.report.timings;
     style.split = options.report.split;
+    if (const char* summary = getenv(kStepSummary)) {
+        style.stepSummary = summary;
+    }
     style.failOn = options.policy.failOn.value_or(style.failOn);
     return style;
 }
@@ -146,11 +165,45 @@ PoolOptions poolOptions(const CheckOptions& options, const std::string& rules,
     return pool;
 }
 
-Provenance provenanceOf(const JudgingOptions& options) {
-    Provenance provenance;
-    for (const Profiles profile : options.profiles) {
-        provenance.profiles.push_back({Configuration::getProfileName(profile)});
+// A pipe was read by whoever needed its content, and cannot be read again.
+std::string checksumOf(const std::string& path) {
+    if (!std::filesystem::is_regular_file(path)) {
+        return std::string();
     }
+    std::ifstream file(path, std::ios::binary);
+    std::ostringstream content;
+    content << file.rdbuf();
+    Sha256 sum;
+    sum.add(content.str());
+    return sum.finish();
+}
+
+std::vector<ProfileRules> profileRules(const CheckOptions& options, const std::string& rules) {
+    // Reading the tree once more takes time that only these formats are worth.
+    const bool isTold = hasReportIn(options.report, {Format::Json, Format::Jsonl});
+    std::vector<ProfileRules> profiles;
+    for (const Profiles profile : options.judging.profiles) {
+        profiles.push_back({Configuration::getProfileName(profile),
+                            isTold ? digestOf(loadRuleSet(rules, profile)) : std::string()});
+    }
+    return profiles;
+}
+
+Provenance provenanceOf(const CheckOptions& options, const std::string& rules) {
+    Provenance provenance;
+    provenance.profiles = profileRules(options, rules);
+    provenance.validation = validationName(options.judging.validation);
+    provenance.integrity = options.integrity.enabled;
+    if (options.policy.failOn) {
+        provenance.failOn = severityName(*options.policy.failOn);
+    }
+    for (const std::string& file : options.policy.waivers) {
+        provenance.waivers.push_back(checksumOf(file));
+    }
+    provenance.baseline = checksumOf(options.policy.baseline);
+    const Limits& limits = options.judging.limits;
+    provenance.limits = {limits.seconds, limits.processorSeconds, limits.unpackedBytes,
+                         limits.files,   limits.memory,           limits.report};
     return provenance;
 }
 
@@ -209,7 +262,7 @@ public:
         JudgePool pool(inputs_, std::move(judging.options), std::move(judging.from), receive,
                        &progress_);
         report_.sandbox = pool.sandbox().name();
-        report_.provenance = provenanceOf(options_.judging);
+        report_.provenance = provenanceOf(options_, rules_);
         if (!isSandboxGoodEnough(pool.sandbox(), options_.judging)) {
             return {};
         }
@@ -351,8 +404,9 @@ int checkUnder(const Settings& settings) {
     // It looks at the machine while this process looks at the rules.
     Judging judging{poolOptions(options, rules, keyring), nullptr};
     judging.from = std::make_unique<TemplateProcess>(judging.options.judging);
-    const std::vector<Fault> faultsOfRules = checkRuleTree(rules, options.judging.profiles);
-    faults.insert(faults.end(), faultsOfRules.begin(), faultsOfRules.end());
+    const RuleFaults faultsOfRules = checkRuleTree(rules, options.judging.profiles);
+    warnOf(faultsOfRules.dropped);
+    faults.insert(faults.end(), faultsOfRules.unusable.begin(), faultsOfRules.unusable.end());
     Policy policy(options.policy, localDate(), &faults);
     if (!isSound(faults)) {
         return kUsageError;

@@ -2,16 +2,23 @@
 #include "cli/command/explain.h"
 
 #include <iostream>
+#include <nlohmann/json.hpp>
 #include <sstream>
 
 #include "cli/base/escape.h"
 #include "cli/base/exit_status.h"
 #include "cli/base/terminal.h"
 #include "cli/base/text.h"
+#include "cli/report/format_json.h"
 
 namespace pkgvet::cli {
 
 namespace {
+
+constexpr Words<Format, 2> kFormats = {{{"text", Format::Text}, {"json", Format::Json}}};
+
+// Raised when a reader of the former form would go wrong; new keys alone do not raise it.
+constexpr int kSchemaVersion = 1;
 
 constexpr std::string_view kIndent = "    ";
 constexpr std::size_t kColumns = 80;
@@ -67,6 +74,33 @@ void writeNamed(const std::vector<std::string>& ids, const EntryStream& out) {
     }
 }
 
+nlohmann::ordered_json entryJson(const Entry& entry) {
+    return {{"id", entry.id},
+            {"severity", severityName(entry.severity)},
+            {"never_excused", entry.grave},
+            {"chapter", chapterOf(entry).title},
+            {"title", entry.title},
+            {"rule", entry.demand},
+            {"why", entry.why},
+            {"fix", entry.fix},
+            {"example", entry.example},
+            {"related", entry.related()},
+            {"help_uri", helpUri(entry.id)}};
+}
+
+void writeJson(const std::vector<std::string>& ids, std::ostream& stream) {
+    nlohmann::ordered_json list = nlohmann::ordered_json::array();
+    for (const std::string& id : ids) {
+        list.push_back(entryJson(*findEntry(id)));
+    }
+    for (const Entry* entry : ids.empty() ? entries() : std::vector<const Entry*>()) {
+        list.push_back(entryJson(*entry));
+    }
+    stream << jsonText({{"schema_version", kSchemaVersion}, {"rules", std::move(list)}},
+                       kJsonIndent)
+           << '\n';
+}
+
 // The ids are offered to shells; a wrong one is answered by the command itself, with the nearest.
 Operand idOperand(ExplainOptions* options) {
     Operand operand;
@@ -85,7 +119,9 @@ CommandRow explainCommand(ExplainOptions* options) {
     CommandRow row;
     row.name = "explain";
     row.description = "Say what a rule demands, why, and how to put a finding right";
-    row.options = {colorOption(&options->color)};
+    row.options = {
+        choiceOption("--format", kFormats, &options->format, "Format of the output [text]"),
+        colorOption(&options->color)};
     row.operand = idOperand(options);
     return row;
 }
@@ -107,7 +143,9 @@ int explain(const ExplainOptions& options) {
         return kUsageError;
     }
     const EntryStream out = {std::cout, wantsColor(options.color)};
-    if (options.ids.empty()) {
+    if (options.format == Format::Json) {
+        writeJson(options.ids, std::cout);
+    } else if (options.ids.empty()) {
         writeAll(out);
     } else {
         writeNamed(options.ids, out);

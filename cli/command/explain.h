@@ -8,12 +8,14 @@
 #include "cli/base/terminal.h"
 #include "cli/catalogue/catalogue.h"
 #include "cli/command/command_table.h"
+#include "cli/report/formats.h"
 
 namespace pkgvet::cli {
 
 struct ExplainOptions {
     std::vector<std::string> ids;  // none: every rule
     ColorMode color = ColorMode::Auto;
+    Format format = Format::Text;  // or Json
 };
 
 // Names all ids that are wrong on standard error, so that the user corrects them at once. True when

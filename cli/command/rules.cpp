@@ -19,18 +19,23 @@ namespace {
 constexpr Words<Format, 2> kFormats = {{{"text", Format::Text}, {"json", Format::Json}}};
 
 int checkTree(const std::string& tree, const std::vector<Profiles>& profiles) {
-    const std::vector<Fault> faults = checkRuleTree(tree, profiles);
+    const RuleFaults found = checkRuleTree(tree, profiles);
+    std::vector<Fault> faults = found.unusable;
+    faults.insert(faults.end(), found.dropped.begin(), found.dropped.end());
     writeRuleCheck(faults, warnAboutRules(tree, profiles), std::cout);
     return faults.empty() ? kAccepted : kUsageError;
 }
 
 // Rules that the library would not take as they stand are not worth looking at.
 bool isUsable(const std::string& tree, Profiles profile) {
-    const std::vector<Fault> faults = checkRuleTree(tree, {profile});
-    for (const Fault& fault : faults) {
+    const RuleFaults faults = checkRuleTree(tree, {profile});
+    for (const Fault& fault : faults.unusable) {
         complain(describe(fault));
     }
-    return faults.empty();
+    for (const Fault& fault : faults.dropped) {
+        complain("warning: " + describe(fault));
+    }
+    return faults.unusable.empty();
 }
 
 int showTree(const std::string& tree, Profiles profile, Format format) {

@@ -1,6 +1,7 @@
 // What a run looks at and what it finds out: packages, judgements and findings as plain data.
 #pragma once
 
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -110,11 +111,30 @@ struct PackageReport {
 // A profile of the run.
 struct ProfileRules {
     std::string name;
+    std::string digest = {};  // of the rules in force under it; empty where nobody asked for it
+};
+
+// What a run allowed each package at the most, as it was asked for. Less where the machine has
+// less.
+struct AllowedMost {
+    double seconds = 0;
+    unsigned processorSeconds = 0;
+    std::uint64_t unpackedBytes = 0;
+    unsigned files = 0;
+    std::uint64_t memory = 0;
+    std::uint64_t report = 0;
 };
 
 // How the verdicts of a run came about.
 struct Provenance {
-    std::vector<ProfileRules> profiles;  // in the order in which they were asked for
+    std::vector<ProfileRules> profiles = {};  // in the order in which they were asked for
+    std::string validation = {};              // "auto", "on" or "off"
+    bool integrity = true;
+    std::string failOn = {};  // the least severity that rejects, if the user says so
+    // SHA-256 of files; empty for what is not a regular file, and for no file.
+    std::vector<std::string> waivers = {};
+    std::string baseline = {};
+    AllowedMost limits = {};
 };
 
 struct RunReport {

@@ -4,7 +4,9 @@
 #include <nlohmann/json.hpp>
 #include <string>
 
+#include "cli/base/escape.h"
 #include "cli/base/version.h"
+#include "cli/catalogue/catalogue.h"
 #include "cli/report/formats.h"
 #include "cli/report/tally.h"
 
@@ -24,18 +26,32 @@ Json orNull(const std::string& text) {
     return text.empty() ? Json() : Json(text);
 }
 
-Json findingJson(const Finding& finding) {
+// Puts text under key. Where it is not UTF-8, which JSON cannot hold, the exact bytes stand beside
+// it: two names that differ in these alone would read the same.
+void put(const std::string& key, const std::string& text, Json* json) {
+    (*json)[key] = orNull(text);
+    if (const auto escaped = bytesEscaped(text)) {
+        (*json)[key + "_escaped"] = *escaped;
+    }
+}
+
+Json findingJson(const std::string& package, const Finding& finding) {
+    const Entry* entry = findEntry(finding.rule);
     Json json;
     json["rule"] = finding.rule;
     json["severity"] = severityName(finding.severity);
+    json["title"] = entry == nullptr ? Json() : Json(entry->title);
+    json["help_uri"] = entry == nullptr ? Json() : Json(helpUri(entry->id));
+    json["fingerprint"] = fingerprintOf(package, finding);
+    put("subject", finding.subject.value_or(std::string()), &json);
     json["subject"] = finding.subject ? Json(*finding.subject) : Json();
-    json["message"] = finding.message;
+    put("message", finding.message, &json);
     json["standing"] = standingName(finding.standing);
     json["reason"] = orNull(finding.reason);
     return json;
 }
 
-Json judgementJson(const Judgement& judgement) {
+Json judgementJson(const std::string& package, const Judgement& judgement) {
     Json json;
     json["profile"] = judgement.profile;
     json["meta_accepted"] = judgement.metaAccepted;
@@ -45,17 +61,17 @@ Json judgementJson(const Judgement& judgement) {
     json["passes"] = judgement.passes;
     json["findings"] = Json::array();
     for (const Finding& finding : judgement.findings) {
-        json["findings"].push_back(findingJson(finding));
+        json["findings"].push_back(findingJson(package, finding));
     }
     return json;
 }
 
 Json packageJson(const PackageReport& package, const ReportStyle& style) {
     Json json;
-    json["path"] = package.path;
-    json["name"] = orNull(package.name);
-    json["version"] = orNull(package.version);
-    json["release"] = orNull(package.release);
+    put("path", package.path, &json);
+    put("name", package.name, &json);
+    put("version", package.version, &json);
+    put("release", package.release, &json);
     json["arch"] = orNull(package.arch);
     json["sha256"] = orNull(package.sha256);
     json["validation_enabled"] = package.validationEnabled;
@@ -72,8 +88,36 @@ Json packageJson(const PackageReport& package, const ReportStyle& style) {
     }
     json["judgements"] = Json::array();
     for (const Judgement& judgement : package.judgements) {
-        json["judgements"].push_back(judgementJson(judgement));
+        json["judgements"].push_back(judgementJson(package.name, judgement));
     }
+    return json;
+}
+
+Json limitsJson(const AllowedMost& limits) {
+    return {{"timeout", limits.seconds},
+            {"cpu_time", limits.processorSeconds},
+            {"max_unpacked", limits.unpackedBytes},
+            {"max_files", limits.files},
+            {"memory", limits.memory},
+            {"max_report", limits.report}};
+}
+
+Json provenanceJson(const Provenance& provenance) {
+    Json json;
+    json["profiles"] = Json::array();
+    for (const ProfileRules& profile : provenance.profiles) {
+        json["profiles"].push_back(
+            {{"name", profile.name}, {"rules_digest", orNull(profile.digest)}});
+    }
+    json["validation"] = provenance.validation;
+    json["integrity"] = provenance.integrity;
+    json["fail_on"] = orNull(provenance.failOn);
+    json["waivers"] = Json::array();
+    for (const std::string& digest : provenance.waivers) {
+        json["waivers"].push_back(orNull(digest));
+    }
+    json["baseline"] = orNull(provenance.baseline);
+    json["limits"] = limitsJson(provenance.limits);
     return json;
 }
 
@@ -87,6 +131,7 @@ void addSummary(const RunReport& run, Json* json) {
     const PackageTally tally = tallyOf(run);
     // "complete" tells of the run here, and of one package in packageJson.
     (*json)["tool"] = {{"name", "pkgvet"}, {"version", programVersion()}};
+    (*json)["provenance"] = provenanceJson(run.provenance);
     (*json)["sandbox"] = run.sandbox;
     (*json)["complete"] = !run.partial;
     (*json)["summary"] = {{"packages", tally.packages()},

@@ -18,7 +18,11 @@ FormatSteps stepsOf(Format format) {
         case Format::Junit:
             return {nullptr, finishJunit};
         case Format::Github:
-            return {addGithub, finishGithub};
+            return {nullptr, finishGithub};
+        case Format::Gitlab:
+            return {nullptr, finishGitlab};
+        case Format::Markdown:
+            return {nullptr, finishMarkdown};
     }
     return {addText, finishText};  // no such format
 }

@@ -9,7 +9,7 @@
 
 namespace pkgvet::cli {
 
-enum class Format { Text, Concise, Json, Jsonl, Sarif, Junit, Github };
+enum class Format { Text, Concise, Json, Jsonl, Sarif, Junit, Github, Gitlab, Markdown };
 
 // A report that goes to a file beside the one on standard output.
 struct Output {
@@ -26,6 +26,7 @@ struct ReportStyle {
     bool explain = false;     // text: how to put each finding right
     bool timings = false;     // what the judging took, which differs from run to run
     bool split = false;       // files: as many as the readers of a format need
+    std::string stepSummary;  // github: a file that a summary in Markdown is added to; or empty
     // Text and concise: remarks on the run too. Beside standard output, standard error tells them.
     bool notices = false;
     Severity failOn = Severity::Error;  // the least severity that counts against a package
@@ -76,8 +77,14 @@ void finishSarif(const RunReport& run, const ReportStyle& style, std::ostream& s
 // finding.
 void finishJunit(const RunReport& run, const ReportStyle& style, std::ostream& stream);
 
-// Workflow commands of GitHub, which it shows as annotations.
-void addGithub(const PackageReport& package, const ReportStyle& style, std::ostream& stream);
+// Workflow commands of GitHub, which it shows as annotations: one for each rule.
 void finishGithub(const RunReport& run, const ReportStyle& style, std::ostream& stream);
+
+// A Code Quality report of GitLab.
+void finishGitlab(const RunReport& run, const ReportStyle& style, std::ostream& stream);
+
+// A summary in Markdown: the verdict and the rules of each package, as far as there is room in what
+// services take.
+void finishMarkdown(const RunReport& run, const ReportStyle& style, std::ostream& stream);
 
 }  // namespace pkgvet::cli

@@ -8,7 +8,7 @@ namespace pkgvet::cli {
 
 namespace {
 
-constexpr Words<Format, 7> kFormats = {{
+constexpr Words<Format, 9> kFormats = {{
     {"text", Format::Text},
     {"concise", Format::Concise},
     {"json", Format::Json},
@@ -16,6 +16,8 @@ constexpr Words<Format, 7> kFormats = {{
     {"sarif", Format::Sarif},
     {"junit", Format::Junit},
     {"github", Format::Github},
+    {"gitlab", Format::Gitlab},
+    {"markdown", Format::Markdown},
 }};
 
 constexpr const char* kOutputArgument = "FORMAT:PATH";

@@ -3,6 +3,7 @@
 
 #include <exception>
 #include <filesystem>
+#include <fstream>
 #include <sstream>
 
 #include "cli/base/escape.h"
@@ -51,6 +52,16 @@ std::string pathOfPart(const std::string& path, std::size_t number) {
     part.replace_filename(part.stem().string() + "-" + std::to_string(number) +
                           part.extension().string());
     return part;
+}
+
+// What other steps of the job wrote into the file stays.
+void addStepSummary(const RunReport& run, const std::string& path) {
+    std::ofstream file(path, std::ios::app);
+    finishMarkdown(run, {}, file);
+    file.flush();
+    if (!file) {
+        complain("cannot write " + printable(path));
+    }
 }
 
 void writeWhole(const std::string& content, OutputFile* file) {
@@ -110,6 +121,9 @@ void Reports::finishStream(const RunReport& run) {
         stream_ << contentsOf(format_, run, style, kStandardOutput).front();
     } else {
         steps_.finish(run, style_, stream_);
+    }
+    if (format_ == Format::Github && !style_.stepSummary.empty()) {
+        addStepSummary(run, style_.stepSummary);
     }
     stream_.flush();
 }

@@ -3,6 +3,8 @@
 
 #include <algorithm>
 #include <map>
+#include <optional>
+#include <set>
 #include <tuple>
 #include <utility>
 
@@ -121,6 +123,21 @@ std::vector<RuleTally> ruleTallies(std::span<const PackageReport> packages) {
     std::stable_sort(sorted.begin(), sorted.end(),
                      [&rank](const RuleTally& a, const RuleTally& b) { return rank(a) > rank(b); });
     return sorted;
+}
+
+std::vector<std::string> firstSubjects(const RuleTally& rule, std::size_t most) {
+    std::vector<std::string> subjects;
+    std::set<std::string> seen;
+    for (const RuleTally::Place& place : rule.findings) {
+        const std::optional<std::string>& subject = place.merged.finding->subject;
+        if (subject && seen.insert(*subject).second && seen.size() <= most) {
+            subjects.push_back(printable(*subject));
+        }
+    }
+    if (seen.size() > most) {
+        subjects.push_back(std::to_string(seen.size() - most) + " more");
+    }
+    return subjects;
 }
 
 std::string causeWithLastLine(const PackageReport& package) {

@@ -66,6 +66,10 @@ struct RuleTally {
 // packages.
 std::vector<RuleTally> ruleTallies(std::span<const PackageReport> packages);
 
+// The first subjects of the rule's findings, each once, at most as many, and how many more there
+// are then. They are fit for a terminal. What is about the package as a whole has none.
+std::vector<std::string> firstSubjects(const RuleTally& rule, std::size_t most);
+
 // Why the package was not judged, with the last line on standard error if there was one, fit for a
 // terminal.
 std::string causeWithLastLine(const PackageReport& package);

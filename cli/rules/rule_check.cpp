@@ -5,6 +5,8 @@
 #include <string_view>
 #include <utility>
 
+#include "cli/base/nearest.h"
+#include "cli/rules/fault_locator.h"
 #include "cli/rules/rule_tree_walk.h"
 #include "pkgvet/pattern/pattern_list.h"
 
@@ -12,30 +14,87 @@ namespace pkgvet::cli {
 
 namespace {
 
+constexpr const char* kUnknownTier = "is not the name of a tier, so its list is dropped";
+constexpr const char* kUnknownParent = "cannot be a parent, so nothing is inherited";
+constexpr const char* kUnknownKey = "is not a known key, so what it holds is dropped";
+constexpr const char* kDoubledKey = "stands twice, and the first one is dropped";
+
 void checkPattern(const RuleElement& element, std::vector<Fault>* faults) {
     if (const auto cause = WholePattern(element.text).fault()) {
         faults->push_back({element.file, element.key, kNotARegularExpression + *cause});
     }
 }
 
+// Walks a tree once, for all that there is to say of it.
+class RuleChecker {
+public:
+    RuleFaults check(const std::string& path, const std::vector<Profiles>& profiles) {
+        walkRuleTree(path, profiles, visitor());
+        findDoubledKeys();
+        // Profiles that share a parent share its faults.
+        faults_.unusable = eachOnce(faults_.unusable);
+        faults_.dropped = eachOnce(faults_.dropped);
+        for (Fault& fault : faults_.unusable) {
+            locator_.locateValue(&fault);
+        }
+        return std::move(faults_);
+    }
+
+private:
+    RuleTreeVisitor visitor() {
+        RuleTreeVisitor visitor;
+        visitor.onFault = [this](const Fault& fault) { faults_.unusable.push_back(fault); };
+        visitor.onFile = [this](const std::string& file) { files_.insert(file); };
+        visitor.onElement = [this](const RuleElement& element, const std::string&, bool isPattern) {
+            if (isPattern) {
+                checkPattern(element, &faults_.unusable);
+            }
+        };
+        visitor.onUnknownTier = [this](const RuleElement& name) {
+            drop(name, kUnknownTier + suggestion(name.text, tierNames()));
+        };
+        visitor.onUnknownParent = [this](const RuleElement& name) {
+            drop(name, kUnknownParent + suggestion(name.text, parentNames()));
+        };
+        visitor.onUnknownKey = [this](const RuleElement& key,
+                                      const std::vector<std::string>& known) {
+            Fault fault{key.file, key.key, kUnknownKey + suggestion(key.text, known)};
+            locator_.locateKey(&fault);
+            faults_.dropped.push_back(std::move(fault));
+        };
+        // Profiles share files, and compiling patterns takes time.
+        visitor.entersListFile = [this](const std::string& file, std::string_view contentKey) {
+            return entered_.emplace(file, contentKey).second;
+        };
+        return visitor;
+    }
+
+    void drop(const RuleElement& name, const std::string& consequence) {
+        Fault fault{name.file, name.key, consequence};
+        locator_.locateValue(&fault);
+        faults_.dropped.push_back(std::move(fault));
+    }
+
+    // json-glib takes the last of them and does not say so.
+    void findDoubledKeys() {
+        for (const std::string& file : files_) {
+            for (const DoubledKey& doubled : locator_.positionsIn(file).doubledKeys()) {
+                faults_.dropped.push_back({file, doubled.place, kDoubledKey, doubled.position});
+            }
+        }
+    }
+
+    RuleFaults faults_;
+    FaultLocator locator_;
+    std::set<std::string> files_;
+    // Files and what they are to hold.
+    std::set<std::pair<std::string, std::string>> entered_;
+};
+
 }  // namespace
 
-std::vector<Fault> checkRuleTree(const std::string& path, const std::vector<Profiles>& profiles) {
-    std::vector<Fault> faults;
-    // Files and what they are to hold. Profiles share files, and compiling patterns takes time.
-    std::set<std::pair<std::string, std::string>> entered;
-    RuleTreeVisitor visitor;
-    visitor.onFault = [&](const Fault& fault) { faults.push_back(fault); };
-    visitor.onElement = [&](const RuleElement& element, const std::string&, bool isPattern) {
-        if (isPattern) {
-            checkPattern(element, &faults);
-        }
-    };
-    visitor.entersListFile = [&](const std::string& file, std::string_view contentKey) {
-        return entered.emplace(file, contentKey).second;
-    };
-    walkRuleTree(path, profiles, visitor);
-    return eachOnce(faults);  // profiles that share a parent share its faults
+RuleFaults checkRuleTree(const std::string& path, const std::vector<Profiles>& profiles) {
+    return RuleChecker().check(path, profiles);
 }
 
 }  // namespace pkgvet::cli

@@ -9,9 +9,17 @@
 
 namespace pkgvet::cli {
 
-// Everything that is wrong with the tree that the configuration file at path leads to, as far as
-// one of profiles or its parents use it, each fault once. Empty when the library can use all of it:
-// it takes what it cannot use for empty lists and does not say so.
-std::vector<Fault> checkRuleTree(const std::string& path, const std::vector<Profiles>& profiles);
+// What there is to say against a rule tree, each fault once, with its place in its file.
+struct RuleFaults {
+    // What the library cannot use: it takes that for empty lists and does not say so.
+    std::vector<Fault> unusable;
+    // What it reads and then ignores, with all that is below it: tiers, parents and keys of unknown
+    // names, and of keys that stand twice the first.
+    std::vector<Fault> dropped;
+};
+
+// Looks at the tree that the configuration file at path leads to, as far as one of profiles or its
+// parents use it.
+RuleFaults checkRuleTree(const std::string& path, const std::vector<Profiles>& profiles);
 
 }  // namespace pkgvet::cli

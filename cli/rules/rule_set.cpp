@@ -15,10 +15,6 @@ RuleList* findList(const std::string& name, RuleSet* rules) {
     return found == rules->lists.end() ? nullptr : &*found;
 }
 
-Fault dropped(const RuleElement& name, const std::string& consequence) {
-    return {name.file, name.key, "\"" + name.text + "\" " + consequence};
-}
-
 }  // namespace
 
 RuleSet loadRuleSet(const std::string& path, Profiles profile) {
@@ -34,12 +30,6 @@ RuleSet loadRuleSet(const std::string& path, Profiles profile) {
         if (RuleList* list = findList(name, &rules)) {
             list->elements.push_back(element);
         }
-    };
-    visitor.onUnknownTier = [&](const RuleElement& name) {
-        rules.dropped.push_back(dropped(name, "is not the name of a tier, so its list is dropped"));
-    };
-    visitor.onUnknownParent = [&](const RuleElement& name) {
-        rules.dropped.push_back(dropped(name, "cannot be a parent, so nothing is inherited"));
     };
     walkRuleTree(path, {profile}, visitor);
     return rules;

@@ -4,7 +4,6 @@
 #include <string>
 #include <vector>
 
-#include "cli/base/fault.h"
 #include "cli/rules/rule_tree_walk.h"
 #include "pkgvet/rules/profiles.h"
 
@@ -20,8 +19,6 @@ struct RuleList {
 struct RuleSet {
     std::vector<RuleScalar> scalars;
     std::vector<RuleList> lists;
-    // What the library reads and then ignores: tiers and parents of unknown names.
-    std::vector<Fault> dropped;
     std::vector<std::string> files;  // those that were read, in their order
 };
 

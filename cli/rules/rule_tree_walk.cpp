@@ -3,6 +3,7 @@
 
 #include <algorithm>
 #include <array>
+#include <memory>
 #include <optional>
 #include <set>
 
@@ -27,6 +28,40 @@ bool isTier(std::string_view name) {
     return std::find(kTierNames.begin(), kTierNames.end(), name) != kTierNames.end();
 }
 
+template <typename Keys>
+void addNames(const Keys& keys, std::vector<std::string>* names) {
+    for (const auto& key : keys) {
+        names->emplace_back(key.name);
+    }
+}
+
+std::vector<std::string> directoryKeys() {
+    std::vector<std::string> names;
+    addNames(kDirectoryKeys, &names);
+    names.emplace_back(kDisallowedComponentsKey);
+    return names;
+}
+
+std::vector<std::string> profileKeys() {
+    std::vector<std::string> names;
+    for (const ListFile& list : kListFiles) {
+        names.emplace_back(list.pathKey);
+    }
+    addNames(kProfileTextKeys, &names);
+    addNames(kProfileFlagKeys, &names);
+    return names;
+}
+
+// Lists of several kinds may share a file.
+std::vector<std::string> listFileKeys() {
+    std::vector<std::string> names;
+    for (const ListFile& list : kListFiles) {
+        names.emplace_back(list.contentKey);
+    }
+    addNames(kComponentLists, &names);
+    return names;
+}
+
 class RuleTreeWalk {
 public:
     RuleTreeWalk(const std::string& path, const RuleTreeVisitor& visitor)
@@ -38,6 +73,7 @@ public:
             return;
         }
         visitor_.onFile(configuration_.path());
+        walkKeys(configuration_, root, "", {kIconSizesKey, kDirsKey, kProfilesKey});
         walkElements(configuration_, root, "", kIconSizesKey, {kIconSizesKey, kIntegerValue});
         walkDirectories(root);
         if (JsonArray* profiles = configuration_.array(root, "", kProfilesKey)) {
@@ -54,6 +90,18 @@ private:
         ValueType type = kTextValue;
         bool arePatterns = false;
     };
+
+    void walkKeys(const RuleFile& file, JsonObject* object, const std::string& place,
+                  const std::vector<std::string>& known) const {
+        const std::unique_ptr<GList, decltype(&g_list_free)> keys(json_object_get_members(object),
+                                                                  &g_list_free);
+        for (const GList* key = keys.get(); key != nullptr; key = key->next) {
+            const std::string name = static_cast<const char*>(key->data);
+            if (std::find(known.begin(), known.end(), name) == known.end()) {
+                visitor_.onUnknownKey({name, file.path(), member(place, name)}, known);
+            }
+        }
+    }
 
     void walkElements(const RuleFile& file, JsonObject* object, const std::string& place,
                       const char* key, const Elements& elements) const {
@@ -74,6 +122,7 @@ private:
         if (dirs == nullptr) {
             return;
         }
+        walkKeys(configuration_, dirs, kDirsKey, directoryKeys());
         for (const TextKey& key : kDirectoryKeys) {
             walkScalar(dirs, kDirsKey, key.name, kTextValue, true);
         }
@@ -88,6 +137,7 @@ private:
             return;
         }
         visitor_.onFile(path);
+        walkKeys(file, file.root(), "", listFileKeys());
         for (const ListKey& list : kComponentLists) {
             walkElements(file, file.root(), "", list.name, {list.name, kTextValue, true});
         }
@@ -113,6 +163,7 @@ private:
     // Where the profile's parent stands, if it has one.
     std::optional<guint> walkProfile(JsonObject* profile, const std::string& place,
                                      bool isChosen) const {
+        walkKeys(configuration_, profile, place, profileKeys());
         for (const ListFile& list : kListFiles) {
             const auto path = configuration_.text(profile, place, list.pathKey);
             if (path && visitor_.entersListFile(*path, list.contentKey)) {
@@ -158,6 +209,7 @@ private:
             return;
         }
         visitor_.onFile(path);
+        walkKeys(file, file.root(), "", listFileKeys());
         if (list.form == ListForm::Tiers) {
             walkTiers(file, list);
         } else {
@@ -179,6 +231,7 @@ private:
     // The list is walked whatever is wrong with the name, so that its own faults are told as well.
     void walkTier(const RuleFile& file, JsonObject* tier, const std::string& place,
                   const ListFile& list) const {
+        walkKeys(file, tier, place, {kTierNameKey, kTierListKey});
         const auto name = file.value(tier, place, kTierNameKey, kTextValue);
         if (name && !isTier(*name)) {
             visitor_.onUnknownTier({*name, file.path(), member(place, kTierNameKey)});
@@ -196,6 +249,16 @@ private:
 void walkRuleTree(const std::string& path, const std::vector<Profiles>& profiles,
                   const RuleTreeVisitor& visitor) {
     RuleTreeWalk(path, visitor).run(profiles);
+}
+
+std::vector<std::string> tierNames() {
+    return {kTierNames.begin(), kTierNames.end()};
+}
+
+std::vector<std::string> parentNames() {
+    std::vector<std::string> names;
+    addNames(kParents, &names);
+    return names;
 }
 
 std::vector<std::string> ruleListNames() {

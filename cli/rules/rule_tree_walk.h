@@ -48,6 +48,11 @@ struct RuleTreeVisitor {
     std::function<void(const RuleElement& name)> onUnknownTier = [](const RuleElement&) {};
     std::function<void(const RuleElement& name)> onUnknownParent = [](const RuleElement&) {};
 
+    // A key that means nothing where it stands, in place of one of known. What is below it is not
+    // read.
+    std::function<void(const RuleElement& key, const std::vector<std::string>& known)>
+        onUnknownKey = [](const RuleElement&, const std::vector<std::string>&) {};
+
     // Whether to read the file at path for the array that it has under contentKey. Profiles that
     // have a parent in common come to its files again and again.
     std::function<bool(const std::string& path, std::string_view contentKey)> entersListFile =
@@ -58,6 +63,10 @@ struct RuleTreeVisitor {
 // then for each of profiles its list files and its keys, and those of its parents in turn.
 void walkRuleTree(const std::string& path, const std::vector<Profiles>& profiles,
                   const RuleTreeVisitor& visitor);
+
+// The names by which a tree knows its tiers, and those of the profiles that can be parents.
+std::vector<std::string> tierNames();
+std::vector<std::string> parentNames();
 
 // The names of all lists in a tree, such as "paths" or "libraries.allowed".
 std::vector<std::string> ruleListNames();

@@ -5,6 +5,7 @@
 #include <string_view>
 
 #include "cli/base/strict_json.h"
+#include "cli/rules/fault_locator.h"
 #include "cli/rules/rule_set.h"
 
 namespace pkgvet::cli {
@@ -15,6 +16,11 @@ namespace {
 // one word of the two.
 constexpr std::string_view kDirectorySuffix = "_dir";
 constexpr const char* kNoSlash = "does not end in a slash";
+constexpr const char* kEmpty = "is empty and stands for nothing";
+constexpr const char* kBlank = "begins or ends with a blank, which must then be in the name too";
+constexpr std::string_view kLibraries = "libraries.";
+constexpr const char* kBareDot =
+    "has a dot that stands for any character; a dot itself is written \\\\.";
 constexpr const char* kLenient =
     "is not strict JSON; it is read all the same, but not always as it was meant: ";
 
@@ -23,6 +29,45 @@ void warnAboutDirectories(const std::string& file, const RuleSet& rules,
     for (const RuleScalar& scalar : rules.scalars) {
         if (scalar.name.ends_with(kDirectorySuffix) && !scalar.value.ends_with('/')) {
             warnings->push_back({file, scalar.key, kNoSlash});
+        }
+    }
+}
+
+// Whether a dot of pattern stands for one character, whichever it is. One that is repeated, as in
+// ".*", is meant so, and one in brackets is a dot.
+bool hasBareDot(std::string_view pattern) {
+    constexpr std::string_view kRepeats = "*+?{";
+    bool isInBrackets = false;
+    for (std::size_t i = 0; i < pattern.size(); ++i) {
+        const char next = i + 1 < pattern.size() ? pattern[i + 1] : '\0';
+        if (pattern[i] == '\\') {
+            ++i;
+        } else if (pattern[i] == '[' || pattern[i] == ']') {
+            isInBrackets = pattern[i] == '[';
+        } else if (pattern[i] == '.' && !isInBrackets &&
+                   kRepeats.find(next) == std::string_view::npos) {
+            return true;
+        }
+    }
+    return false;
+}
+
+const char* oddityOf(const RuleElement& element, const std::string& list) {
+    if (element.text.empty()) {
+        return kEmpty;
+    }
+    if (element.text.front() == ' ' || element.text.back() == ' ') {
+        return kBlank;
+    }
+    return list.starts_with(kLibraries) && hasBareDot(element.text) ? kBareDot : nullptr;
+}
+
+void warnAboutOddities(const RuleSet& rules, std::vector<Fault>* warnings) {
+    for (const RuleList& list : rules.lists) {
+        for (const RuleElement& element : list.elements) {
+            if (const char* oddity = oddityOf(element, list.name)) {
+                warnings->push_back({element.file, element.key, oddity});
+            }
         }
     }
 }
@@ -53,6 +98,10 @@ void warnAboutRepeats(const RuleSet& rules, std::vector<Fault>* warnings) {
 void warnAboutLenience(const RuleSet& rules, std::vector<Fault>* warnings) {
     for (const std::string& file : rules.files) {
         for (const Fault& fault : faultsOfJson(file)) {
+            // A key that stands twice has rules dropped, which is graver.
+            if (!fault.key.empty()) {
+                continue;
+            }
             warnings->push_back({file, fault.key, kLenient + fault.cause, fault.position});
         }
     }
@@ -66,10 +115,15 @@ std::vector<Fault> warnAboutRules(const std::string& path, const std::vector<Pro
         const RuleSet rules = loadRuleSet(path, profile);
         warnAboutLenience(rules, &warnings);
         warnAboutDirectories(path, rules, &warnings);
-        warnings.insert(warnings.end(), rules.dropped.begin(), rules.dropped.end());
         warnAboutRepeats(rules, &warnings);
+        warnAboutOddities(rules, &warnings);
     }
-    return eachOnce(warnings);
+    std::vector<Fault> unique = eachOnce(warnings);
+    FaultLocator locator;
+    for (Fault& warning : unique) {
+        locator.locateValue(&warning);
+    }
+    return unique;
 }
 
 }  // namespace pkgvet::cli

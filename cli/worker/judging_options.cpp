@@ -62,6 +62,10 @@ std::vector<Option> limitOptions(JudgingOptions* options) {
 
 }  // namespace
 
+std::string_view validationName(ValidationMode mode) {
+    return wordOf(kValidationModes, mode);
+}
+
 std::vector<Option> judgingOptions(JudgingOptions* options) {
     std::vector<Option> all = {
         fileOption("--rules", &options->rules,

@@ -14,6 +14,9 @@ namespace pkgvet::cli {
 
 enum class ValidationMode { Auto, On, Off };
 
+// "auto", "on" or "off".
+std::string_view validationName(ValidationMode mode);
+
 struct JudgingOptions {
     std::string rules;               // empty: the tree that comes with the program
     std::vector<Profiles> profiles;  // none: the regular one

@@ -36,9 +36,25 @@ TEST_F(RulesCommand, WarningsDoNotFailTheCheck) {
     const std::string path = tree_.write(directory_);
     const ProgramResult result = runPkgvet({"rules", "check", path});
     EXPECT_EQ(result.status, 0);
-    EXPECT_EQ(result.output, "warning: " + path +
-                                 ": \"dirs.bin_dir\" does not end in a slash\n"
-                                 "0 errors, 1 warning\n");
+    EXPECT_THAT(result.output, testing::MatchesRegex("warning: " + path +
+                                                     ":[0-9]+:[0-9]+: \"/usr/bin\" does not end in "
+                                                     "a slash\n0 errors, 1 warning\n"));
+}
+
+TEST_F(RulesCommand, WhatDropsRulesFailsTheCheckAndIsAWarningWhereTheTreeIsUsed) {
+    const std::string path = tree_.write(directory_);
+    const std::string list = directory_ / "profile-0/libraries.json";
+    writeFile(list, R"({"libraries": [{"name": "alowed", "list": []}]})");
+    const std::string fault = list +
+                              ":1:25: \"alowed\" is not the name of a tier, so its list is "
+                              "dropped: did you mean allowed?\n";
+    const ProgramResult result = runPkgvet({"rules", "check", path});
+    EXPECT_EQ(result.status, 2);
+    EXPECT_EQ(result.output, "error: " + fault + "1 error, 0 warnings\n");
+    const ProgramResult check =
+        runPkgvet({"check", "--allow-empty", "--rules", path, directory_.path().string()});
+    EXPECT_EQ(check.status, 0);
+    EXPECT_EQ(check.errors.find("pkgvet: warning: " + fault), 0U) << check.errors;
 }
 
 TEST_F(RulesCommand, CheckNamesTheFaultsOfAllProfilesInOneRun) {

@@ -123,6 +123,9 @@ TEST(FormatJson, FindingsCarryTheirStanding) {
         json(sample("waived and known"))["packages"][0]["judgements"][0]["findings"];
     ASSERT_EQ(findings.size(), 4U);
     EXPECT_EQ(findings[1], Json::parse(R"({"rule":"library-not-allowed","severity":"error",
+        "title":"Program links a library that is not allowed",
+        "help_uri":"https://pkgvet.example/docs/findings.md#library-not-allowed",
+        "fingerprint":"f8bf628c8b427c1ebf6bf70a9d7eaefa",
         "subject":"libx.so.1","message":"[libx.so.1] Not allowed","standing":"waived",
         "reason":"until 2.0 <\"&'>"})"));
     EXPECT_EQ(findings[2]["standing"], "known");
@@ -143,6 +146,43 @@ TEST(FormatJson, SecondsComeWithTimingsOnly) {
     timings.timings = true;
     EXPECT_FALSE(json(sample("accepted"))["packages"][0].contains("seconds"));
     EXPECT_EQ(json(sample("accepted"), timings)["packages"][0]["seconds"], 0.25);
+}
+
+TEST(FormatJson, NamesThatDifferInBytesThatAreNoTextStayApart) {
+    const auto subjects = [](const std::string& subject) {
+        const Finding found = findingAbout(subject, "a-rule", Severity::Error, "A");
+        return json(
+            runOf({package({judgement({found})})}))["packages"][0]["judgements"][0]["findings"][0];
+    };
+    EXPECT_EQ(subjects("a\xff")["subject"], subjects("a\xfe")["subject"]);
+    EXPECT_EQ(subjects("a\xff")["subject_escaped"], "a\\xff");
+    EXPECT_EQ(subjects("a\xfe")["subject_escaped"], "a\\xfe");
+    EXPECT_EQ(subjects("\\xff\xff")["subject_escaped"], "\\\\xff\\xff");
+    EXPECT_EQ(subjects("a\xff")["message_escaped"], "[a\\xff] A");
+    EXPECT_FALSE(subjects("a\\xff").contains("subject_escaped"));
+    PackageReport report = package({});
+    report.path = "\xfe.rpm";
+    EXPECT_EQ(json(runOf({report}))["packages"][0]["path_escaped"], "\\xfe.rpm");
+}
+
+TEST(FormatJson, RunSaysHowItsVerdictsCameAbout) {
+    RunReport run = runOf({});
+    const std::string digest(64, 'd');
+    run.provenance = {.profiles = {{"mdm", digest}},
+                      .validation = "on",
+                      .integrity = false,
+                      .failOn = "warning",
+                      .waivers = {digest, ""},
+                      .baseline = digest,
+                      .limits = {1.5, 2, 3, 4, 5, 6}};
+    const Json expected = Json::parse(R"({"profiles":[{"name":"mdm","rules_digest":")" + digest +
+                                      R"("}],"validation":"on","integrity":false,
+        "fail_on":"warning","waivers":[")" +
+                                      digest + R"(",null],"baseline":")" + digest +
+                                      R"(","limits":{"timeout":1.5,"cpu_time":2,"max_unpacked":3,
+        "max_files":4,"memory":5,"max_report":6}})");
+    EXPECT_EQ(json(run)["provenance"], expected);
+    EXPECT_EQ(jsonFaults(kSchema, {reportOf(Format::Json, run)}), "");
 }
 
 TEST(FormatJson, BytesThatAreNoTextAreReplaced) {

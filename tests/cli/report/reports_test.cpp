@@ -14,8 +14,9 @@ namespace {
 
 using namespace pkgvet::cli;
 
-constexpr Format kFormats[] = {Format::Text,  Format::Concise, Format::Json,  Format::Jsonl,
-                               Format::Sarif, Format::Junit,   Format::Github};
+constexpr Format kFormats[] = {Format::Text,   Format::Concise, Format::Json,
+                               Format::Jsonl,  Format::Sarif,   Format::Junit,
+                               Format::Github, Format::Gitlab,  Format::Markdown};
 
 std::string reported(Reports* reports, const RunReport& run, const std::ostringstream& stream) {
     for (const PackageReport& one : run.packages) {
@@ -72,6 +73,19 @@ TEST(Reports, FilesAreNeverColored) {
     reported(&reports, sampleRuns()[2].run, stream);
     EXPECT_NE(stream.str().find('\033'), std::string::npos);
     EXPECT_EQ(readFile(directory / "text").find('\033'), std::string::npos);
+}
+
+TEST(Reports, GithubAddsASummaryToTheStep) {
+    const TemporaryDirectory directory;
+    ReportStyle style;
+    style.stepSummary = directory.write("summary.md", "Before\n");
+    const RunReport run = sampleRuns()[2].run;
+    for (const Format format : {Format::Github, Format::Text}) {
+        std::ostringstream stream;
+        Reports reports(format, style, stream, {});
+        reported(&reports, run, stream);
+    }
+    EXPECT_EQ(readFile(style.stepSummary), "Before\n" + reportOf(Format::Markdown, run));
 }
 
 // One finding more than readers of SARIF take.

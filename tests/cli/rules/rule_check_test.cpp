@@ -14,6 +14,7 @@ namespace {
 
 using Json = nlohmann::ordered_json;
 using pkgvet::cli::checkRuleTree;
+using pkgvet::cli::describe;
 using pkgvet::cli::Fault;
 using testing::IsEmpty;
 
@@ -28,11 +29,24 @@ protected:
 
     std::vector<std::string> faults(Profiles profile = Profiles::Regular) const {
         std::vector<std::string> lines;
-        for (const Fault& fault : checkRuleTree(path_, {profile})) {
+        for (const Fault& fault : checkRuleTree(path_, {profile}).unusable) {
             lines.push_back(std::filesystem::path(fault.file).filename().string() + "|" +
                             fault.key + "|" + fault.cause);
         }
         return lines;
+    }
+
+    // What is dropped, as users read it, without the directory.
+    std::vector<std::string> dropped(Profiles profile = Profiles::Regular) const {
+        std::vector<std::string> lines;
+        for (const Fault& fault : checkRuleTree(path_, {profile}).dropped) {
+            lines.push_back(withoutDirectory(describe(fault)));
+        }
+        return lines;
+    }
+
+    std::string withoutDirectory(const std::string& line) const {
+        return line.substr(directory_.path().string().size() + 1);
     }
 
     const TemporaryDirectory directory_;
@@ -46,7 +60,8 @@ TEST_F(RuleCheck, SoundTreeHasNoFault) {
 }
 
 TEST_F(RuleCheck, MissingConfigurationFileIsAFault) {
-    const std::vector<Fault> faults = checkRuleTree(directory_ / "none.json", {Profiles::Regular});
+    const std::vector<Fault> faults =
+        checkRuleTree(directory_ / "none.json", {Profiles::Regular}).unusable;
     ASSERT_EQ(faults.size(), 1U);
     EXPECT_EQ(faults[0].file, directory_ / "none.json");
     EXPECT_EQ(faults[0].key, "");
@@ -176,7 +191,8 @@ TEST_F(RuleCheck, SeveralProfilesNameTheFaultsOfACommonParentOnce) {
     std::vector<std::string> keys;
     for (const Fault& fault :
          checkRuleTree(path_, {Profiles::Regular, Profiles::Extended, Profiles::Mdm,
-                               Profiles::Antivirus, Profiles::Auth, Profiles::Market})) {
+                               Profiles::Antivirus, Profiles::Auth, Profiles::Market})
+             .unusable) {
         keys.push_back(fault.key);
     }
     EXPECT_THAT(keys, testing::ElementsAre("paths", "profiles[3].provides", "profiles[5]"));
@@ -205,6 +221,71 @@ TEST_F(RuleCheck, ProfileThatIsNotThereIsAFault) {
     write(broken);
     EXPECT_THAT(faults(Profiles::Market),
                 testing::ElementsAre("configuration.json|profiles[5]|is missing"));
+}
+
+TEST_F(RuleCheck, FaultSaysWhereItStandsAndWhatIsThere) {
+    writeFile(list("paths.json"), "{\n    \"paths\": [\n        \"/a\",\n        \"lib[\"]}");
+    const std::vector<Fault> faults = checkRuleTree(path_, {Profiles::Regular}).unusable;
+    ASSERT_EQ(faults.size(), 1U);
+    EXPECT_THAT(withoutDirectory(describe(faults[0])),
+                testing::StartsWith("profile-0/paths.json:4:9: \"lib[\" is not a regular "
+                                    "expression: "));
+}
+
+TEST_F(RuleCheck, ValueThatIsMissingIsMissedWhereItShouldStand) {
+    writeFile(list("libraries.json"), "{\n  \"libraries\": [\n    {\"list\": []}]}");
+    const std::vector<Fault> faults = checkRuleTree(path_, {Profiles::Regular}).unusable;
+    ASSERT_EQ(faults.size(), 1U);
+    EXPECT_EQ(withoutDirectory(describe(faults[0])),
+              "profile-0/libraries.json:3:5: \"libraries[0].name\" is missing");
+}
+
+TEST_F(RuleCheck, TierOfAnUnknownNameIsDropped) {
+    writeFile(list("libraries.json"), R"({"libraries": [{"name": "alowed", "list": ["a"]}]})");
+    EXPECT_THAT(dropped(), testing::ElementsAre(
+                               "profile-0/libraries.json:1:25: \"alowed\" is not the name of a "
+                               "tier, so its list is dropped: did you mean allowed?"));
+}
+
+TEST_F(RuleCheck, ParentOfAnUnknownNameGivesNothing) {
+    Json broken = configuration();
+    broken["profiles"][2]["inheritance"] = "regulr";
+    write(broken);
+    EXPECT_THAT(dropped(), IsEmpty());
+    ASSERT_EQ(dropped(Profiles::Mdm).size(), 1U);
+    EXPECT_THAT(dropped(Profiles::Mdm)[0],
+                testing::EndsWith(": \"regulr\" cannot be a parent, so nothing is inherited: did "
+                                  "you mean regular?"));
+}
+
+TEST_F(RuleCheck, WhatStandsUnderAnUnknownKeyIsDropped) {
+    writeFile(list("paths.json"), "{\"paths\": [],\n \"path\": [\"/a\"]}");
+    writeFile(list("libraries.json"),
+              R"({"libraries": [{"name": "allowed", "list": [], "lists": []}]})");
+    EXPECT_THAT(dropped(),
+                testing::ElementsAre(
+                    "profile-0/paths.json:2:2: \"path\" is not a known key, so what it holds is "
+                    "dropped: did you mean paths?",
+                    "profile-0/libraries.json:1:48: \"libraries[0].lists\" is not a known key, so "
+                    "what it holds is dropped: did you mean list?"));
+    Json broken = configuration();
+    broken["icons"] = Json::array();
+    broken["dirs"]["lib_dir"] = "/usr/lib/";
+    broken["profiles"][0]["require_icon"] = true;
+    write(broken);
+    EXPECT_EQ(dropped().size(), 5U);
+}
+
+TEST_F(RuleCheck, FirstOfTwoKeysIsDropped) {
+    writeFile(list("paths.json"), "{\"paths\": [\"/a\"],\n \"paths\": []}");
+    EXPECT_THAT(dropped(), testing::ElementsAre("profile-0/paths.json:2:2: \"paths\" stands twice, "
+                                                "and the first one is dropped"));
+}
+
+TEST_F(RuleCheck, SoundTreeDropsNothing) {
+    for (unsigned profile = 0; profile < 6; ++profile) {
+        EXPECT_THAT(dropped(static_cast<Profiles>(profile)), IsEmpty());
+    }
 }
 
 }  // namespace

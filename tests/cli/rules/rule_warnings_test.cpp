@@ -50,11 +50,29 @@ TEST_F(RuleWarnings, DirectoriesEndInASlash) {
                             "configuration.json|dirs.icon_dir|does not end in a slash"));
 }
 
-TEST_F(RuleWarnings, ParentsOfUnknownNameInheritNothing) {
-    tree_.profiles[2].inheritance = "antivirus";
+TEST_F(RuleWarnings, PatternsThatAreHardlyMeantAreNamed) {
+    tree_.regular().paths = {"", " /a", "/b ", "/a.b"};
+    tree_.regular().libraries.allowed = {"liba.so.1", "libb\\.so\\.[0-9.]+", "libc.*\\.so"};
+    tree_.regular().libraries.unstable = {"libd\\.so.1"};
+    const std::string dot =
+        "|has a dot that stands for any character; a dot itself is written \\\\.";
+    const std::string blank = "|begins or ends with a blank, which must then be in the name too";
     EXPECT_THAT(warnings(),
-                ElementsAre("configuration.json|profiles[2].inheritance|\"antivirus\" cannot be "
-                            "a parent, so nothing is inherited"));
+                ElementsAre("profile-0/paths.json|paths[0]|is empty and stands for nothing",
+                            "profile-0/paths.json|paths[1]" + blank,
+                            "profile-0/paths.json|paths[2]" + blank,
+                            "profile-0/libraries.json|libraries[0].list[0]" + dot,
+                            "profile-0/libraries.json|libraries[1].list[0]" + dot));
+}
+
+TEST_F(RuleWarnings, WarningSaysWhereItStandsAndWhatIsThere) {
+    const std::string path = tree_.write(directory_);
+    writeFile(list("paths.json"), "{\"paths\": [\"/a\",\n  \" /b\"]}");
+    const std::vector<Fault> found = warnAboutRules(path, kAll);
+    ASSERT_EQ(found.size(), 1U);
+    EXPECT_EQ(describe(found[0]),
+              list("paths.json") +
+                  ":2:3: \" /b\" begins or ends with a blank, which must then be in the name too");
 }
 
 TEST_F(RuleWarnings, ParentThatAllProfilesShareIsWarnedAboutOnce) {

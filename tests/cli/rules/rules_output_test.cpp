@@ -16,7 +16,6 @@ RuleSet sample() {
          {"require_icons", "true", "profiles[0].require_icons"}},
         {{"paths", {{"/long/one", "/p.json", ""}, {"/b", "/q.json", ""}, {"/b", "/r.json", ""}}},
          {"permissions", {}}},
-        {},
         {}};
 }
 
