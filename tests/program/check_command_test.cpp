@@ -91,7 +91,8 @@ TEST_F(CheckCommand, FilesThatAreNoPackagesAreNotJudged) {
         SCOPED_TRACE(test.name);
         const ProgramResult result = check({test.path});
         EXPECT_EQ(result.status, 3);
-        EXPECT_EQ(result.output, test.path + ": not judged: " + test.cause + "\n" + kNextStep + kNothingJudged);
+        EXPECT_EQ(result.output,
+                  test.path + ": not judged: " + test.cause + "\n" + kNextStep + kNothingJudged);
         EXPECT_EQ(result.errors, notJudged(test.path, test.cause));
     }
     const ProgramResult result = check({truncated});
@@ -193,9 +194,9 @@ TEST_F(CheckCommand, UnusableRuleTreeEndsWithTwoBeforeTheFirstPackage) {
     const ProgramResult result = runPkgvet({"check", "--rules", rules, package()});
     EXPECT_EQ(result.status, 2);
     EXPECT_EQ(result.output, "");
-    EXPECT_EQ(result.errors, "pkgvet: " + rules + ": \"icon_sizes\" is missing\npkgvet: " + rules +
-                                 ": \"dirs\" is missing\npkgvet: " + rules +
-                                 ": \"profiles\" is missing\n");
+    const std::string start = "pkgvet: " + rules + ":1:1: ";
+    EXPECT_EQ(result.errors, start + "\"icon_sizes\" is missing\n" + start +
+                                 "\"dirs\" is missing\n" + start + "\"profiles\" is missing\n");
 }
 
 TEST_F(CheckCommand, NameThatMeansSomethingToAShellReachesNone) {

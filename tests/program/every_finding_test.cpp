@@ -56,9 +56,9 @@ bool isOfTheLibrary(const Chapter& chapter) {
 }
 
 // The first two are lines that no package draws, for the reasons told where they are tested; the
-// third stands for lines of others.
+// others stand for lines of others, and for what has no line.
 const std::set<std::string> kNeverDrawn = {"intent-name-missing", "libexec-wrong-format",
-                                           "other-remark"};
+                                           "other-remark", "not-judged"};
 
 }  // namespace
 

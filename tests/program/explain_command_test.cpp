@@ -1,6 +1,7 @@
 // The command explain as a whole.
 #include <gtest/gtest.h>
 
+#include <nlohmann/json.hpp>
 #include <sstream>
 
 #include "cli/command/explain.h"
@@ -53,6 +54,26 @@ TEST(ExplainCommand, ColourIsForTerminalsUnlessAskedFor) {
     EXPECT_EQ(runPkgvet({"explain", "rpath-empty"}).output.find('\033'), std::string::npos);
     EXPECT_NE(runPkgvet({"explain", "--color", "always", "rpath-empty"}).output.find('\033'),
               std::string::npos);
+}
+
+TEST(ExplainCommand, JsonHasTheCatalogueForPrograms) {
+    const ProgramResult one = runPkgvet({"explain", "--format", "json", "setuid-file"});
+    EXPECT_EQ(one.status, 0);
+    const auto rules = nlohmann::json::parse(one.output)["rules"];
+    ASSERT_EQ(rules.size(), 1U);
+    EXPECT_EQ(rules[0]["id"], "setuid-file");
+    EXPECT_EQ(rules[0]["severity"], "error");
+    EXPECT_EQ(rules[0]["never_excused"], true);
+    EXPECT_EQ(rules[0]["chapter"], "Files");
+    EXPECT_NE(rules[0]["fix"], "");
+    const ProgramResult all = runPkgvet({"explain", "--format", "json"});
+    EXPECT_GT(nlohmann::json::parse(all.output)["rules"].size(), 90U);
+}
+
+TEST(ExplainCommand, WhatWasNotJudgedIsExplained) {
+    const ProgramResult result = runPkgvet({"explain", "not-judged"});
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(result.output.find("not-judged (error)\n"), 0U) << result.output;
 }
 
 }  // namespace pkgvet::cli

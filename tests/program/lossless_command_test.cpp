@@ -133,7 +133,9 @@ TEST_F(LosslessCommand, SeveralProfilesAreAllJudgedUnder) {
     const ProgramResult result =
         check({"-q", "--profile", "mdm", "--profile", "auth", "--profile", "mdm", app_});
     EXPECT_EQ(result.status, 0);
-    EXPECT_THAT(result.output, HasSubstr(app_ + ": accepted under mdm, auth: 2 errors, 2 warnings; validation off\n"));
+    EXPECT_THAT(
+        result.output,
+        HasSubstr(app_ + ": accepted under mdm, auth: 2 errors, 2 warnings; validation off\n"));
 }
 
 }  // namespace

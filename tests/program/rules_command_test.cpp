@@ -63,12 +63,10 @@ TEST_F(RulesCommand, CheckNamesTheFaultsOfAllProfilesInOneRun) {
     const std::string path = tree_.write(directory_);
     const ProgramResult result = runPkgvet({"rules", "check", path});
     EXPECT_EQ(result.status, 2);
-    EXPECT_THAT(result.output,
-                HasSubstr("error: " + (directory_ / "profile-0/libraries.json") +
-                          ": \"libraries[0].list[0]\" is not a regular expression: "));
-    EXPECT_THAT(result.output,
-                HasSubstr("error: " + (directory_ / "profile-5/requires.json") +
-                          ": \"requires[1].list[1]\" is not a regular expression: "));
+    EXPECT_THAT(result.output, HasSubstr("error: " + (directory_ / "profile-0/libraries.json") +
+                                         ":1:41: \"(\" is not a regular expression: "));
+    EXPECT_THAT(result.output, HasSubstr("error: " + (directory_ / "profile-5/requires.json") +
+                                         ":1:75: \"[\" is not a regular expression: "));
     EXPECT_THAT(result.output, HasSubstr("\n2 errors, 0 warnings\n"));
     EXPECT_EQ(runPkgvet({"rules", "check", "--profile", "mdm", path}).status, 0);
 }
@@ -92,7 +90,7 @@ TEST_F(RulesCommand, TreeThatCannotBeUsedIsNotShown) {
     writeFile(directory_ / "profile-0/paths.json", "{}");
     const std::string sound = tree_.write(other_);
     const std::string fault =
-        "pkgvet: " + (directory_ / "profile-0/paths.json") + ": \"paths\" is missing\n";
+        "pkgvet: " + (directory_ / "profile-0/paths.json") + ":1:1: \"paths\" is missing\n";
     for (const std::vector<std::string>& command : {std::vector<std::string>{"rules", "show", path},
                                                     {"rules", "diff", sound, path},
                                                     {"rules", "diff", path, sound}}) {
