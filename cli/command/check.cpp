@@ -173,7 +173,7 @@ std::string checksumOf(const std::string& path) {
     std::ifstream file(path, std::ios::binary);
     std::ostringstream content;
     content << file.rdbuf();
-    Sha256 sum;
+    Checksum sum;
     sum.add(content.str());
     return sum.finish();
 }

@@ -15,7 +15,7 @@ namespace {
 // end a list.
 constexpr std::string_view kEnd("\0", 1);
 
-void add(std::string_view text, Sha256* sum) {
+void add(std::string_view text, Checksum* sum) {
     sum->add(text);
     sum->add(kEnd);
 }
@@ -23,7 +23,7 @@ void add(std::string_view text, Sha256* sum) {
 }  // namespace
 
 std::string digestOf(const RuleSet& rules) {
-    Sha256 sum;
+    Checksum sum;
     for (const RuleScalar& scalar : rules.scalars) {
         // What is inherited stands in the lists already.
         if (scalar.name != kInheritanceKey) {
