@@ -1,8 +1,10 @@
 #!/usr/bin/env bash
 # Judging packages against bare unpacking, side by side: rpm2cpio | cpio into an empty directory, its
-# removal included, and pkgvet check. Each row gives milliseconds for a package and the ratio.
+# removal included, and pkgvet check. Each row gives milliseconds for a package and the ratio. The
+# commands of a row take turns and the least of their times counts, so that what else goes on on the
+# machine does not decide. Behind them comes the most memory that pkgvet's own processes took.
 #
-# Behind that, bare unpacking into memory with and without the guard in front of cpio, in turns, the
+# At the end, bare unpacking into memory with and without the guard in front of cpio, in turns, the
 # best of all of them.
 #
 # usage: judging_bench.sh PROGRAM [RUNS]
@@ -10,6 +12,7 @@ set -euo pipefail
 readonly program=$(realpath "$1")
 readonly guard=${program%/bin/*}/libexec/pkgvet/cpio
 runs=${2-5}
+elf= # that packages hold beside their files
 work=$(mktemp -d)
 memory=$(mktemp -d -p /dev/shm 2>/dev/null || mktemp -d)
 trap 'rm -rf "$work" "$memory"' EXIT
@@ -17,7 +20,11 @@ export LC_ALL=C
 
 # make NAME FILES BYTES-OF-EACH COMPRESSION: a package with files of random bytes, half of which repeat.
 make() {
-    local name=org.example.$1 files=$2 bytes=$3 payload=$4
+    local name=org.example.$1 files=$2 bytes=$3 payload=$4 installed= file=
+    if [ -n "$elf" ]; then
+        file=/usr/bin/$name
+        installed="install -Dm755 $elf %{buildroot}$file"
+    fi
     cat >"$work/$1.spec" <<SPEC
 Name: $name
 Version: 1
@@ -34,10 +41,14 @@ for i in \$(seq $files); do
     { echo \$i; head -c $((bytes / 2)) $work/noise; head -c $((bytes / 2)) /dev/zero; } \\
         >%{buildroot}/usr/share/$name/\$i
 done
+$installed
 %files
 /usr/share/$name
+$file
 SPEC
     rpmbuild -bb --quiet --define "_topdir $work/build" --define "_dbpath $work/db" \
+        --define "_binaries_in_noarch_packages_terminate_build 0" \
+        --define "__os_install_post %{nil}" --define "__find_requires %{nil}" \
         --define "_binary_payload $payload" --define "_build_name_fmt $1.rpm" "$work/$1.spec" \
         >"$work/log" 2>&1 || { cat "$work/log" >&2; exit 1; }
     mv "$work/build/RPMS/$1.rpm" "$work/$1.rpm"
@@ -50,16 +61,16 @@ unpack() { # DIRECTORY PACKAGE
     rm -rf "$1/tree"
 }
 
-# Milliseconds that the command takes on average.
-average() {
-    local begin end i
-    "$@" >/dev/null 2>&1 || true
+# Hundredths of a millisecond that the command takes.
+duration() {
+    local begin
     begin=$(date +%s%N)
-    for ((i = 0; i < runs; ++i)); do
-        "$@" >/dev/null 2>&1 || true
-    done
-    end=$(date +%s%N)
-    echo $(((end - begin) / runs / 10000)) # in hundredths
+    "$@" >/dev/null 2>&1 || true
+    echo $((($(date +%s%N) - begin) / 10000))
+}
+
+lesser() { # A B
+    echo $(($1 < $2 ? $1 : $2))
 }
 
 row() { # NAME PACKAGES MEMORY DISK CHECK
@@ -69,9 +80,38 @@ row() { # NAME PACKAGES MEMORY DISK CHECK
 }
 
 measure() { # NAME
-    local package=$work/$1.rpm
-    row "$1" 1 "$(average unpack "$memory" "$package")" "$(average unpack "$work" "$package")" \
-        "$(average "$program" check -q "$package")"
+    local package=$work/$1.rpm in_memory=999999999 on_disk=999999999 check=999999999 i
+    for ((i = 0; i < runs; ++i)); do
+        in_memory=$(lesser "$in_memory" "$(duration unpack "$memory" "$package")")
+        on_disk=$(lesser "$on_disk" "$(duration unpack "$work" "$package")")
+        check=$(lesser "$check" "$(duration "$program" check -q "$package")")
+    done
+    row "$1" 1 "$in_memory" "$on_disk" "$check"
+}
+
+# A shared object of SIZE bytes or more with SYMBOLS symbols.
+make_elf() { # FILE SIZE SYMBOLS
+    {
+        printf '.data\n.zero %d\n' "$2"
+        seq "$3" | sed 's/.*/.globl symbol_number_&\nsymbol_number_&:/'
+    } | "${CC-cc}" -shared -nostdlib -x assembler -o "$1" -
+}
+
+# MiB that the processes of a run share and have, tools apart, at the most.
+most_memory() { # PACKAGE
+    local most=0 sum process pids
+    "$program" check -q "$1" >/dev/null 2>&1 &
+    process=$!
+    while kill -0 $process 2>/dev/null; do
+        pids=$(pgrep -x pkgvet -P $process || true)
+        sum=$(for pid in $process $pids; do
+            awk '/^Pss:/ { print $2 }' "/proc/$pid/smaps_rollup" 2>/dev/null || true
+        done | awk '{ sum += $1 } END { print int(sum / 1024) }')
+        most=$((sum > most ? sum : most))
+        sleep 0.01
+    done
+    wait $process || true
+    echo "$most"
 }
 
 printf '%-28s %10s %10s %10s %8s\n' "ms for a package" "in memory" "on disk" "judged" "ratio"
@@ -84,8 +124,12 @@ for compression in gzip:w9.gzdio xz:w6.xzdio zstd:w19.zstdio; do
 done
 make many-gzip 10000 100 w9.gzdio
 measure many-gzip
-make big-zstd 4 100000000 w3.zstdio
-measure big-zstd
+make_elf "$work/elf" 60000000 500000
+elf=$work/elf
+for compression in zstd:w3.zstdio gzip:w1.gzdio; do
+    make "big-${compression%%:*}" 3 100000000 "${compression#*:}"
+    measure "big-${compression%%:*}"
+done
 
 mkdir "$work/batch"
 for ((i = 0; i < 300; ++i)); do
@@ -97,16 +141,18 @@ unpack_all() {
         unpack "$1" "$package"
     done
 }
-readonly in_memory=$(average unpack_all "$memory")
-readonly on_disk=$(average unpack_all "$work")
+in_memory=$(duration unpack_all "$memory")
+on_disk=$(duration unpack_all "$work")
 for jobs in 1 2; do
     row "300 tiny, --jobs $jobs" 300 "$in_memory" "$on_disk" \
-        "$(average "$program" check -q --jobs "$jobs" "$work/batch")"
+        "$(duration "$program" check -q --jobs "$jobs" "$work/batch")"
+    in_memory=$(lesser "$in_memory" "$(duration unpack_all "$memory")")
 done
 if command -v rpmlint >/dev/null; then
-    row "tiny-gzip with rpmlint" 1 "$(average unpack "$memory" "$work/tiny-gzip.rpm")" 0 \
-        "$(average rpmlint "$work/tiny-gzip.rpm")"
+    row "tiny-gzip with rpmlint" 1 "$(duration unpack "$memory" "$work/tiny-gzip.rpm")" 0 \
+        "$(duration rpmlint "$work/tiny-gzip.rpm")"
 fi
+printf '%-28s %10s MiB\n' "memory, big-zstd" "$(most_memory "$work/big-zstd.rpm")"
 
 # Hundredths of a millisecond that unpacking takes with CPIO, the word for the program.
 unpack_with() { # CPIO PACKAGE
@@ -120,12 +166,10 @@ unpack_with() { # CPIO PACKAGE
 }
 
 compare() { # NAME
-    local plain=1000000000 guarded=1000000000 took i
+    local plain=1000000000 guarded=1000000000 i
     for ((i = 0; i < 3 * runs; ++i)); do
-        took=$(unpack_with /usr/bin/cpio "$work/$1.rpm")
-        plain=$((took < plain ? took : plain))
-        took=$(unpack_with "$guard" "$work/$1.rpm")
-        guarded=$((took < guarded ? took : guarded))
+        plain=$(lesser "$plain" "$(unpack_with /usr/bin/cpio "$work/$1.rpm")")
+        guarded=$(lesser "$guarded" "$(unpack_with "$guard" "$work/$1.rpm")")
     done
     awk -v name="$1" -v plain="$plain" -v guarded="$guarded" 'BEGIN {
         printf "%-28s %10.2f %10.2f %21.2f\n", name, plain / 100, guarded / 100, guarded / plain }'
