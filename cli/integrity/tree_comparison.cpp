@@ -5,9 +5,12 @@
 
 #include <algorithm>
 #include <array>
+#include <atomic>
 #include <cstring>
+#include <future>
 #include <numeric>
 #include <string_view>
+#include <thread>
 
 #include "cli/catalogue/integrity_messages.h"
 #include "cli/integrity/tree_rules.h"
@@ -19,6 +22,9 @@ namespace {
 constexpr mode_t kModeBits = 07777;
 // Of directories that no entry of the payload stands for. rpm gives them the same.
 constexpr mode_t kImpliedMode = 0755;
+
+// Threads that read at once. Memory gives no more bytes than a few of them sum up.
+constexpr unsigned kMostReaders = 4;
 
 // What rules read as text up to the first NUL byte, while others may read on.
 constexpr std::array<std::string_view, 2> kTextSuffixes = {".qml", ".desktop"};
@@ -82,10 +88,10 @@ void TreeComparison::compareEntries() {
 }
 
 void TreeComparison::compareContents() {
-    for (const PendingFile& file : pending_) {
-        readContent(file);
+    readAll();
+    for (const auto& [index, reading] : contents_) {
+        compareContent(list_.files[index], readings_[reading].content);
     }
-    pending_.clear();
 }
 
 std::optional<std::size_t> TreeComparison::find(const std::string& path) const {
@@ -150,11 +156,7 @@ void TreeComparison::compareFile(std::size_t index, const TreeEntry& entry) {
         findings_.add(kSizeDiffers,
                       {file.path, std::to_string(file.size), std::to_string(status.st_size)});
     }
-    pending_.push_back({index, status.st_nlink > 1 ? status.st_ino : 0});
-    if (!entry.isReadable) {
-        readContent(pending_.back());
-        pending_.pop_back();
-    }
+    noteContent(index, entry);
 }
 
 void TreeComparison::compareLink(std::size_t index, const TreeEntry& entry) {
@@ -165,21 +167,47 @@ void TreeComparison::compareLink(std::size_t index, const TreeEntry& entry) {
     }
 }
 
-// The hard links to a file are read as one.
-void TreeComparison::readContent(const PendingFile& pending) {
-    const HeaderFile& file = list_.files[pending.index];
-    const std::string path = root_ + file.path;
-    if (pending.inode == 0) {
-        compareContent(file, pkgvet::cli::readContent(path, list_.digestAlgorithm));
-        return;
+// What can be read now and not later is read now.
+void TreeComparison::noteContent(std::size_t index, const TreeEntry& entry) {
+    std::size_t number = readings_.size();
+    if (entry.status.st_nlink > 1) {
+        number = linkedReadings_.emplace(entry.status.st_ino, number).first->second;
     }
-    auto known = contents_.find(pending.inode);
-    if (known == contents_.end()) {
-        known =
-            contents_.emplace(pending.inode, pkgvet::cli::readContent(path, list_.digestAlgorithm))
-                .first;
+    if (number == readings_.size()) {
+        readings_.push_back({index});
     }
-    compareContent(file, known->second);
+    contents_.emplace_back(index, number);
+    if (!entry.isReadable) {
+        read(&readings_[number]);
+    }
+}
+
+void TreeComparison::read(Reading* reading) const {
+    if (!reading->isDone) {
+        reading->isDone = true;
+        reading->content =
+            readContent(root_ + list_.files[reading->index].path, list_.digestAlgorithm);
+    }
+}
+
+// Files are dealt out one by one, since one can be larger than all others together.
+void TreeComparison::readAll() {
+    std::atomic<std::size_t> next = 0;
+    const auto readSome = [this, &next] {
+        for (std::size_t i = next++; i < readings_.size(); i = next++) {
+            read(&readings_[i]);
+        }
+    };
+    std::vector<std::future<void>> helpers;
+    for (unsigned i = 1; i < std::min(std::thread::hardware_concurrency(), kMostReaders) &&
+                         readings_.size() > helpers.size() + 1;
+         ++i) {
+        helpers.push_back(std::async(std::launch::async | std::launch::deferred, readSome));
+    }
+    readSome();
+    for (std::future<void>& helper : helpers) {
+        helper.get();
+    }
 }
 
 void TreeComparison::compareContent(const HeaderFile& file, const FileContent& content) {

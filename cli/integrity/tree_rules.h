@@ -6,6 +6,7 @@
 #include <map>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "cli/integrity/file_content.h"
@@ -33,10 +34,11 @@ public:
     std::vector<Finding> take() { return findings_.take(); }
 
 private:
-    // A file whose content is still to be read.
-    struct PendingFile {
-        std::size_t index;  // in the header
-        ino_t inode;
+    // A file that is read once, however many hard links lead to it.
+    struct Reading {
+        std::size_t index;  // in the header, of the first of them
+        bool isDone = false;
+        FileContent content = {};
     };
 
     std::optional<std::size_t> find(const std::string& path) const;
@@ -45,7 +47,9 @@ private:
     void compareListed(std::size_t index, const TreeEntry& entry);
     void compareFile(std::size_t index, const TreeEntry& entry);
     void compareLink(std::size_t index, const TreeEntry& entry);
-    void readContent(const PendingFile& file);
+    void noteContent(std::size_t index, const TreeEntry& entry);
+    void read(Reading* reading) const;
+    void readAll();
     void compareContent(const HeaderFile& file, const FileContent& content);
     void findMissing();
     void compareHardLinks();
@@ -55,8 +59,9 @@ private:
     std::vector<std::size_t> sorted_;  // numbers of files in the order of their paths
     std::vector<mode_t> modes_;
     std::vector<ino_t> inodes_;  // of files, 0 for what is none
-    std::vector<PendingFile> pending_;
-    std::map<ino_t, FileContent> contents_;  // of files with hard links, which are read once
+    std::vector<Reading> readings_;
+    std::map<ino_t, std::size_t> linkedReadings_;                // of files with hard links
+    std::vector<std::pair<std::size_t, std::size_t>> contents_;  // number of a file, of its reading
     IntegrityFindings findings_;
 };
 
