@@ -89,9 +89,4 @@ TEST(HeaderTags, WhatIsNotKnownToBeHarmlessIsAFinding) {
                 ElementsAre("header-tag-unknown: [99999] Header has a tag that no package needs"));
 }
 
-TEST(HeaderTags, EachIsThereOnce) {
-    RpmHeader header;
-    EXPECT_THAT(linesWith(RPMTAG_BUGURL, rpmText("x")), IsEmpty());
-}
-
 }  // namespace
