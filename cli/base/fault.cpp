@@ -16,7 +16,7 @@ namespace {
 constexpr glong kLongestValue = 80;
 
 std::string shortened(const std::string& value) {
-    const std::string text = printable(value);
+    std::string text = printable(value);
     if (g_utf8_strlen(text.data(), -1) <= kLongestValue) {
         return text;
     }

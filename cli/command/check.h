@@ -28,6 +28,6 @@ CommandRow checkCommand(CheckOptions* options);
 
 // Judges the packages in order, each as far as it can be judged, and returns the exit status.
 // Findings and verdicts go to standard output, all else to standard error.
-int check(const CheckOptions& options);
+int check(const CheckOptions& given);
 
 }  // namespace pkgvet::cli

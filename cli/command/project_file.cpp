@@ -147,7 +147,7 @@ private:
     }
 
     std::vector<Profiles> profilesAt(const std::string& place, const std::string& name) const {
-        const std::vector<Profiles> named = profilesNamed(name);
+        std::vector<Profiles> named = profilesNamed(name);
         if (named.empty()) {
             reader_.report(place, "is not a profile" + suggestion(name, profileWords()));
         }

@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include "cli/command/output_guard.h"
+#include "cli/report/reports.h"
 #include "cli/rules/rule_tree_walk.h"
 
 namespace pkgvet::cli {
@@ -12,11 +13,28 @@ namespace pkgvet::cli {
 namespace {
 
 constexpr const char* kStandardInput = "/dev/stdin";
+// More than the results of any run fill.
+constexpr std::size_t kMostParts = 100;
+
+// Among the further files of a report, those that are there already. How many there will be is not
+// known yet.
+void addParts(const std::string& path, std::vector<std::string>* files) {
+    for (std::size_t number = 2; number <= kMostParts; ++number) {
+        const std::string part = pathOfPart(path, number);
+        struct stat status {};
+        if (stat(part.c_str(), &status) == 0) {
+            files->push_back(part);
+        }
+    }
+}
 
 std::vector<std::string> filesWritten(const CheckOptions& options) {
     std::vector<std::string> files;
     for (const Output& output : filesOf(options.report)) {
         files.push_back(output.path);
+        if (options.report.split && output.format == Format::Sarif) {
+            addParts(output.path, &files);
+        }
     }
     if (!options.policy.writeBaseline.empty()) {
         files.push_back(options.policy.writeBaseline);

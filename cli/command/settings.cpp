@@ -95,6 +95,7 @@ private:
     void note(const std::string& key, const std::vector<Profiles>& profiles, bool isGiven,
               bool isInProject) {
         std::vector<std::string> names;
+        names.reserve(profiles.size());
         for (const Profiles profile : profiles) {
             names.push_back(Configuration::getProfileName(profile));
         }

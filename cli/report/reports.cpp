@@ -46,14 +46,6 @@ std::vector<std::string> contentsOf(Format format, const RunReport& run, const R
     return {content.str()};
 }
 
-// "report-2.sarif" beside "report.sarif".
-std::string pathOfPart(const std::string& path, std::size_t number) {
-    std::filesystem::path part(path);
-    part.replace_filename(part.stem().string() + "-" + std::to_string(number) +
-                          part.extension().string());
-    return part;
-}
-
 // What other steps of the job wrote into the file stays.
 void addStepSummary(const RunReport& run, const std::string& path) {
     std::ofstream file(path, std::ios::app);
@@ -80,6 +72,13 @@ void writeFile(const Output& output, const RunReport& run, const ReportStyle& st
 }
 
 }  // namespace
+
+std::string pathOfPart(const std::string& path, std::size_t number) {
+    std::filesystem::path part(path);
+    part.replace_filename(part.stem().string() + "-" + std::to_string(number) +
+                          part.extension().string());
+    return part;
+}
 
 Reports::Reports(Format format, const ReportStyle& style, std::ostream& stream,
                  const std::vector<Output>& files)

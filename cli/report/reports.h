@@ -2,6 +2,7 @@
 #pragma once
 
 #include <ostream>
+#include <string>
 #include <vector>
 
 #include "cli/base/output_file.h"
@@ -39,6 +40,9 @@ private:
     std::ostream& stream_;
     std::vector<File> files_;
 };
+
+// Where a further file of the report at path goes: "report-2.sarif" beside "report.sarif".
+std::string pathOfPart(const std::string& path, std::size_t number);
 
 // The whole report at once.
 void writeReport(Format format, const RunReport& run, const ReportStyle& style,

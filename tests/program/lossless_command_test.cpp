@@ -69,6 +69,7 @@ TEST_F(LosslessCommand, NoOutputTakesThePlaceOfWhatIsReadOrOfAnotherOutput) {
     const std::string baseline =
         own_.write("known.json", R"({"schema_version": 1, "findings": []})");
     const std::string list = own_.write("list", app_ + "\n");
+    const std::string part = own_.write("app-3.sarif", R"({"waivers": []})");
     const std::string another = own_ / "another.rpm";
     fs::copy_file(app_, another);
     const std::string report = own_ / "report.json";
@@ -81,6 +82,7 @@ TEST_F(LosslessCommand, NoOutputTakesThePlaceOfWhatIsReadOrOfAnotherOutput) {
         {"-o", "json:" + waivers, "--waivers", waivers, app_},
         {"--write-baseline", baseline, "--baseline", baseline, app_},
         {"-o", "json:" + list, "--files-from", list},
+        {"-o", "sarif:" + own_ / "app.sarif", "--split", "--waivers", part, app_},
         {"-o", "json:" + rules(), app_},
         {"-o", "json:" + fs::path(rules()).replace_filename("regular/paths.json").native(), app_},
     };
