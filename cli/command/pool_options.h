@@ -1,0 +1,20 @@
+// How the judges of a run are set up.
+#pragma once
+
+#include <string>
+
+#include "cli/command/check.h"
+#include "cli/integrity/keyring.h"
+#include "cli/worker/judge_pool.h"
+
+namespace pkgvet::cli {
+
+// What the options come to for the pool of judges. rules is the path of the configuration file. The
+// arguments outlive the result, since the judges are made of them.
+PoolOptions poolOptions(const CheckOptions& options, const std::string& rules,
+                        const Keyring& keyring);
+
+// Whether violations reject a package. Reads the rules where that depends on the platform.
+bool isValidationEnabled(const JudgingOptions& options, const std::string& rules);
+
+}  // namespace pkgvet::cli

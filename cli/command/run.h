@@ -1,0 +1,60 @@
+// One run of the command that judges packages.
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "cli/base/exit_status.h"
+#include "cli/base/output_file.h"
+#include "cli/base/progress.h"
+#include "cli/command/check.h"
+#include "cli/model/model.h"
+#include "cli/policy/policy.h"
+#include "cli/report/reports.h"
+#include "cli/worker/judge_pool.h"
+
+namespace pkgvet::cli {
+
+// What packages are judged by.
+struct Judging {
+    PoolOptions options;
+    std::unique_ptr<TemplateProcess> from;
+};
+
+// How a run ended.
+struct RunEnd {
+    int status = kUsageError;
+    int signal = 0;  // that ended it, or 0
+};
+
+// One run over all packages. The options and rules outlive it.
+class Run {
+public:
+    // Opens all files that are to be written; std::runtime_error names one that cannot be. rules is
+    // the path of the configuration file.
+    Run(const CheckOptions& options, const std::string& rules, std::vector<Input> inputs,
+        Policy policy);
+
+    // Has the packages judged, writes the reports and says on standard error what they do not.
+    RunEnd judgeAll(Judging judging);
+
+private:
+    bool take(PackageReport package);
+    bool isValidationEnabled();
+    void writeBaseline();
+    int status() const;
+
+    const CheckOptions& options_;
+    const std::string& rules_;
+    std::vector<Input> inputs_;
+    Policy policy_;
+    std::optional<bool> validationEnabled_;
+    Progress progress_;
+    Reports reports_;
+    std::optional<OutputFile> baselineFile_;
+    RunReport report_;
+};
+
+}  // namespace pkgvet::cli
