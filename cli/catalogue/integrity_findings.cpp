@@ -150,6 +150,31 @@ constexpr Entry kEntries[] = {
      .example = kBuildCommand,
      .relatedIds = {"trigger-not-allowed"},
      .message = &kTagUnknown},
+    {.id = "header-tag-translated",
+     .severity = Severity::Critical,
+     .grave = true,
+     .title = "Header has a tag in several languages",
+     .demand = "Only summary, description and group of a package are translated.",
+     .why = "rpm reads such a text in the language of the machine. It can be one here and another "
+            "one on a device.",
+     .fix = kBuildWithRpmbuild,
+     .example = kBuildCommand,
+     .relatedIds = {"header-tag-twice"},
+     .message = &kTagTranslated},
+    {.id = "account-created",
+     .severity = Severity::Critical,
+     .grave = true,
+     .title = "Package makes users or groups",
+     .demand = "The package provides nothing whose name begins with `user(`, `group(` or "
+               "`groupmember(`.",
+     .why = "Later versions of rpm make the accounts that such names stand for, with any id, at "
+            "installation.",
+     .fix = "Remove the `Provides:` line, and the files below `/usr/lib/sysusers.d` for which "
+            "rpmbuild adds one.",
+     .example = "%files\n"
+                "%{_bindir}/%{name}\n",
+     .relatedIds = {"provide-not-allowed"},
+     .message = &kAccount},
     {.id = "header-tag-twice",
      .severity = Severity::Critical,
      .grave = true,

@@ -6,7 +6,8 @@
 namespace pkgvet::cli {
 
 // On what the package is.
-inline constexpr Message kSourcePackage{"Source package"};
+inline constexpr Message kSourcePackage{
+    "This is a source package; hand in the binary package that is built from it"};
 inline constexpr Message kOtherSystem{"Package is for another operating system: ", kSubject};
 inline constexpr Message kPayloadFormatUnknown{"Payload is not an archive of cpio: ", kSubject};
 inline constexpr Message kRelocatable{"[", kSubject, "] Files can be installed in another place"};
@@ -23,6 +24,10 @@ inline constexpr Message kScriptFlags{"[", kSubject, "] Flags of scripts are not
 
 // On the header as such.
 inline constexpr Message kTagUnknown{"[", kSubject, "] Header has a tag that no package needs"};
+inline constexpr Message kTagTranslated{"[", kSubject,
+                                        "] Header has this tag in several languages"};
+inline constexpr Message kAccount{"[", kSubject,
+                                  "] Provides that make users or groups are not allowed in RPM"};
 inline constexpr Message kTagTwice{"[", kSubject, "] Header has this tag twice"};
 inline constexpr Message kListsDisagree{
     "[", kSubject, "] List has ", kDetail, " elements and there are ", kDetail, " files"};

@@ -96,8 +96,8 @@ std::string formatNote(const GuardNote& note) {
 }
 
 std::optional<GuardNote> parseNote(std::string_view text) {
-    constexpr auto lastEnd = static_cast<unsigned>(GuardEnd::kLast);
-    constexpr auto lastIrregularity = static_cast<unsigned>(Irregularity::kLast);
+    constexpr auto lastEnd = static_cast<unsigned>(GuardEnd::Last);
+    constexpr auto lastIrregularity = static_cast<unsigned>(Irregularity::Last);
     GuardNote note;
     Reader reader(text);
     note.end = static_cast<GuardEnd>(reader.number(lastEnd));

@@ -58,7 +58,7 @@ enum class Irregularity : unsigned {
     LinkTarget,         // an empty or too long target, or a NUL byte in it
     HardLink,           // names of one file that do not fit each other
     SetId,              // a set-id bit that the header does not have
-    kLast = SetId,
+    Last = SetId,
 };
 
 // What became of an archive.
@@ -70,7 +70,7 @@ enum class GuardEnd : unsigned {
     TooLarge,      // it would have unpacked to more bytes than ordered
     TooManyFiles,  // or to more files
     OutOfMemory,   // the guard had not enough of it
-    kLast = OutOfMemory,
+    Last = OutOfMemory,
 };
 
 struct GuardNote {

@@ -11,12 +11,18 @@
 
 namespace pkgvet::cli {
 
+// Whether rpm would take the package for one of sources.
+bool isSourcePackage(const PackageHeader& header);
+
 // A source package, one for another operating system, or one with another payload than an archive.
 void checkKind(const PackageHeader& header, IntegrityFindings* findings);
 
 // Tags that make rpm do what no other rule looks at (triggers, verify scripts, relocations), tags
 // that are not known to do nothing, and tags that are there twice.
 void checkTags(const PackageHeader& header, IntegrityFindings* findings);
+
+// Names whose mere presence makes later versions of rpm create users and groups.
+void checkProvides(const PackageHeader& header, IntegrityFindings* findings);
 
 // Lists of another length than that of the file names, and directories that are not in the header.
 void checkLists(const PackageHeader& header, IntegrityFindings* findings);

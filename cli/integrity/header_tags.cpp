@@ -239,6 +239,12 @@ const JudgedTag* judgedTag(rpmTagVal tag) {
     return found == std::end(kJudgedTags) ? nullptr : found;
 }
 
+// Whether the tag is of the few that rpm writes in several languages. It takes that type for any
+// text, and then reads what the language of the machine says.
+bool isForPeople(rpmTagVal tag) {
+    return rpmTagGetTagType(tag) == RPM_I18NSTRING_TYPE;
+}
+
 // librpm's name, or the number of a tag that it does not know.
 std::string nameOf(rpmTagVal tag) {
     return rpmTagGetTagType(tag) == RPM_NULL_TYPE ? std::to_string(tag) : rpmTagGetName(tag);
@@ -249,11 +255,14 @@ std::string nameOf(rpmTagVal tag) {
 void checkTags(const PackageHeader& header, IntegrityFindings* findings) {
     std::set<std::string_view> told;
     rpmTagVal former = 0;
-    for (const rpmTagVal tag : header.tags()) {
+    for (const auto [tag, type] : header.tags()) {
         if (tag == former) {
             findings->add(kTagTwice, {nameOf(tag)});
         }
         former = tag;
+        if (type == RPM_I18NSTRING_TYPE && !isForPeople(tag)) {
+            findings->add(kTagTranslated, {nameOf(tag)});
+        }
         if (const JudgedTag* judged = judgedTag(tag)) {
             if (told.insert(judged->subject).second) {
                 findings->add(*judged->message, {judged->subject});

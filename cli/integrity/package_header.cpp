@@ -92,17 +92,18 @@ std::string PackageHeader::text(rpmTagVal tag) const {
     return value == nullptr ? std::string() : std::string(value);
 }
 
-std::vector<rpmTagVal> PackageHeader::tags() const {
-    std::vector<rpmTagVal> tags;
+std::vector<HeaderTag> PackageHeader::tags() const {
+    std::vector<HeaderTag> tags;
     if (header_ != nullptr) {
         const IteratorHandle iterator(headerInitIterator(header_.get()));
         const TagDataHandle data(rpmtdNew());
         while (headerNext(iterator.get(), data.get()) != 0) {
-            tags.push_back(rpmtdTag(data.get()));
+            tags.push_back({rpmtdTag(data.get()), rpmtdType(data.get())});
             rpmtdFreeData(data.get());
         }
     }
-    std::sort(tags.begin(), tags.end());
+    std::sort(tags.begin(), tags.end(),
+              [](const HeaderTag& a, const HeaderTag& b) { return a.number < b.number; });
     return tags;
 }
 

@@ -14,6 +14,11 @@
 
 namespace pkgvet::cli {
 
+struct HeaderTag {
+    rpmTagVal number;
+    rpmTagType type;  // as it stands in the header, which need not be that of the tag
+};
+
 // Reads single tags through librpm, which checks type, offset and count of each. Nothing that
 // librpm derives from tags is used: what it makes of a header in which they disagree is what the
 // rules on integrity are about. Never changes.
@@ -34,7 +39,7 @@ public:
     // The first value, empty when there is none.
     std::string text(rpmTagVal tag) const;
     // Every tag, in ascending order. What makes up the header itself is left out.
-    std::vector<rpmTagVal> tags() const;
+    std::vector<HeaderTag> tags() const;
 
 private:
     using HeaderHandle = CHandle<std::remove_pointer_t<Header>, headerFree>;

@@ -19,9 +19,13 @@ constexpr const char* kNone = "(none)";
 
 // Versions of rpm differ in how they tell a source package that does not say that it is one. None
 // takes a package for one that names the package of its sources.
+bool isSourcePackage(const PackageHeader& header) {
+    return header.has(RPMTAG_SOURCEPACKAGE) || !header.has(RPMTAG_SOURCERPM) ||
+           header.text(RPMTAG_SOURCERPM) == kNone;
+}
+
 void checkKind(const PackageHeader& header, IntegrityFindings* findings) {
-    if (header.has(RPMTAG_SOURCEPACKAGE) || !header.has(RPMTAG_SOURCERPM) ||
-        header.text(RPMTAG_SOURCERPM) == kNone) {
+    if (isSourcePackage(header)) {
         findings->add(kSourcePackage);
     }
     const std::string system = header.text(RPMTAG_OS);

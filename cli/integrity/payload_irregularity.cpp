@@ -22,7 +22,7 @@ constexpr std::array kMessages = {
     &kPayloadUnknownType,     &kPayloadDirectoryHasData,  &kPayloadRootDirectory,
     &kPayloadLinkTarget,      &kPayloadHardLink,          &kPayloadSetId,
 };
-static_assert(kMessages.size() == static_cast<std::size_t>(Irregularity::kLast) + 1);
+static_assert(kMessages.size() == static_cast<std::size_t>(Irregularity::Last) + 1);
 
 bool hasSubject(const Message& message) {
     return std::any_of(message.pieces().begin(), message.pieces().end(),

@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <array>
 #include <atomic>
+#include <cstdlib>
 #include <cstring>
 #include <future>
 #include <numeric>
@@ -14,6 +15,7 @@
 
 #include "cli/catalogue/integrity_messages.h"
 #include "cli/integrity/tree_rules.h"
+#include "pkgvet/base/c_handle.h"
 
 namespace pkgvet::cli {
 
@@ -53,6 +55,12 @@ std::vector<std::size_t> firstAlike(const std::vector<Number>& numbers) {
     return alike;
 }
 
+// Empty where there is nothing at path.
+std::string realPath(const std::string& path) {
+    const CHandle<char, std::free> resolved(realpath(path.c_str(), nullptr));
+    return resolved ? resolved.get() : std::string();
+}
+
 // What the link at path, on disk, holds.
 std::string targetOf(const std::string& path, off_t size) {
     std::string target(static_cast<std::size_t>(size) + 1, '\0');
@@ -90,7 +98,7 @@ void TreeComparison::compareEntries() {
 void TreeComparison::compareContents() {
     readAll();
     for (const auto& [index, reading] : contents_) {
-        compareContent(list_.files[index], readings_[reading].content);
+        compareContent(index, readings_[reading].content);
     }
 }
 
@@ -165,6 +173,21 @@ void TreeComparison::compareLink(std::size_t index, const TreeEntry& entry) {
     if (target != file.target) {
         findings_.add(kTargetDiffers, {file.path, file.target, target});
     }
+    if (isText(file.path)) {
+        noteTextBehind(entry.path, target);
+    }
+}
+
+// Rules follow a link by its name, whatever that of its target is.
+void TreeComparison::noteTextBehind(const std::string& link, const std::string& target) {
+    const std::string root = realPath(root_);
+    const std::string directory = root + link.substr(0, link.rfind('/') + 1);
+    const std::string place = realPath((target.starts_with('/') ? root : directory) + target);
+    if (place.starts_with(root + "/")) {
+        if (const std::optional<std::size_t> index = find(place.substr(root.size()))) {
+            linkedTexts_.insert(*index);
+        }
+    }
 }
 
 // What can be read now and not later is read now.
@@ -210,7 +233,8 @@ void TreeComparison::readAll() {
     }
 }
 
-void TreeComparison::compareContent(const HeaderFile& file, const FileContent& content) {
+void TreeComparison::compareContent(std::size_t index, const FileContent& content) {
+    const HeaderFile& file = list_.files[index];
     if (content.error != 0) {
         findings_.add(kFileUnreadable, {file.path, std::strerror(content.error)});
         return;
@@ -218,7 +242,7 @@ void TreeComparison::compareContent(const HeaderFile& file, const FileContent& c
     if (!file.digest.empty() && file.digest != content.digest) {
         findings_.add(kDigestDiffers, {file.path, file.digest, content.digest});
     }
-    if (content.holdsNul && isText(file.path)) {
+    if (content.holdsNul && (isText(file.path) || linkedTexts_.count(index) > 0)) {
         findings_.add(kNulByte, {file.path});
     }
 }

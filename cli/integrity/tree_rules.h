@@ -5,6 +5,7 @@
 
 #include <map>
 #include <optional>
+#include <set>
 #include <string>
 #include <utility>
 #include <vector>
@@ -50,7 +51,8 @@ private:
     void noteContent(std::size_t index, const TreeEntry& entry);
     void read(Reading* reading) const;
     void readAll();
-    void compareContent(const HeaderFile& file, const FileContent& content);
+    void noteTextBehind(const std::string& link, const std::string& target);
+    void compareContent(std::size_t index, const FileContent& content);
     void findMissing();
     void compareHardLinks();
 
@@ -62,6 +64,7 @@ private:
     std::vector<Reading> readings_;
     std::map<ino_t, std::size_t> linkedReadings_;                // of files with hard links
     std::vector<std::pair<std::size_t, std::size_t>> contents_;  // number of a file, of its reading
+    std::set<std::size_t> linkedTexts_;  // numbers of files that a link calls texts
     IntegrityFindings findings_;
 };
 

@@ -158,6 +158,7 @@ void judgeCopy(const Surroundings& surroundings, const std::vector<Configuration
                const IntegrityOptions& integrity, RpmSession* rpm, PackageReport* report) {
     FindingCapture capture(std::cerr);
     PackageCopy copy(surroundings.package, surroundings.copyPath, &report->sha256);
+    surroundings.closePackage();
     const RpmMeta meta = readHeader(surroundings.copyPath, rpm);
     describe(meta, report);
     const PackageHeader header(surroundings.copyPath, rpm->transactions());

@@ -21,6 +21,9 @@ struct Surroundings {
     int package = -1;      // a descriptor of the package, which is read to its end
     std::string copyPath;  // where its copy goes; safe in a shell, and in a place that is private
     std::string tree;      // where the payload will be unpacked
+    // Called once the package is copied, before it is looked into. Through an open descriptor,
+    // whatever takes this process over could change the mode of the user's own file.
+    std::function<void()> closePackage;
     // Called once the payload is unpacked, before a rule looks.
     std::function<void()> closeAround;
     // Called when unpacking failed: the limit that it met, without a code when it met none.

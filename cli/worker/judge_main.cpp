@@ -107,11 +107,11 @@ bool send(std::string_view message) {
 }
 
 PackageReport judgeInWorld(const WorldPlan& plan, const SystemCallFilter& filter,
-                           const JudgeFunction& judge, const JudgeDescriptors& descriptors,
+                           const JudgeFunction& judge, Descriptor package,
                            const Directories& directories, bool inWorkingDirectory) {
     World world(plan, filter);
     try {
-        world.enter(directories, inWorkingDirectory, sizeOf(descriptors.package));
+        world.enter(directories, inWorkingDirectory, sizeOf(package));
     } catch (const std::exception& error) {
         PackageReport report;
         report.setCause({CauseCode::Crashed, std::string(kNoWorld) + error.what()});
@@ -119,7 +119,8 @@ PackageReport judgeInWorld(const WorldPlan& plan, const SystemCallFilter& filter
     }
     tieToParent(plan.sandbox.namespaces);
     Surroundings surroundings;
-    surroundings.package = descriptors.package.get();
+    surroundings.package = package.get();
+    surroundings.closePackage = [&package] { package.reset(); };
     surroundings.copyPath = world.copyPath();
     surroundings.tree = world.tree();
     surroundings.closeAround = [&world] { world.closeAround(); };
@@ -142,8 +143,8 @@ void runJudge(const WorldPlan& plan, const SystemCallFilter& filter, const Judge
     try {
         arranged = arrange(std::move(descriptors));
         close_range(kFirstFree, ~0U, 0);
-        const PackageReport report =
-            judgeInWorld(plan, filter, judge, arranged, directories, inWorkingDirectory);
+        const PackageReport report = judgeInWorld(plan, filter, judge, std::move(arranged.package),
+                                                  directories, inWorkingDirectory);
         _exit(send(reportMessage(report, plan.limits.report)) ? 0 : 1);
     } catch (const std::exception&) {
         _exit(1);

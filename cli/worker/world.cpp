@@ -93,21 +93,20 @@ void World::arrangeGuard(const std::string& place) {
         copyGuard(plan_.guard, place);
     }
     setenv("PATH", guardDirectory_.c_str(), 1);
+    // Here, while there is one thread: others may read the environment later.
+    setenv(kGuardOrdersVariable, (copyPath_ + kOrdersName).c_str(), 1);
+    setenv(kGuardNoteVariable, (copyPath_ + kNoteName).c_str(), 1);
 }
 
 Cause World::placeGuard(const SetIdModes& setIdModes) const {
-    const std::string orders = copyPath_ + kOrdersName;
-    const std::string note = copyPath_ + kNoteName;
     try {
         checkGuard(guardDirectory_);
-        writeNewFile(orders,
+        writeNewFile(copyPath_ + kOrdersName,
                      formatOrders({plan_.limits.unpackedBytes, plan_.limits.files, setIdModes}),
                      S_IRUSR);
     } catch (const std::system_error& error) {
         return {CauseCode::Crashed, kNoGuard + error.code().message()};
     }
-    setenv(kGuardOrdersVariable, orders.c_str(), 1);
-    setenv(kGuardNoteVariable, note.c_str(), 1);
     return {};
 }
 

@@ -163,6 +163,13 @@ const std::vector<Lie> kTexts = {
              packedFile(kAcceptedPage, std::string("import QtQuick 2.6\n\0import Evil 1.0\n", 35)));
      },
      {"text-with-nul-byte"}},
+    {"a QML file is a link to one that goes on behind a NUL byte",
+     [](CraftedPackage* package) {
+         const std::string text = std::string("import QtQuick 2.6\n\0import Evil 1.0\n", 35);
+         package->file(packedFile(std::string(kAcceptedPage) + ".txt", text));
+         package->file(packedLink(kAcceptedPage, "main.qml.txt"));
+     },
+     {"text-with-nul-byte"}},
     {"a desktop file goes on behind a NUL byte",
      [](CraftedPackage* package) {
          package->file(packedFile(kAcceptedDesktopFile,

@@ -319,7 +319,7 @@ TEST(ArchiveGuard, NothingPassesFromTheFirstIrregularEntryOn) {
 }
 
 TEST(ArchiveGuard, EachIrregularityIsMet) {
-    for (unsigned i = 0; i <= static_cast<unsigned>(Irregularity::kLast); ++i) {
+    for (unsigned i = 0; i <= static_cast<unsigned>(Irregularity::Last); ++i) {
         const std::vector<IrregularCase> cases = irregularCases();
         EXPECT_TRUE(std::any_of(cases.begin(), cases.end(), [i](const IrregularCase& row) {
             return row.irregularity == static_cast<Irregularity>(i);

@@ -17,10 +17,14 @@ TEST(PackageKind, BinaryPackageForLinuxWithAnArchive) {
 }
 
 TEST(PackageKind, SourcesAreAFinding) {
-    EXPECT_THAT(linesOf(honestPackage().remove(RPMTAG_SOURCERPM), checkKind),
-                ElementsAre("source-package: Source package"));
-    EXPECT_THAT(linesOf(honestPackage().set(RPMTAG_SOURCEPACKAGE, rpmInt32({1})), checkKind),
-                ElementsAre("source-package: Source package"));
+    EXPECT_THAT(
+        linesOf(honestPackage().remove(RPMTAG_SOURCERPM), checkKind),
+        ElementsAre("source-package: This is a source package; hand in the binary package that is "
+                    "built from it"));
+    EXPECT_THAT(
+        linesOf(honestPackage().set(RPMTAG_SOURCEPACKAGE, rpmInt32({1})), checkKind),
+        ElementsAre("source-package: This is a source package; hand in the binary package that is "
+                    "built from it"));
 }
 
 TEST(PackageKind, OtherSystemsAreAFinding) {

@@ -43,11 +43,12 @@ protected:
     }
 
     PackageReport judgedHere(const std::string& file, const std::vector<Configuration>& rules) {
-        const pkgvet::Descriptor package(open(file.c_str(), O_RDONLY | O_CLOEXEC));
+        pkgvet::Descriptor package(open(file.c_str(), O_RDONLY | O_CLOEXEC));
         Surroundings surroundings;
         surroundings.package = package.get();
         surroundings.copyPath = directory_ / "copy.rpm";
         surroundings.tree = tree_;
+        surroundings.closePackage = [&package] { package.reset(); };
         surroundings.closeAround = [this] { ++closed_; };
         surroundings.limitMet = [this] { return limit_; };
         surroundings.placeGuard = [this](const SetIdModes& modes) {

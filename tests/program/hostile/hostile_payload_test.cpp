@@ -196,8 +196,12 @@ TEST(MissingGuard, NothingIsUnpackedAndTheCauseIsTold) {
     const TemporaryDirectory directory;
     fs::permissions(directory.path(),
                     fs::perms::owner_all | fs::perms::others_read | fs::perms::others_exec);
-    const std::string program = directory / "pkgvet";
+    const std::string program = directory / "bin/pkgvet";
+    fs::create_directory(directory.path() / "bin");
     fs::copy_file(programPath(), program);
+    // Where the program looks for its library.
+    fs::create_directory_symlink(fs::path(programPath()).parent_path() / "../lib",
+                                 directory.path() / "lib");
     fs::permissions(program, fs::perms::others_read | fs::perms::others_exec,
                     fs::perm_options::add);
     const std::string rules = RuleTree().write(directory);
