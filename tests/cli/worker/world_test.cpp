@@ -22,6 +22,7 @@
 #include <fstream>
 #include <set>
 
+#include "cli/guard/guard_note.h"
 #include "cli/worker/guard_program.h"
 #include "tests/support/judge_run.h"
 #include "tests/support/temporary_directory.h"
@@ -256,6 +257,9 @@ TEST_P(EveryWorld, EnvironmentHoldsNothingOfTheUsers) {
     EXPECT_EQ(observed(
                   [] {
                       std::string text;
+                      // Where the guard's files are differs from world to world.
+                      unsetenv(kGuardOrdersVariable);
+                      unsetenv(kGuardNoteVariable);
                       for (char** variable = environ; *variable != nullptr; ++variable) {
                           text += *variable + std::string("\n");
                       }
