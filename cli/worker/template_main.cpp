@@ -149,6 +149,10 @@ void Template::setUp() {
 void Template::prepare() {
     // What the caller may read, its judges' user perhaps may not.
     judge_ = options_.prepare();
+    // Unpacking returns to where it began, which their user perhaps may not enter.
+    if (chdir("/") != 0) {
+        fail(errno, "cannot leave the directory");
+    }
     findSandbox();
     becomeJudgeUser(plan_.sandbox.isAny());
     if (!plan_.sandbox.namespaces) {
