@@ -8,8 +8,8 @@ struct DIGEST_CTX_s;
 
 namespace pkgvet::cli {
 
-// The digest of bytes that come piece by piece: SHA-256, or that of librpm's number. librpm does the
-// work, with the instructions that the processor has for it.
+// The digest of bytes that come piece by piece: SHA-256, or that of librpm's number. librpm does
+// the work, with the instructions that the processor has for it.
 class Checksum {
 public:
     Checksum();
@@ -21,8 +21,8 @@ public:
     ~Checksum();
 
     void add(std::string_view bytes);
-    // In hexadecimal; empty for an algorithm that librpm does not have. Called once, and nothing can
-    // be added after it.
+    // In hexadecimal; empty for an algorithm that librpm does not have. Called once, and nothing
+    // can be added after it.
     std::string finish();
 
 private:

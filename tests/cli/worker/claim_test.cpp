@@ -19,7 +19,7 @@ class ClaimTest : public testing::Test {
 protected:
     // A directory with a file, as a run makes it.
     std::string make(const std::string& name) const {
-        parent_.write(name + "/work/file", "content");
+        parent_.write(name + "/unpacked/file", "content");
         const std::string path = parent_ / name;
         chmod(path.c_str(), S_IRWXU);
         return path;
@@ -72,7 +72,7 @@ TEST_F(ClaimTest, WhatIsNotCertainlyARunsStays) {
     fs::create_symlink(target + "/.pkgvet", linkedMark + "/.pkgvet");
     clearAbandoned(parent_.path());
     for (const std::string& path : {unmarked, otherName, writable, forged, target, linkedMark}) {
-        EXPECT_TRUE(fs::exists(path + "/work/file")) << path;
+        EXPECT_TRUE(fs::exists(path + "/unpacked/file")) << path;
     }
 }
 
