@@ -4,18 +4,13 @@
 #include <iterator>
 
 #include "cli/catalogue/catalogue_tables.h"
+#include "cli/catalogue/content_findings.h"
 #include "cli/catalogue/integrity_messages.h"
 #include "cli/catalogue/payload_findings.h"
 
 namespace pkgvet::cli {
 
 namespace {
-
-// In the .spec file nothing brings about what only another tool can have written.
-constexpr std::string_view kBuildWithRpmbuild =
-    "Build the package with rpmbuild, which never writes this. No change to the .spec file brings "
-    "it about.";
-constexpr std::string_view kBuildCommand = "rpmbuild -bb org.example.pilot.spec\n";
 
 constexpr Entry kEntries[] = {
     {.id = "source-package",
@@ -351,213 +346,14 @@ constexpr Entry kEntries[] = {
      .example = "%define _binary_filedigest_algorithm 8\n",
      .relatedIds = {"file-digest-missing"},
      .message = &kFileDigestsWeak},
-    {.id = "payload-file-missing",
-     .severity = Severity::Critical,
-     .grave = true,
-     .title = "File of the header is not in the payload",
-     .demand = "Each file of the header is in the payload, apart from those that are marked as "
-               "ghosts.",
-     .why = "The rules judge by its path what they cannot see, and rpm fails halfway through the "
-            "installation.",
-     .fix = kBuildWithRpmbuild,
-     .example = "%ghost %{_localstatedir}/cache/%{name}\n",
-     .relatedIds = {"payload-file-extra"},
-     .message = &kFileMissing},
-    {.id = "payload-file-extra",
-     .severity = Severity::Critical,
-     .grave = true,
-     .title = "File of the payload is not in the header",
-     .demand = "Each entry of the payload is in the header.",
-     .why = "rpm installs by the header, so that the rules would look at files that never come to "
-            "a device, such as a harmless desktop file.",
-     .fix = kBuildWithRpmbuild,
-     .example = kBuildCommand,
-     .relatedIds = {"payload-file-missing"},
-     .message = &kFileExtra},
-    {.id = "payload-ghost",
-     .severity = Severity::Critical,
-     .grave = true,
-     .title = "Payload holds a file that is not installed",
-     .demand = "A file that the header marks as a ghost is not in the payload.",
-     .why = "rpm does not install it, while the rules look at it as if it were there.",
-     .fix = kBuildWithRpmbuild,
-     .example = "%ghost %{_localstatedir}/cache/%{name}\n",
-     .relatedIds = {"payload-file-extra"},
-     .message = &kGhostUnpacked},
-    {.id = "payload-type-differs",
-     .severity = Severity::Critical,
-     .grave = true,
-     .title = "File is of another type in header and payload",
-     .demand = "What is a file, a directory or a link in the header is the same in the payload.",
-     .why = "rpm makes what the header says, while the rules look at what the payload holds.",
-     .fix = kBuildWithRpmbuild,
-     .example = kBuildCommand,
-     .relatedIds = {"header-path-below-file"},
-     .message = &kTypeDiffers},
-    {.id = "payload-mode-differs",
-     .severity = Severity::Critical,
-     .grave = true,
-     .title = "File has another mode in header and payload",
-     .demand = "Each file has the same mode in header and payload. Directories that are in neither"
-               " have 0755.",
-     .why = "rpm sets the mode of the header, while the rules look at that of the payload.",
-     .fix = kBuildWithRpmbuild,
-     .example = kBuildCommand,
-     .relatedIds = {"header-special-bit", "header-writable-by-others"},
-     .message = &kModeDiffers},
-    {.id = "payload-size-differs",
-     .severity = Severity::Critical,
-     .grave = true,
-     .title = "File has another size in header and payload",
-     .demand = "Each file has the same size in header and payload.",
-     .why = "The file that the rules look at is not the one that the header describes.",
-     .fix = kBuildWithRpmbuild,
-     .example = kBuildCommand,
-     .relatedIds = {"payload-digest-differs"},
-     .message = &kSizeDiffers},
-    {.id = "payload-target-differs",
-     .severity = Severity::Critical,
-     .grave = true,
-     .title = "Link leads elsewhere in header and payload",
-     .demand = "Each link has the same target in header and payload.",
-     .why = "The rules follow the link of the payload, and rpm may make that of the header.",
-     .fix = kBuildWithRpmbuild,
-     .example = kBuildCommand,
-     .relatedIds = {"payload-type-differs"},
-     .message = &kTargetDiffers},
-    {.id = "payload-device-differs",
-     .severity = Severity::Critical,
-     .grave = true,
-     .title = "Device has another number in header and payload",
-     .demand = "Each device node has the same number in header and payload.",
-     .why = "rpm makes the device of the header.",
-     .fix = kBuildWithRpmbuild,
-     .example = kBuildCommand,
-     .relatedIds = {"header-special-file"},
-     .message = &kDeviceDiffers},
-    {.id = "payload-digest-differs",
-     .severity = Severity::Critical,
-     .grave = true,
-     .title = "File has another digest than the header says",
-     .demand = "The digest of each file is the one in the header.",
-     .why = "The file that the rules look at is not the one that the header describes. rpm would "
-            "notice only when it installs it.",
-     .fix = kBuildWithRpmbuild,
-     .example = kBuildCommand,
-     .relatedIds = {"payload-size-differs"},
-     .message = &kDigestDiffers},
-    {.id = "payload-hard-links-differ",
-     .severity = Severity::Critical,
-     .grave = true,
-     .title = "Hard links differ in header and payload",
-     .demand = "Files that are hard links to one another in the header are so in the payload, and "
-               "no others are.",
-     .why = "rpm makes the links of the header, so that a file would have the content of another "
-            "one.",
-     .fix = kBuildWithRpmbuild,
-     .example = kBuildCommand,
-     .relatedIds = {"payload-digest-differs"},
-     .message = &kHardLinksDiffer},
-    {.id = "payload-file-unreadable",
-     .severity = Severity::Critical,
-     .grave = true,
-     .title = "File of the payload cannot be read",
-     .demand = "Each file of the payload can be read where it was unpacked.",
-     .why = "No rule can say anything about it.",
-     .fix = "Judge the package again. If the finding comes again, look at the name and the mode of"
-            " the file.",
-     .example = "%files\n"
-                "%{_datadir}/%{name}/data\n",
-     .message = &kFileUnreadable},
-    {.id = "text-with-nul-byte",
-     .severity = Severity::Critical,
-     .grave = true,
-     .title = "QML or desktop file holds a NUL byte",
-     .demand = "Files whose names end in `.qml` or `.desktop` hold no NUL byte.",
-     .why = "The rules read such a file up to that byte, while a device may read on.",
-     .fix = "Save the file as plain text in UTF-8.",
-     .example = "iconv -f UTF-16 -t UTF-8 main.qml\n",
-     .relatedIds = {"qml-import-not-allowed"},
-     .message = &kNulByte},
-    {.id = "package-digest-wrong",
-     .severity = Severity::Critical,
-     .grave = true,
-     .title = "Digest of the package is not right",
-     .demand = "The digests of header and payload that the package states are those of its header "
-               "and payload.",
-     .why = "The package was damaged or changed after it was built.",
-     .fix = "Build or fetch the package again.",
-     .example = "rpm -K org.example.pilot-1.0-1.noarch.rpm\n",
-     .relatedIds = {"package-digest-missing"},
-     .message = &kPackageDigestWrong},
-    {.id = "package-digest-missing",
-     .severity = Severity::Critical,
-     .grave = true,
-     .title = "Digest of the package is missing",
-     .demand = "The package states digests of its header and of its payload.",
-     .why = "Nothing would tell if the package were changed on its way.",
-     .fix = "Build the package with rpmbuild, which writes them.",
-     .example = kBuildCommand,
-     .relatedIds = {"package-digest-wrong"},
-     .message = &kPackageDigestMissing},
-    {.id = "package-not-verified",
-     .severity = Severity::Critical,
-     .grave = true,
-     .title = "Package cannot be verified",
-     .demand = "librpm can verify the digests of the package, and with `--keyring` its signatures.",
-     .why = "What cannot be verified may have been changed.",
-     .fix = "Build or fetch the package again.",
-     .example = "rpm -K org.example.pilot-1.0-1.noarch.rpm\n",
-     .relatedIds = {"package-digest-wrong"},
-     .message = &kNotVerified},
-    {.id = "package-not-signed",
-     .severity = Severity::Critical,
-     .grave = true,
-     .title = "Package is not signed",
-     .demand = "With `--keyring`, the package has a signature.",
-     .why = "Nobody vouches for the package.",
-     .fix = "Sign the package with a key of the keyring.",
-     .example = "rpmsign --addsign org.example.pilot-1.0-1.noarch.rpm\n",
-     .relatedIds = {"signature-not-good"},
-     .message = &kNotSigned},
-    {.id = "signature-not-good",
-     .severity = Severity::Critical,
-     .grave = true,
-     .title = "Signature was not made by a key of the keyring",
-     .demand = "With `--keyring`, each signature of the package is right and was made by one of "
-               "its keys. `NOKEY` stands for a key that it does not have, `BAD` for a signature "
-               "that does not fit.",
-     .why = "Nobody whom the user trusts vouches for the package.",
-     .fix = "Sign the package with a key of the keyring, or add the public key.",
-     .example = "rpmsign --addsign org.example.pilot-1.0-1.noarch.rpm\n",
-     .relatedIds = {"package-not-signed"},
-     .message = &kSignatureNotGood},
-    {.id = "signature-not-checked",
-     .severity = Severity::Info,
-     .title = "Signature was not checked",
-     .demand = "Nothing: it tells what librpm says of a signature when there is no keyring to "
-               "check it with.",
-     .why = "A reader may want to know who signed. Without `--keyring` signatures do not count.",
-     .fix = "Name a directory with the public keys that are trusted.",
-     .example = "pkgvet check --keyring keys org.example.pilot-1.0-1.noarch.rpm\n",
-     .relatedIds = {"signature-not-good"},
-     .message = &kSignatureRemark},
-    {.id = "integrity-findings-left-out",
-     .severity = Severity::Critical,
-     .grave = true,
-     .title = "There are more findings of a kind than are listed",
-     .demand = "Nothing of its own: it stands for the findings of another rule.",
-     .why = "A package can break a rule in each of its files, and a report of a million lines "
-            "tells no more than its beginning.",
-     .fix = "Correct what the listed findings name, and judge the package again.",
-     .example = "pkgvet explain payload-file-extra\n",
-     .message = &kFindingsLeftOut},
 };
 
 // A chapter is one table.
 constexpr auto kAllEntries = [] {
-    std::array<Entry, std::size(kEntries) + std::size(kPayloadEntries)> all{};
-    const auto behind = std::copy(std::begin(kEntries), std::end(kEntries), all.begin());
+    std::array<Entry, std::size(kEntries) + std::size(kContentEntries) + std::size(kPayloadEntries)>
+        all{};
+    auto behind = std::copy(std::begin(kEntries), std::end(kEntries), all.begin());
+    behind = std::copy(std::begin(kContentEntries), std::end(kContentEntries), behind);
     std::copy(std::begin(kPayloadEntries), std::end(kPayloadEntries), behind);
     return all;
 }();
