@@ -12,9 +12,9 @@
 #include "pkgvet/content/content_validator.h"
 #include "pkgvet/meta/meta_validator.h"
 #include "pkgvet/package/rpm_meta.h"
-#include "tests/support/captured_log.h"
-#include "tests/support/sample_packages.h"
-#include "tests/support/temporary_directory.h"
+#include "tests/support/base/captured_log.h"
+#include "tests/support/base/temporary_directory.h"
+#include "tests/support/program/sample_packages.h"
 
 namespace pkgvet::cli {
 

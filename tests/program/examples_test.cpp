@@ -3,10 +3,10 @@
 
 #include <string>
 
-#include "tests/support/package_builder.h"
-#include "tests/support/program.h"
-#include "tests/support/source_tree.h"
-#include "tests/support/temporary_directory.h"
+#include "tests/support/base/source_tree.h"
+#include "tests/support/base/temporary_directory.h"
+#include "tests/support/package/package_builder.h"
+#include "tests/support/program/program.h"
 
 namespace {
 

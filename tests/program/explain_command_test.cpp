@@ -5,7 +5,7 @@
 #include <sstream>
 
 #include "cli/command/explain.h"
-#include "tests/support/program.h"
+#include "tests/support/program/program.h"
 
 namespace pkgvet::cli {
 

@@ -4,10 +4,10 @@
 
 #include <nlohmann/json.hpp>
 
-#include "tests/support/crafted_package.h"
-#include "tests/support/program.h"
-#include "tests/support/rule_tree.h"
-#include "tests/support/signing_key.h"
+#include "tests/support/package/crafted_package.h"
+#include "tests/support/package/signing_key.h"
+#include "tests/support/program/program.h"
+#include "tests/support/rules/rule_tree.h"
 
 namespace {
 

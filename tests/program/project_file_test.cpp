@@ -5,9 +5,9 @@
 
 #include <filesystem>
 
-#include "tests/support/package_builder.h"
-#include "tests/support/program.h"
-#include "tests/support/rule_tree.h"
+#include "tests/support/package/package_builder.h"
+#include "tests/support/program/program.h"
+#include "tests/support/rules/rule_tree.h"
 
 namespace {
 

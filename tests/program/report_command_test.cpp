@@ -4,10 +4,10 @@
 #include <filesystem>
 #include <sstream>
 
-#include "tests/support/package_builder.h"
-#include "tests/support/program.h"
-#include "tests/support/rule_tree.h"
-#include "tests/support/schemas.h"
+#include "tests/support/package/package_builder.h"
+#include "tests/support/program/program.h"
+#include "tests/support/program/schemas.h"
+#include "tests/support/rules/rule_tree.h"
 
 namespace {
 

@@ -4,9 +4,9 @@
 
 #include <nlohmann/json.hpp>
 
-#include "tests/support/program.h"
-#include "tests/support/rule_tree.h"
-#include "tests/support/temporary_directory.h"
+#include "tests/support/base/temporary_directory.h"
+#include "tests/support/program/program.h"
+#include "tests/support/rules/rule_tree.h"
 
 namespace {
 

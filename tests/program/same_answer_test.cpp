@@ -8,9 +8,9 @@
 #include <nlohmann/json.hpp>
 #include <set>
 
-#include "tests/support/package_builder.h"
-#include "tests/support/program.h"
-#include "tests/support/sample_packages.h"
+#include "tests/support/package/package_builder.h"
+#include "tests/support/program/program.h"
+#include "tests/support/program/sample_packages.h"
 
 namespace {
 

@@ -5,7 +5,7 @@
 
 #include <limits>
 
-#include "tests/support/temporary_directory.h"
+#include "tests/support/base/temporary_directory.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 #include <gtest/gtest.h>
 #include <sched.h>
 
-#include "tests/support/temporary_directory.h"
+#include "tests/support/base/temporary_directory.h"
 
 namespace {
 

@@ -8,8 +8,8 @@
 #include <regex>
 #include <set>
 
-#include "tests/support/source_tree.h"
-#include "tests/support/temporary_directory.h"
+#include "tests/support/base/source_tree.h"
+#include "tests/support/base/temporary_directory.h"
 
 namespace pkgvet::cli {
 

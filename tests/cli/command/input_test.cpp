@@ -7,9 +7,9 @@
 
 #include <filesystem>
 
-#include "tests/support/child_process.h"
-#include "tests/support/program.h"
-#include "tests/support/temporary_directory.h"
+#include "tests/support/base/child_process.h"
+#include "tests/support/base/temporary_directory.h"
+#include "tests/support/program/program.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "tests/support/program.h"
+#include "tests/support/program/program.h"
 
 namespace {
 

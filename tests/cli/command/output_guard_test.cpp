@@ -9,8 +9,8 @@
 #include <filesystem>
 #include <stdexcept>
 
-#include "tests/support/child_process.h"
-#include "tests/support/temporary_directory.h"
+#include "tests/support/base/child_process.h"
+#include "tests/support/base/temporary_directory.h"
 
 namespace {
 

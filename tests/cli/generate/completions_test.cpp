@@ -7,8 +7,8 @@
 #include <sstream>
 
 #include "cli/command/options.h"
-#include "tests/support/package_builder.h"
-#include "tests/support/source_tree.h"
+#include "tests/support/base/source_tree.h"
+#include "tests/support/package/package_builder.h"
 
 namespace {
 

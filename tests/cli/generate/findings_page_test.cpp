@@ -5,8 +5,8 @@
 
 #include <sstream>
 
-#include "tests/support/source_tree.h"
-#include "tests/support/temporary_directory.h"
+#include "tests/support/base/source_tree.h"
+#include "tests/support/base/temporary_directory.h"
 
 namespace pkgvet::cli {
 

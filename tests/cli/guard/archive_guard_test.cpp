@@ -7,7 +7,7 @@
 #include <algorithm>
 #include <limits>
 
-#include "tests/support/cpio_archive.h"
+#include "tests/support/package/cpio_archive.h"
 
 namespace pkgvet::cli {
 

@@ -5,7 +5,7 @@
 
 #include <string>
 
-#include "tests/support/cpio_archive.h"
+#include "tests/support/package/cpio_archive.h"
 
 namespace pkgvet::cli {
 

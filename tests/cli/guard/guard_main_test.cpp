@@ -7,10 +7,10 @@
 
 #include "cli/guard/guard_note.h"
 #include "cli/worker/guard_program.h"
-#include "tests/support/cpio_archive.h"
-#include "tests/support/package_builder.h"
-#include "tests/support/rpm_install.h"
-#include "tests/support/temporary_directory.h"
+#include "tests/support/base/temporary_directory.h"
+#include "tests/support/package/cpio_archive.h"
+#include "tests/support/package/package_builder.h"
+#include "tests/support/package/rpm_install.h"
 
 namespace {
 

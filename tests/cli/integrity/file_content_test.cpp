@@ -8,8 +8,8 @@
 
 #include <cerrno>
 
-#include "tests/support/rpm_file.h"
-#include "tests/support/temporary_directory.h"
+#include "tests/support/base/temporary_directory.h"
+#include "tests/support/package/rpm_file.h"
 
 namespace {
 

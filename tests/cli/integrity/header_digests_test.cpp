@@ -5,7 +5,7 @@
 #include <sys/stat.h>
 
 #include "cli/integrity/header_rules.h"
-#include "tests/support/integrity_run.h"
+#include "tests/support/program/integrity_run.h"
 
 namespace {
 

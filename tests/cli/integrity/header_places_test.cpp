@@ -2,7 +2,7 @@
 #include <gmock/gmock.h>
 
 #include "cli/integrity/place_rules.h"
-#include "tests/support/integrity_run.h"
+#include "tests/support/program/integrity_run.h"
 
 namespace {
 

@@ -4,8 +4,8 @@
 
 #include "cli/integrity/header_rules.h"
 #include "cli/integrity/rpm_session.h"
-#include "tests/support/integrity_run.h"
-#include "tests/support/package_builder.h"
+#include "tests/support/package/package_builder.h"
+#include "tests/support/program/integrity_run.h"
 
 namespace {
 

@@ -5,7 +5,7 @@
 
 #include <filesystem>
 
-#include "tests/support/signing_key.h"
+#include "tests/support/package/signing_key.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 #include <rpm/rpmtag.h>
 
 #include "cli/integrity/header_rules.h"
-#include "tests/support/integrity_run.h"
+#include "tests/support/program/integrity_run.h"
 
 namespace {
 

@@ -8,8 +8,8 @@
 #include <filesystem>
 
 #include "cli/integrity/tree_rules.h"
-#include "tests/support/integrity_run.h"
-#include "tests/support/rpm_file.h"
+#include "tests/support/package/rpm_file.h"
+#include "tests/support/program/integrity_run.h"
 
 namespace {
 

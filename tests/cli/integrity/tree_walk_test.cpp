@@ -8,8 +8,8 @@
 #include <system_error>
 
 #include "pkgvet/base/remove_tree.h"
-#include "tests/support/child_process.h"
-#include "tests/support/temporary_directory.h"
+#include "tests/support/base/child_process.h"
+#include "tests/support/base/temporary_directory.h"
 
 namespace {
 

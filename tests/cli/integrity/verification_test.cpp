@@ -5,9 +5,9 @@
 #include <rpm/rpmpgp.h>
 #include <rpm/rpmtag.h>
 
-#include "tests/support/integrity_run.h"
-#include "tests/support/package_builder.h"
-#include "tests/support/signing_key.h"
+#include "tests/support/package/package_builder.h"
+#include "tests/support/package/signing_key.h"
+#include "tests/support/program/integrity_run.h"
 
 namespace {
 

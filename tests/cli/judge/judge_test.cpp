@@ -11,11 +11,11 @@
 #include "pkgvet/base/descriptor.h"
 #include "pkgvet/base/remove_tree.h"
 #include "pkgvet/rules/configuration.h"
-#include "tests/support/captured_log.h"
-#include "tests/support/child_process.h"
-#include "tests/support/package_builder.h"
-#include "tests/support/rule_tree.h"
-#include "tests/support/temporary_directory.h"
+#include "tests/support/base/captured_log.h"
+#include "tests/support/base/child_process.h"
+#include "tests/support/base/temporary_directory.h"
+#include "tests/support/package/package_builder.h"
+#include "tests/support/rules/rule_tree.h"
 
 namespace {
 

@@ -11,8 +11,8 @@
 
 #include "cli/base/checksum.h"
 #include "pkgvet/base/descriptor.h"
-#include "tests/support/child_process.h"
-#include "tests/support/temporary_directory.h"
+#include "tests/support/base/child_process.h"
+#include "tests/support/base/temporary_directory.h"
 
 namespace {
 

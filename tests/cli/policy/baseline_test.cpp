@@ -4,7 +4,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "tests/support/temporary_directory.h"
+#include "tests/support/base/temporary_directory.h"
 
 namespace {
 

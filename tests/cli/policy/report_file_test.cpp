@@ -4,8 +4,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "tests/support/sample_runs.h"
-#include "tests/support/temporary_directory.h"
+#include "tests/support/base/temporary_directory.h"
+#include "tests/support/program/sample_runs.h"
 
 namespace {
 

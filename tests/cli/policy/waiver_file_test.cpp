@@ -5,7 +5,7 @@
 #include <gtest/gtest.h>
 
 #include "cli/policy/waivers.h"
-#include "tests/support/temporary_directory.h"
+#include "tests/support/base/temporary_directory.h"
 
 namespace {
 

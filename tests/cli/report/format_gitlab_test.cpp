@@ -4,7 +4,7 @@
 #include <nlohmann/json.hpp>
 #include <set>
 
-#include "tests/support/sample_runs.h"
+#include "tests/support/program/sample_runs.h"
 
 namespace {
 

@@ -4,8 +4,8 @@
 #include <nlohmann/json.hpp>
 #include <sstream>
 
-#include "tests/support/sample_runs.h"
-#include "tests/support/schemas.h"
+#include "tests/support/program/sample_runs.h"
+#include "tests/support/program/schemas.h"
 
 namespace {
 

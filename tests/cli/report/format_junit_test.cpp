@@ -1,8 +1,8 @@
 // JUnit XML, held against its schema and compared whole.
 #include <gtest/gtest.h>
 
-#include "tests/support/sample_runs.h"
-#include "tests/support/schemas.h"
+#include "tests/support/program/sample_runs.h"
+#include "tests/support/program/schemas.h"
 
 namespace {
 

@@ -6,7 +6,7 @@
 
 #include "cli/base/text.h"
 #include "cli/catalogue/catalogue.h"
-#include "tests/support/sample_runs.h"
+#include "tests/support/program/sample_runs.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 #include <sstream>
 
 #include "cli/report/text_parts.h"
-#include "tests/support/sample_runs.h"
+#include "tests/support/program/sample_runs.h"
 
 namespace {
 

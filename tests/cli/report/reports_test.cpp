@@ -7,8 +7,8 @@
 #include <sstream>
 #include <stdexcept>
 
-#include "tests/support/sample_runs.h"
-#include "tests/support/temporary_directory.h"
+#include "tests/support/base/temporary_directory.h"
+#include "tests/support/program/sample_runs.h"
 
 namespace {
 

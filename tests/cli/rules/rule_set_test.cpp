@@ -7,8 +7,8 @@
 #include <algorithm>
 #include <nlohmann/json.hpp>
 
-#include "tests/support/rule_tree.h"
-#include "tests/support/temporary_directory.h"
+#include "tests/support/base/temporary_directory.h"
+#include "tests/support/rules/rule_tree.h"
 
 namespace {
 

@@ -7,7 +7,7 @@
 
 #include <filesystem>
 
-#include "tests/support/temporary_directory.h"
+#include "tests/support/base/temporary_directory.h"
 
 namespace {
 

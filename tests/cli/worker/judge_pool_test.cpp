@@ -10,11 +10,11 @@
 #include <filesystem>
 #include <optional>
 
-#include "tests/support/package_builder.h"
-#include "tests/support/program.h"
-#include "tests/support/replaced_tool.h"
-#include "tests/support/rule_tree.h"
-#include "tests/support/running_program.h"
+#include "tests/support/package/package_builder.h"
+#include "tests/support/program/program.h"
+#include "tests/support/program/replaced_tool.h"
+#include "tests/support/program/running_program.h"
+#include "tests/support/rules/rule_tree.h"
 
 namespace {
 

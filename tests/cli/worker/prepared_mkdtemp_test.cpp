@@ -7,8 +7,8 @@
 
 #include <cerrno>
 
-#include "tests/support/child_process.h"
-#include "tests/support/temporary_directory.h"
+#include "tests/support/base/child_process.h"
+#include "tests/support/base/temporary_directory.h"
 
 namespace {
 

@@ -18,9 +18,9 @@
 #include "cli/worker/judge_process.h"
 #include "cli/worker/system_call_filter.h"
 #include "cli/worker/wait.h"
-#include "tests/support/judge_run.h"
-#include "tests/support/running_program.h"
-#include "tests/support/temporary_directory.h"
+#include "tests/support/base/temporary_directory.h"
+#include "tests/support/program/judge_run.h"
+#include "tests/support/program/running_program.h"
 
 namespace {
 

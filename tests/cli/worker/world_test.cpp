@@ -24,8 +24,8 @@
 
 #include "cli/guard/guard_note.h"
 #include "cli/worker/guard_program.h"
-#include "tests/support/judge_run.h"
-#include "tests/support/temporary_directory.h"
+#include "tests/support/base/temporary_directory.h"
+#include "tests/support/program/judge_run.h"
 
 extern char** environ;
 

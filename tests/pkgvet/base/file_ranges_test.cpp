@@ -9,7 +9,7 @@
 #include <filesystem>
 #include <limits>
 
-#include "tests/support/temporary_directory.h"
+#include "tests/support/base/temporary_directory.h"
 
 namespace {
 

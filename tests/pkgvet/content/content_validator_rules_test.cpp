@@ -4,11 +4,11 @@
 
 #include "pkgvet/content/content_validator.h"
 #include "pkgvet/package/rpm_meta.h"
-#include "tests/support/captured_log.h"
-#include "tests/support/desktop_file.h"
-#include "tests/support/package_builder.h"
-#include "tests/support/rule_run.h"
-#include "tests/support/rule_tree.h"
+#include "tests/support/base/captured_log.h"
+#include "tests/support/package/package_builder.h"
+#include "tests/support/rules/desktop_file.h"
+#include "tests/support/rules/rule_run.h"
+#include "tests/support/rules/rule_tree.h"
 
 namespace {
 

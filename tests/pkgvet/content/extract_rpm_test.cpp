@@ -7,10 +7,10 @@
 #include <filesystem>
 
 #include "pkgvet/content/content_validator.h"
-#include "tests/support/captured_log.h"
-#include "tests/support/child_process.h"
-#include "tests/support/extracted_trees.h"
-#include "tests/support/package_builder.h"
+#include "tests/support/base/captured_log.h"
+#include "tests/support/base/child_process.h"
+#include "tests/support/base/extracted_trees.h"
+#include "tests/support/package/package_builder.h"
 
 namespace {
 

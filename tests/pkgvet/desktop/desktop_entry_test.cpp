@@ -7,8 +7,8 @@
 
 #include <filesystem>
 
-#include "tests/support/desktop_file.h"
-#include "tests/support/temporary_directory.h"
+#include "tests/support/base/temporary_directory.h"
+#include "tests/support/rules/desktop_file.h"
 
 namespace {
 

@@ -2,9 +2,9 @@
 #include <gtest/gtest.h>
 
 #include "pkgvet/desktop/desktop_rules.h"
-#include "tests/support/captured_log.h"
-#include "tests/support/desktop_file.h"
-#include "tests/support/rule_run.h"
+#include "tests/support/base/captured_log.h"
+#include "tests/support/rules/desktop_file.h"
+#include "tests/support/rules/rule_run.h"
 
 namespace {
 

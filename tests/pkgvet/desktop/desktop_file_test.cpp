@@ -1,13 +1,13 @@
 // The rules on the desktop file as a whole.
-#include "tests/support/desktop_file.h"
+#include "tests/support/rules/desktop_file.h"
 
 #include <gtest/gtest.h>
 
 #include "pkgvet/desktop/desktop_facts.h"
 #include "pkgvet/desktop/desktop_rules.h"
-#include "tests/support/captured_log.h"
-#include "tests/support/rule_run.h"
-#include "tests/support/rule_tree.h"
+#include "tests/support/base/captured_log.h"
+#include "tests/support/rules/rule_run.h"
+#include "tests/support/rules/rule_tree.h"
 
 namespace {
 

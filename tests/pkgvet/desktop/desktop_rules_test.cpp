@@ -5,9 +5,9 @@
 
 #include "pkgvet/desktop/desktop_facts.h"
 #include "pkgvet/report/findings.h"
-#include "tests/support/captured_log.h"
-#include "tests/support/desktop_file.h"
-#include "tests/support/temporary_directory.h"
+#include "tests/support/base/captured_log.h"
+#include "tests/support/base/temporary_directory.h"
+#include "tests/support/rules/desktop_file.h"
 
 namespace {
 

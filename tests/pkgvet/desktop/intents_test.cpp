@@ -3,7 +3,7 @@
 
 #include <gtest/gtest.h>
 
-#include "tests/support/captured_log.h"
+#include "tests/support/base/captured_log.h"
 
 namespace {
 

@@ -9,10 +9,10 @@
 
 #include "pkgvet/desktop/desktop_facts.h"
 #include "pkgvet/desktop/desktop_rules.h"
-#include "tests/support/captured_log.h"
-#include "tests/support/desktop_file.h"
-#include "tests/support/rule_run.h"
-#include "tests/support/temporary_directory.h"
+#include "tests/support/base/captured_log.h"
+#include "tests/support/base/temporary_directory.h"
+#include "tests/support/rules/desktop_file.h"
+#include "tests/support/rules/rule_run.h"
 
 namespace {
 

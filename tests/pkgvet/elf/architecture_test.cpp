@@ -4,7 +4,7 @@
 #include "pkgvet/elf/binary_facts.h"
 #include "pkgvet/elf/binary_rules.h"
 #include "pkgvet/report/findings.h"
-#include "tests/support/captured_log.h"
+#include "tests/support/base/captured_log.h"
 
 namespace pkgvet {
 namespace {

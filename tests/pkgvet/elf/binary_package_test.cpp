@@ -6,10 +6,10 @@
 
 #include "pkgvet/content/content_validator.h"
 #include "pkgvet/package/rpm_meta.h"
-#include "tests/support/captured_log.h"
-#include "tests/support/compiled_elf.h"
-#include "tests/support/package_builder.h"
-#include "tests/support/rule_tree.h"
+#include "tests/support/base/captured_log.h"
+#include "tests/support/elf/compiled_elf.h"
+#include "tests/support/package/package_builder.h"
+#include "tests/support/rules/rule_tree.h"
 
 namespace {
 

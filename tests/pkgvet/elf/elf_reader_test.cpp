@@ -11,9 +11,9 @@
 #include <filesystem>
 #include <stdexcept>
 
-#include "tests/support/compiled_elf.h"
-#include "tests/support/elf_image.h"
-#include "tests/support/temporary_directory.h"
+#include "tests/support/base/temporary_directory.h"
+#include "tests/support/elf/compiled_elf.h"
+#include "tests/support/elf/elf_image.h"
 
 namespace {
 

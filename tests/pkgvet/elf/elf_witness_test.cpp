@@ -7,7 +7,7 @@
 #include <limits>
 
 #include "pkgvet/elf/elf_reader.h"
-#include "tests/support/readelf.h"
+#include "tests/support/elf/readelf.h"
 
 namespace {
 

@@ -4,8 +4,8 @@
 #include <gtest/gtest.h>
 
 #include "pkgvet/elf/elf_reader.h"
-#include "tests/support/elf_image.h"
-#include "tests/support/temporary_directory.h"
+#include "tests/support/base/temporary_directory.h"
+#include "tests/support/elf/elf_image.h"
 
 namespace pkgvet {
 namespace {

@@ -7,11 +7,11 @@
 #include "pkgvet/elf/binary_facts.h"
 #include "pkgvet/elf/binary_rules.h"
 #include "pkgvet/report/findings.h"
-#include "tests/support/captured_log.h"
-#include "tests/support/compiled_elf.h"
-#include "tests/support/elf_image.h"
-#include "tests/support/rule_tree.h"
-#include "tests/support/temporary_directory.h"
+#include "tests/support/base/captured_log.h"
+#include "tests/support/base/temporary_directory.h"
+#include "tests/support/elf/compiled_elf.h"
+#include "tests/support/elf/elf_image.h"
+#include "tests/support/rules/rule_tree.h"
 
 namespace pkgvet {
 namespace {

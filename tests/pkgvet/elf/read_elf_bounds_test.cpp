@@ -4,10 +4,10 @@
 
 #include <filesystem>
 
-#include "tests/support/child_process.h"
-#include "tests/support/elf_facts.h"
-#include "tests/support/elf_image.h"
-#include "tests/support/temporary_directory.h"
+#include "tests/support/base/child_process.h"
+#include "tests/support/base/temporary_directory.h"
+#include "tests/support/elf/elf_facts.h"
+#include "tests/support/elf/elf_image.h"
 
 namespace {
 

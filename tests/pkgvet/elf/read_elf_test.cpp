@@ -1,8 +1,8 @@
 // What ELF files tell whose tables are in order, or nearly so, each named for its oddity.
 #include <gtest/gtest.h>
 
-#include "tests/support/elf_facts.h"
-#include "tests/support/elf_image.h"
+#include "tests/support/elf/elf_facts.h"
+#include "tests/support/elf/elf_image.h"
 
 namespace {
 

@@ -5,10 +5,10 @@
 #include "pkgvet/elf/binary_rules.h"
 #include "pkgvet/elf/elf_reader.h"
 #include "pkgvet/report/findings.h"
-#include "tests/support/captured_log.h"
-#include "tests/support/compiled_elf.h"
-#include "tests/support/elf_image.h"
-#include "tests/support/temporary_directory.h"
+#include "tests/support/base/captured_log.h"
+#include "tests/support/base/temporary_directory.h"
+#include "tests/support/elf/compiled_elf.h"
+#include "tests/support/elf/elf_image.h"
 
 namespace pkgvet {
 namespace {

@@ -5,9 +5,9 @@
 #include <filesystem>
 
 #include "pkgvet/files/file_rules.h"
-#include "tests/support/captured_log.h"
-#include "tests/support/rule_run.h"
-#include "tests/support/temporary_directory.h"
+#include "tests/support/base/captured_log.h"
+#include "tests/support/base/temporary_directory.h"
+#include "tests/support/rules/rule_run.h"
 
 namespace {
 

@@ -8,11 +8,11 @@
 
 #include "pkgvet/files/file_rules.h"
 #include "pkgvet/rules/configuration.h"
-#include "tests/support/captured_log.h"
-#include "tests/support/png_image.h"
-#include "tests/support/rule_run.h"
-#include "tests/support/rule_tree.h"
-#include "tests/support/temporary_directory.h"
+#include "tests/support/base/captured_log.h"
+#include "tests/support/base/temporary_directory.h"
+#include "tests/support/package/png_image.h"
+#include "tests/support/rules/rule_run.h"
+#include "tests/support/rules/rule_tree.h"
 
 namespace {
 

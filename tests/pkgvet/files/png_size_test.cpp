@@ -6,9 +6,9 @@
 #include <sys/resource.h>
 
 #include "pkgvet/base/regular_file.h"
-#include "tests/support/captured_log.h"
-#include "tests/support/png_image.h"
-#include "tests/support/temporary_directory.h"
+#include "tests/support/base/captured_log.h"
+#include "tests/support/base/temporary_directory.h"
+#include "tests/support/package/png_image.h"
 
 namespace {
 

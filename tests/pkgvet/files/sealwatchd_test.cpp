@@ -8,8 +8,8 @@
 #include <filesystem>
 #include <stdexcept>
 
-#include "tests/support/captured_log.h"
-#include "tests/support/temporary_directory.h"
+#include "tests/support/base/captured_log.h"
+#include "tests/support/base/temporary_directory.h"
 
 namespace {
 

@@ -8,8 +8,8 @@
 #include "pkgvet/meta/header_facts.h"
 #include "pkgvet/meta/header_rules.h"
 #include "pkgvet/report/findings.h"
-#include "tests/support/captured_log.h"
-#include "tests/support/rule_tree.h"
+#include "tests/support/base/captured_log.h"
+#include "tests/support/rules/rule_tree.h"
 
 namespace pkgvet {
 namespace {

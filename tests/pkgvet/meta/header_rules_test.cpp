@@ -5,7 +5,7 @@
 
 #include "pkgvet/meta/header_facts.h"
 #include "pkgvet/report/findings.h"
-#include "tests/support/captured_log.h"
+#include "tests/support/base/captured_log.h"
 
 namespace pkgvet {
 namespace {

@@ -16,9 +16,9 @@
 #include "pkgvet/base/c_handle.h"
 #include "pkgvet/base/descriptor.h"
 #include "pkgvet/package/rpm_meta.h"
-#include "tests/support/captured_log.h"
-#include "tests/support/child_process.h"
-#include "tests/support/package_builder.h"
+#include "tests/support/base/captured_log.h"
+#include "tests/support/base/child_process.h"
+#include "tests/support/package/package_builder.h"
 
 namespace {
 

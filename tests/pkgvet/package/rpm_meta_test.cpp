@@ -9,8 +9,8 @@
 #include <utility>
 
 #include "pkgvet/base/c_handle.h"
-#include "tests/support/captured_log.h"
-#include "tests/support/package_builder.h"
+#include "tests/support/base/captured_log.h"
+#include "tests/support/package/package_builder.h"
 
 namespace {
 

@@ -8,7 +8,7 @@
 #include <stdexcept>
 
 #include "pkgvet/pattern/rule_pattern.h"
-#include "tests/support/captured_log.h"
+#include "tests/support/base/captured_log.h"
 
 namespace {
 

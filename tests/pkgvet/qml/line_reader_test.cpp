@@ -10,7 +10,7 @@
 #include <regex>
 #include <vector>
 
-#include "tests/support/temporary_directory.h"
+#include "tests/support/base/temporary_directory.h"
 
 namespace {
 

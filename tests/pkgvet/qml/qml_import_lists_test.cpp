@@ -6,10 +6,10 @@
 
 #include "pkgvet/qml/qml_facts.h"
 #include "pkgvet/qml/qml_rules.h"
-#include "tests/support/captured_log.h"
-#include "tests/support/rule_run.h"
-#include "tests/support/rule_tree.h"
-#include "tests/support/temporary_directory.h"
+#include "tests/support/base/captured_log.h"
+#include "tests/support/base/temporary_directory.h"
+#include "tests/support/rules/rule_run.h"
+#include "tests/support/rules/rule_tree.h"
 
 namespace {
 

@@ -5,8 +5,8 @@
 
 #include <functional>
 
-#include "tests/support/captured_log.h"
-#include "tests/support/rule_run.h"
+#include "tests/support/base/captured_log.h"
+#include "tests/support/rules/rule_run.h"
 
 namespace {
 

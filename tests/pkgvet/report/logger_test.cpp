@@ -6,7 +6,7 @@
 #include <iomanip>
 #include <iostream>
 
-#include "tests/support/captured_log.h"
+#include "tests/support/base/captured_log.h"
 
 namespace {
 

@@ -7,9 +7,9 @@
 #include <stdexcept>
 
 #include "pkgvet/rules/configuration.h"
-#include "tests/support/captured_log.h"
-#include "tests/support/rule_tree.h"
-#include "tests/support/temporary_directory.h"
+#include "tests/support/base/captured_log.h"
+#include "tests/support/base/temporary_directory.h"
+#include "tests/support/rules/rule_tree.h"
 
 namespace {
 

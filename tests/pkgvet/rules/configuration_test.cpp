@@ -9,9 +9,9 @@
 #include <utility>
 
 #include "pkgvet/rules/developer_mode.h"
-#include "tests/support/captured_log.h"
-#include "tests/support/rule_tree.h"
-#include "tests/support/temporary_directory.h"
+#include "tests/support/base/captured_log.h"
+#include "tests/support/base/temporary_directory.h"
+#include "tests/support/rules/rule_tree.h"
 
 namespace {
 

@@ -7,8 +7,8 @@
 #include <nlohmann/json.hpp>
 
 #include "pkgvet/rules/profile_names.h"
-#include "tests/support/source_tree.h"
-#include "tests/support/temporary_directory.h"
+#include "tests/support/base/source_tree.h"
+#include "tests/support/base/temporary_directory.h"
 
 namespace {
 

@@ -1,5 +1,5 @@
 // Packages from strangers: each has an outcome, and nothing is left behind or written elsewhere.
-#include "tests/support/hostile_packages.h"
+#include "tests/support/hostile/hostile_packages.h"
 
 #include <gtest/gtest.h>
 #include <sys/prctl.h>
@@ -10,10 +10,10 @@
 #include <cerrno>
 #include <filesystem>
 
-#include "tests/support/accepted_package.h"
-#include "tests/support/extracted_trees.h"
-#include "tests/support/judged_package.h"
-#include "tests/support/program.h"
+#include "tests/support/base/extracted_trees.h"
+#include "tests/support/package/accepted_package.h"
+#include "tests/support/program/judged_package.h"
+#include "tests/support/program/program.h"
 
 namespace {
 

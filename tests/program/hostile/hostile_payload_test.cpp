@@ -5,11 +5,11 @@
 #include <nlohmann/json.hpp>
 #include <set>
 
-#include "tests/support/crafted_package.h"
-#include "tests/support/package_builder.h"
-#include "tests/support/program.h"
-#include "tests/support/rule_tree.h"
-#include "tests/support/temporary_directory.h"
+#include "tests/support/base/temporary_directory.h"
+#include "tests/support/package/crafted_package.h"
+#include "tests/support/package/package_builder.h"
+#include "tests/support/program/program.h"
+#include "tests/support/rules/rule_tree.h"
 
 namespace {
 

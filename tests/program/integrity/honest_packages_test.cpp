@@ -7,10 +7,10 @@
 #include <functional>
 
 #include "cli/catalogue/catalogue.h"
-#include "tests/support/accepted_package.h"
-#include "tests/support/compiled_elf.h"
-#include "tests/support/judged_package.h"
-#include "tests/support/package_builder.h"
+#include "tests/support/elf/compiled_elf.h"
+#include "tests/support/package/accepted_package.h"
+#include "tests/support/package/package_builder.h"
+#include "tests/support/program/judged_package.h"
 
 namespace {
 

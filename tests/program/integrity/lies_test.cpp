@@ -1,5 +1,5 @@
 // Packages that say one thing and do another are never called accepted.
-#include "tests/support/lies.h"
+#include "tests/support/hostile/lies.h"
 
 #include <gtest/gtest.h>
 
@@ -7,9 +7,9 @@
 #include <set>
 
 #include "cli/catalogue/catalogue.h"
-#include "tests/support/accepted_package.h"
-#include "tests/support/judged_package.h"
-#include "tests/support/rpm_install.h"
+#include "tests/support/package/accepted_package.h"
+#include "tests/support/package/rpm_install.h"
+#include "tests/support/program/judged_package.h"
 
 namespace {
 

@@ -1,0 +1,32 @@
+// Packages that try to reach out of the place where they are unpacked, or to use the machine up.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "tests/support/package/crafted_package.h"
+
+// What a package aims at.
+struct Target {
+    std::string token;    // part of each name that it would make
+    std::string outside;  // a directory that holds the file "canary"
+};
+
+// What becomes of a package. Where the machine's files or a decompressor decide, it is not stated.
+enum class Outcome { Accepted, Rejected, NotJudged, NotAccepted, NotStated };
+
+struct HostilePackage {
+    const char* name;  // what the package does
+    // What becomes of acceptedPackage().
+    void (*arm)(CraftedPackage* package, const Target& target);
+    Outcome outcome;
+    // Part of what the report says: the id of a finding, or of the cause.
+    std::string says = {};
+};
+
+// In names, types and modes of entries.
+std::vector<HostilePackage> packagesThatReachOut();
+// In streams that are cut, damaged, joined or large.
+std::vector<HostilePackage> packagesWithBadStreams();
+// In the header.
+std::vector<HostilePackage> packagesWithBadHeaders();

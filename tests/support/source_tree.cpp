@@ -1,5 +1,0 @@
-#include "tests/support/source_tree.h"
-
-std::string sourceFile(const std::string& path) {
-    return PKGVET_SOURCE_DIR + ("/" + path);
-}
