@@ -10,7 +10,7 @@
 #include "pkgvet/base/glib_handles.h"
 #include "pkgvet/pattern/regex.h"
 #include "pkgvet/pattern/rule_pattern.h"
-#include "tests/support/captured_log.h"
+#include "tests/support/base/captured_log.h"
 
 namespace {
 
