@@ -23,6 +23,8 @@ FormatSteps stepsOf(Format format) {
             return {nullptr, finishGitlab};
         case Format::Markdown:
             return {nullptr, finishMarkdown};
+        case Format::Html:
+            return {nullptr, finishHtml};
     }
     return {addText, finishText};  // no such format
 }

@@ -9,7 +9,7 @@
 
 namespace pkgvet::cli {
 
-enum class Format { Text, Concise, Json, Jsonl, Sarif, Junit, Github, Gitlab, Markdown };
+enum class Format { Text, Concise, Json, Jsonl, Sarif, Junit, Github, Gitlab, Markdown, Html };
 
 // A report that goes to a file beside the one on standard output.
 struct Output {
@@ -86,5 +86,8 @@ void finishGitlab(const RunReport& run, const ReportStyle& style, std::ostream& 
 // A summary in Markdown: the verdict and the rules of each package, as far as there is room in what
 // services take.
 void finishMarkdown(const RunReport& run, const ReportStyle& style, std::ostream& stream);
+
+// A page for a browser: one file, as cli/page writes it.
+void finishHtml(const RunReport& run, const ReportStyle& style, std::ostream& stream);
 
 }  // namespace pkgvet::cli

@@ -8,7 +8,7 @@ namespace pkgvet::cli {
 
 namespace {
 
-constexpr Words<Format, 9> kFormats = {{
+constexpr Words<Format, 10> kFormats = {{
     {"text", Format::Text},
     {"concise", Format::Concise},
     {"json", Format::Json},
@@ -18,6 +18,7 @@ constexpr Words<Format, 9> kFormats = {{
     {"github", Format::Github},
     {"gitlab", Format::Gitlab},
     {"markdown", Format::Markdown},
+    {"html", Format::Html},
 }};
 
 constexpr const char* kOutputArgument = "FORMAT:PATH";

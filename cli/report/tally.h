@@ -1,4 +1,4 @@
-// Counts of packages and findings, and the notes that go with them.
+// Counts of findings, and the notes that go with them and with those of packages.
 #pragma once
 
 #include <span>
@@ -7,18 +7,9 @@
 #include <vector>
 
 #include "cli/model/model.h"
+#include "cli/model/summary.h"
 
 namespace pkgvet::cli {
-
-struct PackageTally {
-    std::size_t accepted = 0;
-    std::size_t rejected = 0;
-    std::size_t notJudged = 0;
-
-    std::size_t packages() const { return accepted + rejected + notJudged; }
-};
-
-PackageTally tallyOf(const RunReport& run);
 
 // The findings that count, by severity, and those that do not.
 struct FindingTally {
@@ -37,16 +28,6 @@ std::string countsOf(const FindingTally& tally);
 
 // "2 packages: 1 accepted, 1 rejected, 0 not judged", and that the run was interrupted if it was.
 std::string summaryOf(const RunReport& run);
-
-// A finding with the profiles under which it was found.
-struct MergedFinding {
-    const Finding* finding;
-    std::vector<std::string_view> profiles;
-};
-
-// The findings of a package under all its profiles, each told once, in the order in which they were
-// found. They point into package. What one profile finds several times stays as many findings.
-std::vector<MergedFinding> mergedFindings(const PackageReport& package);
 
 // A rule with the findings of it that count.
 struct RuleTally {

@@ -14,9 +14,9 @@ namespace {
 
 using namespace pkgvet::cli;
 
-constexpr Format kFormats[] = {Format::Text,   Format::Concise, Format::Json,
-                               Format::Jsonl,  Format::Sarif,   Format::Junit,
-                               Format::Github, Format::Gitlab,  Format::Markdown};
+constexpr Format kFormats[] = {Format::Text,     Format::Concise, Format::Json,   Format::Jsonl,
+                               Format::Sarif,    Format::Junit,   Format::Github, Format::Gitlab,
+                               Format::Markdown, Format::Html};
 
 std::string reported(Reports* reports, const RunReport& run, const std::ostringstream& stream) {
     for (const PackageReport& one : run.packages) {

@@ -1,0 +1,167 @@
+// Writes the data of the page.
+#include "cli/page/page_data.h"
+
+#include <nlohmann/json.hpp>
+#include <string>
+#include <string_view>
+
+#include "cli/base/escape.h"
+#include "cli/catalogue/catalogue.h"
+#include "cli/model/summary.h"
+#include "cli/page/finding_kinds.h"
+#include "cli/page/html.h"
+#include "cli/page/package_keys.h"
+
+namespace pkgvet::cli {
+
+namespace {
+
+using Json = nlohmann::ordered_json;
+
+// What a judgement decided, as the scripts of the page read it.
+enum JudgementBits : unsigned { kPasses = 1, kAccepted = 2, kIntact = 4 };
+
+// Enough to tell the findings of a run apart; the scripts look at no more of a whole fingerprint.
+constexpr std::size_t kPrintSize = 16;
+
+void put(const char* key, const std::string& text, Json* json) {
+    if (!text.empty()) {
+        (*json)[key] = printable(text);
+    }
+}
+
+void putFindings(const PackageReport& package, FindingKinds* kinds, Json* json) {
+    Json findings = Json::array();
+    std::string prints;
+    for (const MergedFinding& merged : mergedFindings(package)) {
+        findings.push_back(kinds->of(merged));
+        const std::optional<std::string>& subject = merged.finding->subject;
+        findings.push_back(subject ? Json(printable(*subject)) : Json());
+        prints += fingerprintOf(package.name, *merged.finding).substr(0, kPrintSize);
+    }
+    if (!findings.empty()) {
+        (*json)["findings"] = std::move(findings);
+        (*json)["prints"] = prints;
+    }
+}
+
+void putJudgements(const PackageReport& package, FindingKinds* kinds, Json* json) {
+    Json judgements = Json::array();
+    std::vector<std::size_t> profiles;
+    for (const Judgement& judgement : package.judgements) {
+        judgements.push_back((judgement.passes ? kPasses : 0U) |
+                             (judgement.accepted() ? kAccepted : 0U) |
+                             (judgement.intact ? kIntact : 0U));
+        profiles.push_back(kinds->profile(judgement.profile));
+    }
+    // Where the packages of a run were judged under different profiles, each says which.
+    (*json)["profiles"] = std::move(profiles);
+    (*json)["judgements"] = std::move(judgements);
+}
+
+Json packageJson(const PackageReport& package, std::string key, bool showTimings,
+                 FindingKinds* kinds) {
+    Json json;
+    json["key"] = std::move(key);
+    put("path", package.path, &json);
+    put("name", package.name, &json);
+    put("version", package.version, &json);
+    put("release", package.release, &json);
+    put("arch", package.arch, &json);
+    put("sha256", package.sha256, &json);
+    put("cause", package.cause, &json);
+    put("code", std::string(causeCodeName(package.causeCode)), &json);
+    put("last", package.lastErrorLine, &json);
+    put("incomplete", package.incomplete, &json);
+    json["passes"] = package.passes();
+    json["validation"] = package.validationEnabled;
+    if (showTimings) {
+        json["seconds"] = package.seconds;
+    }
+    putJudgements(package, kinds, &json);
+    putFindings(package, kinds, &json);
+    return json;
+}
+
+Json kindsJson(const FindingKinds& kinds, Numbers* rules) {
+    Json json = Json::array();
+    for (const FindingKind* kind : kinds.all()) {
+        Json one = {{"rule", rules->of(kind->rule)},
+                    {"severity", static_cast<int>(kind->severity)},
+                    {"standing", static_cast<int>(kind->standing)},
+                    {"text", kind->text},
+                    {"profiles", kind->profiles}};
+        put("reason", kind->reason, &one);
+        json.push_back(std::move(one));
+    }
+    return json;
+}
+
+std::size_t chapterNumber(const Entry& entry) {
+    return static_cast<std::size_t>(&chapterOf(entry) - chapters().data());
+}
+
+Json ruleJson(const std::string& id) {
+    Json json = {{"id", printable(id)}};
+    if (const Entry* entry = findEntry(id)) {
+        json["title"] = entry->title;
+        json["chapter"] = chapterNumber(*entry);
+        json["place"] = entry - chapterOf(*entry).entries.data();
+        json["grave"] = entry->grave;
+        json["demand"] = entry->demand;
+        json["why"] = entry->why;
+        json["fix"] = entry->fix;
+        json["example"] = entry->example;
+        json["uri"] = helpUri(id);
+    }
+    return json;
+}
+
+Json chaptersJson() {
+    Json json = Json::array();
+    for (const Chapter& chapter : chapters()) {
+        json.push_back(chapter.title);
+    }
+    return json;
+}
+
+Json rulesJson(const Numbers& rules) {
+    Json json = Json::array();
+    for (const std::string& id : rules.texts()) {
+        json.push_back(ruleJson(id));
+    }
+    return json;
+}
+
+Json profilesJson(const FindingKinds& kinds) {
+    Json json = Json::array();
+    for (const std::string& profile : kinds.profiles()) {
+        json.push_back(printable(profile));
+    }
+    return json;
+}
+
+}  // namespace
+
+void writePageData(const RunReport& run, bool showTimings, std::ostream& stream) {
+    FindingKinds kinds(run);
+    PackageKeys keys;
+    stream << "{\"packages\":[";
+    std::string_view separator = "\n";
+    for (const PackageReport& package : run.packages) {
+        stream << separator
+               << scriptJson(packageJson(package, keys.of(package), showTimings, &kinds));
+        separator = ",\n";
+    }
+    Numbers rules;
+    // The page explains why a package was not judged, too.
+    rules.of("not-judged");
+    const Json kindList = kindsJson(kinds, &rules);
+    stream << "],\n\"kinds\":" << scriptJson(kindList)
+           << ",\n\"rules\":" << scriptJson(rulesJson(rules))
+           << ",\n\"chapters\":" << scriptJson(chaptersJson())
+           << ",\n\"profiles\":" << scriptJson(profilesJson(kinds))
+           << ",\n\"failOn\":" << scriptJson(run.provenance.failOn) << "}";
+}
+
+}  // namespace pkgvet::cli
