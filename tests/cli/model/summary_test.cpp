@@ -3,7 +3,7 @@
 
 #include <gmock/gmock.h>
 
-#include "tests/support/sample_runs.h"
+#include "tests/support/program/sample_runs.h"
 
 namespace {
 

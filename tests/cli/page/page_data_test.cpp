@@ -6,7 +6,7 @@
 #include <nlohmann/json.hpp>
 #include <sstream>
 
-#include "tests/support/sample_runs.h"
+#include "tests/support/program/sample_runs.h"
 
 namespace {
 

@@ -5,7 +5,7 @@
 
 #include "cli/page/html.h"
 #include "cli/page/page_files.h"
-#include "tests/support/sample_runs.h"
+#include "tests/support/program/sample_runs.h"
 
 namespace {
 

@@ -5,7 +5,7 @@
 
 #include <sstream>
 
-#include "tests/support/sample_runs.h"
+#include "tests/support/program/sample_runs.h"
 
 namespace {
 
