@@ -8,8 +8,11 @@
 #include "cli/base/exit_status.h"
 #include "cli/base/terminal.h"
 #include "cli/command/check.h"
+#include "cli/command/compare.h"
 #include "cli/command/explain.h"
+#include "cli/command/merge.h"
 #include "cli/command/options.h"
+#include "cli/command/report.h"
 #include "cli/command/rules.h"
 #include "cli/command/waive.h"
 #include "pkgvet/base/descriptor.h"
@@ -31,8 +34,14 @@ int run(const pkgvet::cli::Options& options) {
     switch (options.command) {
         case Command::Check:
             return check(options.check);
+        case Command::Compare:
+            return compare(options.compare);
         case Command::Explain:
             return explain(options.explain);
+        case Command::Merge:
+            return merge(options.merge);
+        case Command::Report:
+            return report(options.report);
         case Command::Rules:
             return rules(options.rules);
         case Command::Waive:

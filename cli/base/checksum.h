@@ -29,4 +29,8 @@ private:
     DIGEST_CTX_s* context_;
 };
 
+// SHA-256 of the file at path in hexadecimal; empty for what is not a regular file, such as a pipe,
+// or cannot be read.
+std::string checksumOfFile(const std::string& path);
+
 }  // namespace pkgvet::cli

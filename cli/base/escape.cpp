@@ -91,6 +91,26 @@ std::optional<std::string> bytesEscaped(std::string_view text) {
     return isUtf8 ? std::nullopt : std::optional<std::string>(result);
 }
 
+std::optional<std::string> bytesUnescaped(std::string_view escaped) {
+    constexpr std::size_t kSize = 4;  // of "\xNN"
+    std::string text;
+    for (std::string_view rest = escaped; !rest.empty();) {
+        std::size_t size = 1;
+        char byte = rest.front();
+        if (rest.starts_with("\\\\")) {
+            size = 2;
+        } else if (rest.starts_with("\\x") && rest.size() >= kSize) {
+            size = kSize;
+            const int high = g_ascii_xdigit_value(rest[2]);
+            byte = static_cast<char>(high * 16 + g_ascii_xdigit_value(rest[3]));
+        }
+        text += byte;
+        rest.remove_prefix(size);
+    }
+    // Only what was written here comes back the same.
+    return bytesEscaped(text) == escaped ? std::optional(text) : std::nullopt;
+}
+
 std::string percentEncoded(std::string_view text, bool (*keeps)(char byte)) {
     constexpr std::string_view kDigits = "0123456789ABCDEF";
     std::string result;

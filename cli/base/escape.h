@@ -16,6 +16,9 @@ std::string printable(std::string_view text);
 // texts stay different. Nothing where all of text is UTF-8.
 std::optional<std::string> bytesEscaped(std::string_view text);
 
+// The text of which bytesEscaped() made this one. Nothing where it made none such.
+std::optional<std::string> bytesUnescaped(std::string_view escaped);
+
 // text with every byte that keeps() refuses written as "%NN".
 std::string percentEncoded(std::string_view text, bool (*keeps)(char byte));
 

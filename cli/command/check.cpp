@@ -81,8 +81,12 @@ RunEnd judgeInputs(const Settings& settings, const std::string& rules, Policy po
     std::optional<Run> run;
     try {
         std::vector<Input> packages = packagesOf(options.input);
+        std::optional<Shard> shard;
+        if (options.input.shard) {
+            shard = keepShard(*options.input.shard, &packages);
+        }
         guardFiles(settings, rules, packages);
-        run.emplace(options, rules, std::move(packages), std::move(policy));
+        run.emplace(options, rules, RunInputs{std::move(packages), shard}, std::move(policy));
     } catch (const std::runtime_error& error) {
         complain(printable(error.what()));
         return {};

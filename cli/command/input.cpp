@@ -175,6 +175,28 @@ void readList(const std::string& list, bool nulSeparated, CollectedInput* collec
     }
 }
 
+Option shardOption(std::optional<ShardNumber>* shard) {
+    Option option;
+    option.names = {"--shard"};
+    option.description = "Judge every Nth of the sorted packages from the Kth; see pkgvet merge";
+    option.argument = "K/N";
+    option.set = [shard](const std::string& text) {
+        *shard = parseShard(text);
+        return *shard ? std::string()
+                      : text + " is not of the form K/N with K from 1 to N, which is at most " +
+                            std::to_string(kMostShards);
+    };
+    return option;
+}
+
+Option resumeOption(std::string* path) {
+    Option option = fileOption(
+        "--resume", path,
+        "Go on with this report in JSON Lines, and have all of the run's in it in the end");
+    option.argument = "REPORT";
+    return option;
+}
+
 }  // namespace
 
 std::vector<Option> inputOptions(InputOptions* options) {
@@ -185,6 +207,8 @@ std::vector<Option> inputOptions(InputOptions* options) {
                    "Paths in the lists end with a NUL in place of a line feed"),
         flagOption({"--allow-empty"}, &options->allowEmpty,
                    "Exit status 0 when there is no package to judge"),
+        shardOption(&options->shard),
+        resumeOption(&options->resume),
     };
 }
 
@@ -208,6 +232,10 @@ CollectedInput collectInput(const InputOptions& options) {
     }
     for (const std::string& list : options.filesFrom) {
         readList(list, options.nulSeparated, &collected);
+    }
+    std::size_t position = 0;
+    for (Input& input : collected.packages) {
+        input.position = ++position;
     }
     return collected;
 }

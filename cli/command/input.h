@@ -1,11 +1,13 @@
 // The packages that a run is about.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "cli/base/option.h"
 #include "cli/model/model.h"
+#include "cli/records/shard_input.h"
 
 namespace pkgvet::cli {
 
@@ -15,6 +17,8 @@ struct InputOptions {
     std::vector<std::string> filesFrom;
     bool nulSeparated = false;
     bool allowEmpty = false;  // it is fine when they lead to no package
+    std::optional<ShardNumber> shard;
+    std::string resume;  // a report in JSON Lines to go on with; empty for none
 };
 
 // What the named paths lead to.
@@ -31,10 +35,10 @@ Operand inputOperand(InputOptions* options);
 std::string missingInput(const InputOptions& options);
 
 // The packages that the options name, each as its path was given: the paths in their order, then
-// those of the lists. A directory stands for every *.rpm below it, whatever the case of these
-// letters, in the order of their names, with links followed; one that several links lead to is
-// walked through once. What cannot be looked at is among the packages, with the cause. Throws
-// std::runtime_error when a list cannot be read to its end.
+// those of the lists, with their positions in that order. A directory stands for every *.rpm below
+// it, whatever the case of these letters, in the order of their names, with links followed; one
+// that several links lead to is walked through once. What cannot be looked at is among the
+// packages, with the cause. Throws std::runtime_error when a list cannot be read to its end.
 CollectedInput collectInput(const InputOptions& options);
 
 }  // namespace pkgvet::cli

@@ -2,7 +2,7 @@
 #include "cli/command/option_conflicts.h"
 
 #include <algorithm>
-#include <array>
+#include <initializer_list>
 
 namespace pkgvet::cli {
 
@@ -10,7 +10,7 @@ namespace {
 
 struct Conflict {
     bool exists;
-    const char* text;
+    std::string text;
 };
 
 bool hasSarifFile(const ReportOptions& options) {
@@ -19,42 +19,51 @@ bool hasSarifFile(const ReportOptions& options) {
                        [](const Output& file) { return file.format == Format::Sarif; });
 }
 
-}  // namespace
-
-std::string conflictIn(const CheckOptions& options) {
-    const ReportOptions& report = options.report;
-    const bool hasText = hasReportIn(report, {Format::Text});
-    const bool hasFixes = hasReportIn(report, {Format::Text, Format::Github});
-    const bool hasList = hasReportIn(report, {Format::Text, Format::Concise});
-    const bool hasTimes = hasReportIn(
-        report, {Format::Text, Format::Json, Format::Jsonl, Format::Sarif, Format::Junit});
-    const std::array conflicts = {
-        Conflict{options.input.nulSeparated && options.input.filesFrom.empty(),
-                 "--null means nothing without --files-from"},
-        Conflict{formatsOfStandardOutput(report).size() > 1,
-                 "standard output takes one format: --format or one --output to -"},
-        Conflict{report.quiet && report.explain, "--quiet and --explain contradict each other"},
-        Conflict{report.explain && !hasFixes,
-                 "--explain means nothing without the format text or github"},
-        Conflict{report.quiet && !hasText, "--quiet means nothing without the format text"},
-        Conflict{report.color == ColorMode::Always && !hasText,
-                 "--color always means nothing without the format text"},
-        Conflict{options.policy.showWaived && !hasList,
-                 "--show-waived means nothing without the format text or concise: the others hold "
-                 "excused findings anyway"},
-        Conflict{report.timings && !hasTimes,
-                 "--timings means nothing with the format concise or github alone"},
-        Conflict{report.split && !hasSarifFile(report),
-                 "--split means nothing without --output sarif:PATH"},
-        Conflict{options.judging.sandbox == SandboxMode::Off && !options.judging.scratch.empty(),
-                 "--scratch needs a sandbox, and --sandbox off has none"},
-    };
+// The first that exists; empty when none does.
+std::string firstOf(std::initializer_list<Conflict> conflicts) {
     for (const Conflict& conflict : conflicts) {
         if (conflict.exists) {
             return conflict.text;
         }
     }
     return std::string();
+}
+
+}  // namespace
+
+std::string conflictIn(const ReportOptions& report, bool showWaived) {
+    const bool hasText = hasReportIn(report, {Format::Text});
+    const bool hasFixes = hasReportIn(report, {Format::Text, Format::Github});
+    const bool hasList = hasReportIn(report, {Format::Text, Format::Concise});
+    const bool hasTimes = hasReportIn(
+        report, {Format::Text, Format::Json, Format::Jsonl, Format::Sarif, Format::Junit});
+    return firstOf({
+        {formatsOfStandardOutput(report).size() > 1,
+         "standard output takes one format: --format or one --output to -"},
+        {report.quiet && report.explain, "--quiet and --explain contradict each other"},
+        {report.explain && !hasFixes, "--explain means nothing without the format text or github"},
+        {report.quiet && !hasText, "--quiet means nothing without the format text"},
+        {report.color == ColorMode::Always && !hasText,
+         "--color always means nothing without the format text"},
+        {showWaived && !hasList,
+         "--show-waived means nothing without the format text or concise: the others hold "
+         "excused findings anyway"},
+        {report.timings && !hasTimes,
+         "--timings means nothing with the format concise or github alone"},
+        {report.split && !hasSarifFile(report),
+         "--split means nothing without --output sarif:PATH"},
+    });
+}
+
+std::string conflictIn(const CheckOptions& options) {
+    const std::string inReports = conflictIn(options.report, options.policy.showWaived);
+    return firstOf({
+        {options.input.nulSeparated && options.input.filesFrom.empty(),
+         "--null means nothing without --files-from"},
+        {!inReports.empty(), inReports},
+        {options.judging.sandbox == SandboxMode::Off && !options.judging.scratch.empty(),
+         "--scratch needs a sandbox, and --sandbox off has none"},
+    });
 }
 
 }  // namespace pkgvet::cli

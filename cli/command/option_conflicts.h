@@ -11,4 +11,7 @@ namespace pkgvet::cli {
 // is as bad as a contradiction: whoever gave it believes that it has one.
 std::string conflictIn(const CheckOptions& options);
 
+// The same of the options on reports alone.
+std::string conflictIn(const ReportOptions& report, bool showWaived);
+
 }  // namespace pkgvet::cli

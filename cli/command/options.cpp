@@ -120,6 +120,9 @@ CommandRow commandTable(Options* options) {
     table.commands = {
         bound(Command::Check, checkCommand(&options->check), options),
         bound(Command::Explain, explainCommand(&options->explain), options),
+        bound(Command::Report, reportCommand(&options->report), options),
+        bound(Command::Merge, mergeCommand(&options->merge), options),
+        bound(Command::Compare, compareCommand(&options->compare), options),
         bound(Command::Rules, rulesCommand(&options->rules), options),
         bound(Command::Waive, waiveCommand(&options->waive), options),
     };

@@ -5,19 +5,25 @@
 
 #include "cli/command/check.h"
 #include "cli/command/command_table.h"
+#include "cli/command/compare.h"
 #include "cli/command/explain.h"
+#include "cli/command/merge.h"
+#include "cli/command/report.h"
 #include "cli/command/rules.h"
 #include "cli/command/waive.h"
 
 namespace pkgvet::cli {
 
-enum class Command { Check, Explain, Rules, Waive };
+enum class Command { Check, Compare, Explain, Merge, Report, Rules, Waive };
 
 // What a command line asks for. Only the options of its command mean anything.
 struct Options {
     Command command = Command::Check;
     CheckOptions check;
+    CompareOptions compare;
     ExplainOptions explain;
+    MergeOptions merge;
+    RewriteOptions report;
     RulesOptions rules;
     WaiveOptions waive;
 };

@@ -1,9 +1,6 @@
 // Gathers where the verdicts of a run come from.
 #include "cli/command/provenance.h"
 
-#include <filesystem>
-#include <fstream>
-#include <sstream>
 #include <vector>
 
 #include "cli/base/checksum.h"
@@ -15,22 +12,8 @@ namespace pkgvet::cli {
 
 namespace {
 
-// A pipe was read by whoever needed its content, and cannot be read again.
-std::string checksumOf(const std::string& path) {
-    if (!std::filesystem::is_regular_file(path)) {
-        return std::string();
-    }
-    std::ifstream file(path, std::ios::binary);
-    std::ostringstream content;
-    content << file.rdbuf();
-    Checksum sum;
-    sum.add(content.str());
-    return sum.finish();
-}
-
 std::vector<ProfileRules> profileRules(const CheckOptions& options, const std::string& rules) {
-    // Reading the tree once more takes time that only these formats are worth.
-    const bool isTold = hasReportIn(options.report, {Format::Json, Format::Jsonl});
+    const bool isTold = needsDigests(options);
     std::vector<ProfileRules> profiles;
     for (const Profiles profile : options.judging.profiles) {
         profiles.push_back({Configuration::getProfileName(profile),
@@ -41,6 +24,11 @@ std::vector<ProfileRules> profileRules(const CheckOptions& options, const std::s
 
 }  // namespace
 
+bool needsDigests(const CheckOptions& options) {
+    return hasReportIn(options.report, {Format::Json, Format::Jsonl, Format::Html}) ||
+           !options.input.resume.empty();
+}
+
 Provenance provenanceOf(const CheckOptions& options, const std::string& rules) {
     Provenance provenance;
     provenance.profiles = profileRules(options, rules);
@@ -50,9 +38,9 @@ Provenance provenanceOf(const CheckOptions& options, const std::string& rules) {
         provenance.failOn = severityName(*options.policy.failOn);
     }
     for (const std::string& file : options.policy.waivers) {
-        provenance.waivers.push_back(checksumOf(file));
+        provenance.waivers.push_back(checksumOfFile(file));
     }
-    provenance.baseline = checksumOf(options.policy.baseline);
+    provenance.baseline = checksumOfFile(options.policy.baseline);
     const Limits& limits = options.judging.limits;
     provenance.limits = {limits.seconds, limits.processorSeconds, limits.unpackedBytes,
                          limits.files,   limits.memory,           limits.report};

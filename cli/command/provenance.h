@@ -8,6 +8,10 @@
 
 namespace pkgvet::cli {
 
+// Whether a report says which rules were in force, or somebody else asks. Reading the tree once
+// more for that takes time.
+bool needsDigests(const CheckOptions& options);
+
 // What decides the verdicts beside the packages: the rules, whose configuration file is at the path
 // rules, and the options. The limits are told as they were asked for.
 Provenance provenanceOf(const CheckOptions& options, const std::string& rules);

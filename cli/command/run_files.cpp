@@ -36,8 +36,10 @@ std::vector<std::string> filesWritten(const CheckOptions& options) {
             addParts(output.path, &files);
         }
     }
-    if (!options.policy.writeBaseline.empty()) {
-        files.push_back(options.policy.writeBaseline);
+    for (const std::string& file : {options.policy.writeBaseline, options.input.resume}) {
+        if (!file.empty()) {
+            files.push_back(file);
+        }
     }
     return files;
 }

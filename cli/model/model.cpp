@@ -42,6 +42,14 @@ bool PackageReport::passes() const {
                                    [](const Judgement& judgement) { return judgement.passes; });
 }
 
+void PackageTally::add(const PackageReport& package) {
+    if (!package.judged()) {
+        ++notJudged;
+    } else {
+        ++(package.passes() ? accepted : rejected);
+    }
+}
+
 std::string_view causeCodeName(CauseCode code) {
     return kCauseCodeNames[static_cast<std::size_t>(code)];
 }

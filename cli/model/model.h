@@ -7,6 +7,8 @@
 #include <string_view>
 #include <vector>
 
+#include "cli/base/version.h"
+
 namespace pkgvet::cli {
 
 enum class Severity { Info, Warning, Error, Critical };
@@ -21,7 +23,8 @@ enum class Standing {
 // A package that a run is about.
 struct Input {
     std::string path;
-    std::string cause;  // why there is nothing to judge; empty when there may be
+    std::string cause;         // why there is nothing to judge; empty when there may be
+    std::size_t position = 0;  // in the whole input, from 1; 0 where nobody counts
 };
 
 // One line of the library in the pieces of which it was composed. They say which of its words are
@@ -98,6 +101,11 @@ struct PackageReport {
     // when they did, or when it could not be judged at all.
     std::string incomplete;
     double seconds = 0;
+    // SHA-256 of all that the judgements depend on beside the package, so that they can be taken
+    // over where it is the same; empty where nobody asked for it.
+    std::string judgedBy;
+    // Where the package stands in the whole input, from 1, when its report is that of a shard.
+    std::size_t position = 0;
     std::vector<Judgement> judgements;  // one for each profile asked for, in their order
 
     // A package that could not be judged passes under no profile.
@@ -127,6 +135,7 @@ struct AllowedMost {
 
 // How the verdicts of a run came about.
 struct Provenance {
+    std::string version = programVersion();   // of the program that judged
     std::vector<ProfileRules> profiles = {};  // in the order in which they were asked for
     std::string validation = {};              // "auto", "on" or "off"
     bool integrity = true;
@@ -137,11 +146,36 @@ struct Provenance {
     AllowedMost limits = {};
 };
 
+struct PackageTally {
+    std::size_t accepted = 0;
+    std::size_t rejected = 0;
+    std::size_t notJudged = 0;
+
+    void add(const PackageReport& package);
+    std::size_t packages() const { return accepted + rejected + notJudged; }
+};
+
+// A report of more parts than this is not one of ours.
+inline constexpr unsigned kMostShards = 100'000;
+
+// Which part of its input a run was to judge: the sorted paths from the number-th on, each of-th of
+// them.
+struct Shard {
+    unsigned number = 1;
+    unsigned of = 1;
+    std::size_t packages = 0;  // of the whole input
+    std::string input;         // SHA-256 of the sorted paths of the whole input
+};
+
 struct RunReport {
     std::vector<PackageReport> packages;  // in input order
-    std::string sandbox;                  // what cages the judges, such as "none"
-    bool partial = false;                 // the run was interrupted
-    std::vector<std::string> notices;     // remarks on the run itself, such as unused waivers
+    // Packages that were told as they came and are not among packages: a run of many of them takes
+    // little memory where no report needs all of them at once.
+    PackageTally dropped = {};
+    std::optional<Shard> shard = {};   // none for a run over all of its input
+    std::string sandbox;               // what cages the judges, such as "none"
+    bool partial = false;              // the run was interrupted
+    std::vector<std::string> notices;  // remarks on the run itself, such as unused waivers
     Provenance provenance;
 };
 

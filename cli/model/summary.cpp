@@ -24,13 +24,9 @@ FindingKey keyOf(const Finding& finding) {
 }  // namespace
 
 PackageTally tallyOf(const RunReport& run) {
-    PackageTally tally;
+    PackageTally tally = run.dropped;
     for (const PackageReport& package : run.packages) {
-        if (!package.judged()) {
-            ++tally.notJudged;
-        } else {
-            ++(package.passes() ? tally.accepted : tally.rejected);
-        }
+        tally.add(package);
     }
     return tally;
 }

@@ -9,14 +9,6 @@
 
 namespace pkgvet::cli {
 
-struct PackageTally {
-    std::size_t accepted = 0;
-    std::size_t rejected = 0;
-    std::size_t notJudged = 0;
-
-    std::size_t packages() const { return accepted + rejected + notJudged; }
-};
-
 PackageTally tallyOf(const RunReport& run);
 
 // A finding with the profiles under which it was found.

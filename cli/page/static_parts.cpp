@@ -5,7 +5,6 @@
 #include <vector>
 
 #include "cli/base/text.h"
-#include "cli/base/version.h"
 #include "cli/model/summary.h"
 #include "cli/page/html.h"
 
@@ -89,7 +88,7 @@ void writeNotices(const RunReport& run, std::ostream& stream) {
 void writeProvenance(const RunReport& run, std::ostream& stream) {
     const Provenance& provenance = run.provenance;
     stream << "<dl class=\"facts\">\n";
-    writeFact("Program", "pkgvet " + programVersion(), stream);
+    writeFact("Program", "pkgvet " + run.provenance.version, stream);
     for (const ProfileRules& profile : provenance.profiles) {
         writeFact("Profile", profile.name, stream);
         if (!profile.digest.empty()) {

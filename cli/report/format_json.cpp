@@ -5,7 +5,6 @@
 #include <string>
 
 #include "cli/base/escape.h"
-#include "cli/base/version.h"
 #include "cli/catalogue/catalogue.h"
 #include "cli/report/formats.h"
 #include "cli/report/tally.h"
@@ -26,10 +25,9 @@ Json orNull(const std::string& text) {
     return text.empty() ? Json() : Json(text);
 }
 
-// Puts text under key. Where it is not UTF-8, which JSON cannot hold, the exact bytes stand beside
-// it: two names that differ in these alone would read the same.
-void put(const std::string& key, const std::string& text, Json* json) {
-    (*json)[key] = orNull(text);
+// Where text is not UTF-8, which JSON cannot hold, the exact bytes stand beside it: two names that
+// differ in these alone would read the same.
+void putEscaped(const std::string& key, const std::string& text, Json* json) {
     if (const auto escaped = bytesEscaped(text)) {
         (*json)[key + "_escaped"] = *escaped;
     }
@@ -43,17 +41,18 @@ Json findingJson(const std::string& package, const Finding& finding) {
     json["title"] = entry == nullptr ? Json() : Json(entry->title);
     json["help_uri"] = entry == nullptr ? Json() : Json(helpUri(entry->id));
     json["fingerprint"] = fingerprintOf(package, finding);
-    put("subject", finding.subject.value_or(std::string()), &json);
+    putText("subject", finding.subject.value_or(std::string()), &json);
     json["subject"] = finding.subject ? Json(*finding.subject) : Json();
-    put("message", finding.message, &json);
+    putText("message", finding.message, &json);
     json["standing"] = standingName(finding.standing);
-    json["reason"] = orNull(finding.reason);
+    putText("reason", finding.reason, &json);
     return json;
 }
 
 Json judgementJson(const std::string& package, const Judgement& judgement) {
     Json json;
     json["profile"] = judgement.profile;
+    putEscaped("profile", judgement.profile, &json);
     json["meta_accepted"] = judgement.metaAccepted;
     json["content_accepted"] = judgement.contentAccepted;
     json["accepted"] = judgement.accepted();
@@ -66,21 +65,33 @@ Json judgementJson(const std::string& package, const Judgement& judgement) {
     return json;
 }
 
-Json packageJson(const PackageReport& package, const ReportStyle& style) {
+// What the package is, and where it comes from.
+Json identityJson(const PackageReport& package) {
     Json json;
-    put("path", package.path, &json);
-    put("name", package.name, &json);
-    put("version", package.version, &json);
-    put("release", package.release, &json);
-    json["arch"] = orNull(package.arch);
+    putText("path", package.path, &json);
+    if (package.position != 0) {
+        json["position"] = package.position;
+    }
+    putText("name", package.name, &json);
+    putText("version", package.version, &json);
+    putText("release", package.release, &json);
+    putText("arch", package.arch, &json);
     json["sha256"] = orNull(package.sha256);
+    if (!package.judgedBy.empty()) {
+        json["judged_by"] = package.judgedBy;
+    }
+    return json;
+}
+
+Json packageJson(const PackageReport& package, const ReportStyle& style) {
+    Json json = identityJson(package);
     json["validation_enabled"] = package.validationEnabled;
     json["complete"] = package.complete();
-    json["cause"] = orNull(package.cause);
+    putText("cause", package.cause, &json);
     json["cause_code"] = orNull(std::string(causeCodeName(package.causeCode)));
-    json["incomplete"] = orNull(package.incomplete);
+    putText("incomplete", package.incomplete, &json);
     // The key stays as readers of earlier reports know it.
-    json["last_words"] = orNull(package.lastErrorLine);
+    putText("last_words", package.lastErrorLine, &json);
     json["passes"] = package.passes();
     // Timings differ from run to run; without them reports can be compared.
     if (style.timings) {
@@ -127,18 +138,55 @@ Json header() {
     return json;
 }
 
+Json shardJson(const Shard& shard) {
+    return {{"number", shard.number},
+            {"of", shard.of},
+            {"packages", shard.packages},
+            {"input", shard.input}};
+}
+
+// Beside the notices, null for each that is UTF-8.
+void putEscaped(const std::vector<std::string>& notices, Json* json) {
+    Json all = Json::array();
+    bool isUtf8 = true;
+    for (const std::string& notice : notices) {
+        const auto escaped = bytesEscaped(notice);
+        isUtf8 = isUtf8 && !escaped;
+        all.push_back(escaped ? Json(*escaped) : Json());
+    }
+    if (!isUtf8) {
+        (*json)["notices_escaped"] = std::move(all);
+    }
+}
+
 void addSummary(const RunReport& run, Json* json) {
     const PackageTally tally = tallyOf(run);
     // "complete" tells of the run here, and of one package in packageJson.
-    (*json)["tool"] = {{"name", "pkgvet"}, {"version", programVersion()}};
+    (*json)["tool"] = {{"name", "pkgvet"}, {"version", run.provenance.version}};
     (*json)["provenance"] = provenanceJson(run.provenance);
     (*json)["sandbox"] = run.sandbox;
     (*json)["complete"] = !run.partial;
+    if (run.shard) {
+        (*json)["shard"] = shardJson(*run.shard);
+    }
     (*json)["summary"] = {{"packages", tally.packages()},
                           {"accepted", tally.accepted},
                           {"rejected", tally.rejected},
                           {"not_judged", tally.notJudged}};
     (*json)["notices"] = run.notices;
+    putEscaped(run.notices, json);
+}
+
+// The text of json as it stands in a document at depth, without an indent ahead of it.
+std::string nestedText(const Json& json, std::size_t depth) {
+    const std::string indent(depth * kJsonIndent, ' ');
+    std::string text;
+    // No text in JSON holds a line feed as such.
+    for (const char c : jsonText(json, kJsonIndent)) {
+        text += c;
+        text += c == '\n' ? indent : std::string();
+    }
+    return text;
 }
 
 }  // namespace
@@ -147,19 +195,31 @@ std::string_view standingName(Standing standing) {
     return kStandings[static_cast<std::size_t>(standing)];
 }
 
+void putText(const std::string& key, const std::string& text, Json* json) {
+    (*json)[key] = orNull(text);
+    putEscaped(key, text, json);
+}
+
 std::string jsonText(const Json& json, int indent) {
     // ASCII, and U+FFFD for each byte that is not UTF-8.
     return json.dump(indent, ' ', true, Json::error_handler_t::replace);
 }
 
-void finishJson(const RunReport& run, const ReportStyle& style, std::ostream& stream) {
+void headJson(const RunReport& run, const ReportStyle& /*style*/, std::ostream& stream) {
+    constexpr std::string_view kEnd = "\n}";
     Json json = header();
     addSummary(run, &json);
-    json["packages"] = Json::array();
-    for (const PackageReport& package : run.packages) {
-        json["packages"].push_back(packageJson(package, style));
-    }
-    stream << jsonText(json, kJsonIndent) << '\n';
+    std::string text = jsonText(json, kJsonIndent);
+    text.resize(text.size() - kEnd.size());
+    stream << text << ",\n  \"packages\": [";
+}
+
+void addJson(const PackageReport& package, const ReportStyle& style, std::ostream& stream) {
+    stream << "\n    " << nestedText(packageJson(package, style), 2);
+}
+
+void finishJson(const RunReport& run, const ReportStyle& /*style*/, std::ostream& stream) {
+    stream << (tallyOf(run).packages() == 0 ? "]\n}\n" : "\n  ]\n}\n");
 }
 
 void addJsonLine(const PackageReport& package, const ReportStyle& style, std::ostream& stream) {

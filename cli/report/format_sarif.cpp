@@ -189,7 +189,7 @@ Json sarifDocument(const RunReport& run, std::span<const SarifResult> results, s
     const SarifRules rules = sarifRules(results);
     SarifArtifacts artifacts(run, style);
     Json content;
-    content["tool"] = sarifTool(rules);
+    content["tool"] = sarifTool(rules, run.provenance.version);
     content["automationDetails"] = {{"id", categoryOf(run, number)}};
     content["invocations"] = Json::array({invocationJson(run, artifacts)});
     Json all = Json::array();

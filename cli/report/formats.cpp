@@ -10,7 +10,7 @@ FormatSteps stepsOf(Format format) {
         case Format::Concise:
             return {addConcise, finishConcise};
         case Format::Json:
-            return {nullptr, finishJson};
+            return {addJson, finishJson, headJson, ","};
         case Format::Jsonl:
             return {addJsonLine, finishJsonLines};
         case Format::Sarif:

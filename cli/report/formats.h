@@ -40,7 +40,7 @@ inline constexpr std::string_view kNoticeId = "notice";
 
 inline constexpr std::string_view kInterruptedText = "the run was interrupted";
 
-// A format is two steps over plain data, which keep nothing in between. Reports are the same byte
+// A format is a few steps over plain data, which keep nothing in between. Reports are the same byte
 // for byte for the same run, save for timings, and legal in their format whatever bytes a package
 // holds.
 struct FormatSteps {
@@ -48,6 +48,9 @@ struct FormatSteps {
     void (*add)(const PackageReport& package, const ReportStyle& style, std::ostream& stream);
     // What comes after the last package, or the whole report.
     void (*finish)(const RunReport& run, const ReportStyle& style, std::ostream& stream);
+    // What stands ahead of the packages and depends on all of them; null for nothing.
+    void (*head)(const RunReport& run, const ReportStyle& style, std::ostream& stream) = nullptr;
+    std::string_view between = {};  // what parts two packages
 };
 
 FormatSteps stepsOf(Format format);
@@ -62,6 +65,8 @@ void addConcise(const PackageReport& package, const ReportStyle& style, std::ost
 void finishConcise(const RunReport& run, const ReportStyle& style, std::ostream& stream);
 
 // One document, described by docs/report.schema.json.
+void headJson(const RunReport& run, const ReportStyle& style, std::ostream& stream);
+void addJson(const PackageReport& package, const ReportStyle& style, std::ostream& stream);
 void finishJson(const RunReport& run, const ReportStyle& style, std::ostream& stream);
 
 // The same objects, one to a line: each package, and the summary last. A report without its last

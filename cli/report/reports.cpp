@@ -1,7 +1,7 @@
 // Writes the reports of a run.
 #include "cli/report/reports.h"
 
-#include <exception>
+#include <algorithm>
 #include <filesystem>
 #include <fstream>
 #include <sstream>
@@ -33,7 +33,8 @@ void complainOfLimits(const SarifDocuments& documents, std::string_view name) {
     }
 }
 
-// The report as the contents of one file or more. name is told where something is left out.
+// A report that is written whole, as the contents of one file or more. name is told where something
+// is left out.
 std::vector<std::string> contentsOf(Format format, const RunReport& run, const ReportStyle& style,
                                     std::string_view name) {
     if (format == Format::Sarif) {
@@ -42,7 +43,7 @@ std::vector<std::string> contentsOf(Format format, const RunReport& run, const R
         return std::move(documents.texts);
     }
     std::ostringstream content;
-    writeReport(format, run, style, content);
+    stepsOf(format).finish(run, style, content);
     return {content.str()};
 }
 
@@ -56,19 +57,16 @@ void addStepSummary(const RunReport& run, const std::string& path) {
     }
 }
 
-void writeWhole(const std::string& content, OutputFile* file) {
-    file->write(content);
-    file->commit();
+void writePart(const std::string& path, const std::string& content) {
+    OutputFile part(path);
+    part.write(content);
+    part.commit();
 }
 
-void writeFile(const Output& output, const RunReport& run, const ReportStyle& style,
-               OutputFile* file) {
-    const std::vector<std::string> contents = contentsOf(output.format, run, style, output.path);
-    writeWhole(contents.front(), file);
-    for (std::size_t i = 1; i < contents.size(); ++i) {
-        OutputFile part(pathOfPart(output.path, i + 1));
-        writeWhole(contents[i], &part);
-    }
+std::optional<StreamedReport> streamedIn(Format format, const ReportStyle& style) {
+    return StreamedReport::canWrite(format)
+               ? std::optional<StreamedReport>(std::in_place, format, style)
+               : std::nullopt;
 }
 
 }  // namespace
@@ -82,44 +80,78 @@ std::string pathOfPart(const std::string& path, std::size_t number) {
 
 Reports::Reports(Format format, const ReportStyle& style, std::ostream& stream,
                  const std::vector<Output>& files)
-    : format_(format), steps_(stepsOf(format)), style_(style), stream_(stream) {
+    : format_(format), style_(style), stream_(stream), streamed_(streamedIn(format, style)) {
     for (const Output& output : files) {
-        files_.push_back({output, OutputFile(output.path)});
+        files_.push_back(
+            {output, OutputFile(output.path), streamedIn(output.format, styleOfFiles(style))});
     }
 }
 
+bool Reports::needsPackages() const {
+    return !streamed_ || std::any_of(files_.begin(), files_.end(),
+                                     [](const File& file) { return !file.streamed; });
+}
+
 void Reports::add(const PackageReport& package) {
-    if (steps_.add != nullptr) {
-        steps_.add(package, style_, stream_);
+    if (streamed_) {
+        stream_ << streamed_->add(package);
         stream_.flush();
+    }
+    for (File& file : files_) {
+        if (file.streamed && !file.failure) {
+            attempt(&file, [&] { file.file.write(file.streamed->add(package)); });
+        }
     }
 }
 
 void Reports::finish(const RunReport& run) {
     finishStream(run);
-    // All files are tried before the first failure counts: one full disk must not cost the reports
-    // on others.
     std::exception_ptr failure;
     for (File& file : files_) {
-        try {
-            writeFile(file.output, run, styleOfFiles(style_), &file.file);
-        } catch (const std::exception&) {
-            failure = std::current_exception();
+        if (!file.failure) {
+            attempt(&file, [&] { finishFile(run, &file); });
         }
+        failure = file.failure ? file.failure : failure;
     }
     if (failure) {
         std::rethrow_exception(failure);
     }
 }
 
+// All files are tried before the first failure counts: one full disk must not cost the reports on
+// others.
+void Reports::attempt(File* file, const std::function<void()>& write) {
+    try {
+        write();
+    } catch (const std::exception&) {
+        file->failure = std::current_exception();
+    }
+}
+
+void Reports::finishFile(const RunReport& run, File* file) {
+    if (file->streamed) {
+        file->streamed->finish(run, [file](std::string_view piece) { file->file.write(piece); });
+        file->file.commit();
+        return;
+    }
+    const Output& output = file->output;
+    const std::vector<std::string> contents =
+        contentsOf(output.format, run, styleOfFiles(style_), output.path);
+    file->file.write(contents.front());
+    file->file.commit();
+    for (std::size_t i = 1; i < contents.size(); ++i) {
+        writePart(pathOfPart(output.path, i + 1), contents[i]);
+    }
+}
+
 // There is one stream, whatever the limits.
 void Reports::finishStream(const RunReport& run) {
-    if (format_ == Format::Sarif) {
+    if (streamed_) {
+        streamed_->finish(run, [this](std::string_view piece) { stream_ << piece; });
+    } else {
         ReportStyle style = style_;
         style.split = false;
         stream_ << contentsOf(format_, run, style, kStandardOutput).front();
-    } else {
-        steps_.finish(run, style_, stream_);
     }
     if (format_ == Format::Github && !style_.stepSummary.empty()) {
         addStepSummary(run, style_.stepSummary);
@@ -129,13 +161,15 @@ void Reports::finishStream(const RunReport& run) {
 
 void writeReport(Format format, const RunReport& run, const ReportStyle& style,
                  std::ostream& stream) {
-    const FormatSteps steps = stepsOf(format);
-    if (steps.add != nullptr) {
-        for (const PackageReport& package : run.packages) {
-            steps.add(package, style, stream);
-        }
+    std::optional<StreamedReport> streamed = streamedIn(format, style);
+    if (!streamed) {
+        stepsOf(format).finish(run, style, stream);
+        return;
     }
-    steps.finish(run, style, stream);
+    for (const PackageReport& package : run.packages) {
+        stream << streamed->add(package);
+    }
+    streamed->finish(run, [&stream](std::string_view piece) { stream << piece; });
 }
 
 }  // namespace pkgvet::cli

@@ -1,6 +1,9 @@
 // The reports of a run.
 #pragma once
 
+#include <exception>
+#include <functional>
+#include <optional>
 #include <ostream>
 #include <string>
 #include <vector>
@@ -8,11 +11,12 @@
 #include "cli/base/output_file.h"
 #include "cli/model/model.h"
 #include "cli/report/formats.h"
+#include "cli/report/streamed_report.h"
 
 namespace pkgvet::cli {
 
-// One report on a stream, as far as its format allows while packages are judged, and one for each
-// output file at the end.
+// One report on a stream and one in each output file, each written as packages come as far as its
+// format allows, and otherwise at the end.
 class Reports {
 public:
     // Opens the files; std::runtime_error names one that cannot be written. style is that of the
@@ -20,24 +24,31 @@ public:
     Reports(Format format, const ReportStyle& style, std::ostream& stream,
             const std::vector<Output>& files);
 
+    // Whether finish() needs all packages once more. Otherwise it is enough to count them.
+    bool needsPackages() const;
+
     // Packages come in input order, after the policy has been applied to them.
     void add(const PackageReport& package);
-    // run holds the packages that were added. std::runtime_error names a file that was not written;
-    // the others are. What the limits of a format leave out is told on standard error.
+    // run is that of the packages that were added. std::runtime_error names a file that was not
+    // written; the others are. What the limits of a format leave out is told on standard error.
     void finish(const RunReport& run);
 
 private:
     struct File {
         Output output;
         OutputFile file;
+        std::optional<StreamedReport> streamed;
+        std::exception_ptr failure = nullptr;  // of an attempt to write it
     };
 
+    static void attempt(File* file, const std::function<void()>& write);
     void finishStream(const RunReport& run);
+    void finishFile(const RunReport& run, File* file);
 
     Format format_;
-    FormatSteps steps_;
     ReportStyle style_;
     std::ostream& stream_;
+    std::optional<StreamedReport> streamed_;
     std::vector<File> files_;
 };
 

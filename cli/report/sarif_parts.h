@@ -32,7 +32,7 @@ using SarifRules = std::map<std::string, std::size_t>;
 SarifRules sarifRules(std::span<const SarifResult> results);
 
 // The tool with these rules.
-nlohmann::ordered_json sarifTool(const SarifRules& rules);
+nlohmann::ordered_json sarifTool(const SarifRules& rules, const std::string& version);
 
 // What a document is about: the packages of a run, each once even where it was named twice, and the
 // files in them that results are about.

@@ -64,7 +64,7 @@ SarifRules sarifRules(std::span<const SarifResult> results) {
     return rules;
 }
 
-Json sarifTool(const SarifRules& rules) {
+Json sarifTool(const SarifRules& rules, const std::string& version) {
     Json list = Json::array();
     for (const auto& rule : rules) {
         list.push_back(ruleJson(rule.first));
@@ -72,8 +72,8 @@ Json sarifTool(const SarifRules& rules) {
     return {{"driver",
              {{"name", "pkgvet"},
               {"informationUri", programHomepage()},
-              {"version", programVersion()},
-              {"semanticVersion", programVersion()},
+              {"version", version},
+              {"semanticVersion", version},
               {"rules", std::move(list)}}}};
 }
 

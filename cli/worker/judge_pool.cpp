@@ -21,6 +21,9 @@ using Seconds = std::chrono::duration<double>;
 
 constexpr const char* kNoJudge = "no judge could be started: ";
 constexpr const char* kNotAFile = "not a regular file";
+// Reports that wait for one before them. Beyond that no package is begun, since memory is not to
+// grow with the input.
+constexpr std::size_t kMostWaiting = 1000;
 // After which a person looks whether anything has moved.
 constexpr Seconds kProgressInterval{0.5};
 constexpr double kMilliseconds = 1000;
@@ -88,7 +91,8 @@ int JudgePool::signal() {
 }
 
 void JudgePool::startJobs() {
-    while (jobs_.size() < options_.jobs && next_ < inputs_.size()) {
+    while (!interrupted_ && jobs_.size() < options_.jobs && next_ < inputs_.size() &&
+           ready_.size() < kMostWaiting) {
         if (!start(next_)) {
             return;
         }
@@ -100,6 +104,9 @@ void JudgePool::startJobs() {
 bool JudgePool::start(std::size_t index) {
     if (!inputs_[index].cause.empty()) {
         keep(index, notJudged({CauseCode::Unreadable, inputs_[index].cause}));
+        return true;
+    }
+    if (isRecalled(index)) {
         return true;
     }
     Cause cause;
@@ -122,6 +129,20 @@ bool JudgePool::start(std::size_t index) {
         keep(index, notJudged({CauseCode::Crashed, kNoJudge + error.code().message()}));
         return true;
     }
+}
+
+// Many packages can be known one after the other, while nobody waits for a judge or a signal.
+bool JudgePool::isRecalled(std::size_t index) {
+    if (!options_.recall) {
+        return false;
+    }
+    interrupted_ = interrupted_ || signal() != 0;
+    std::optional<PackageReport> known = options_.recall(inputs_[index]);
+    if (!known) {
+        return false;
+    }
+    keep(index, std::move(*known));
+    return true;
 }
 
 // A template that something killed costs one package and not those behind it.
@@ -190,12 +211,17 @@ void JudgePool::conclude(Job* job, Stop stop) {
     // An interrupted package is as one that was never begun.
     if (stop != Stop::Interruption) {
         report.seconds = Seconds(Clock::now() - job->start).count();
+        report.path = inputs_[job->index].path;
+        if (options_.finished) {
+            options_.finished(report);
+        }
         keep(job->index, std::move(report));
     }
 }
 
 void JudgePool::keep(std::size_t index, PackageReport report) {
     report.path = inputs_[index].path;
+    report.position = inputs_[index].position;
     progress_->countDone();
     ready_.emplace(index, std::move(report));
 }

@@ -6,6 +6,7 @@
 #include <functional>
 #include <map>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -24,6 +25,11 @@ struct PoolOptions {
     std::vector<std::string> profiles;  // the names of the profiles that packages are judged under
     std::string scratch;                // a directory to unpack in; empty for memory
     unsigned jobs = 1;
+    // What is known of a package already, so that it is not judged. May be null.
+    std::function<std::optional<PackageReport>(const Input& input)> recall = nullptr;
+    // Called with each package that was judged, as soon as it was and whatever the order of the
+    // input. May be null.
+    std::function<void(const PackageReport& package)> finished = nullptr;
 };
 
 // Has packages judged, each by a judge of its own, and hands the reports on in input order.
@@ -58,6 +64,7 @@ private:
 
     void startJobs();
     bool start(std::size_t index);
+    bool isRecalled(std::size_t index);
     void renewTemplate();
     int waitingTime() const;
     void wait();

@@ -35,4 +35,19 @@ TEST(Printable, EscapesWhatATerminalWouldActUpon) {
     }
 }
 
+TEST(BytesUnescaped, GivesBackTheBytes) {
+    std::string bytes = "\\x41 \\\\ \u00e4";
+    for (int byte = 0; byte < 256; ++byte) {
+        bytes += static_cast<char>(byte);
+    }
+    EXPECT_EQ(pkgvet::cli::bytesUnescaped(pkgvet::cli::bytesEscaped(bytes).value()), bytes);
+}
+
+TEST(BytesUnescaped, RefusesWhatNobodyEscaped) {
+    for (const char* text :
+         {"", "plain", "\\x41", "\\xFF", "\\xf", "\\xfg", "\\", "\\n\\xff", "\xff"}) {
+        EXPECT_EQ(pkgvet::cli::bytesUnescaped(text), std::nullopt) << text;
+    }
+}
+
 }  // namespace

@@ -47,6 +47,36 @@ TEST(Reports, PackagesAppearAsTheyAreJudged) {
     }
 }
 
+TEST(Reports, FormatsThatTellEachPackageByItselfNeedNoneOnceMore) {
+    const TemporaryDirectory directory;
+    for (const Format format : kFormats) {
+        const bool needsThem = format != Format::Text && format != Format::Concise &&
+                               format != Format::Json && format != Format::Jsonl;
+        std::ostringstream stream;
+        EXPECT_EQ(Reports(format, {}, stream, {}).needsPackages(), needsThem);
+        EXPECT_EQ(Reports(Format::Text, {}, stream, {{format, directory / "file"}}).needsPackages(),
+                  needsThem);
+    }
+}
+
+TEST(Reports, PackagesThatWereDroppedCount) {
+    const RunReport run = sampleRuns()[4].run;
+    RunReport dropped = run;
+    for (const PackageReport& one : run.packages) {
+        dropped.dropped.add(one);
+    }
+    dropped.packages.clear();
+    for (const Format format : {Format::Text, Format::Concise, Format::Json, Format::Jsonl}) {
+        std::ostringstream stream;
+        Reports reports(format, {}, stream, {});
+        for (const PackageReport& one : run.packages) {
+            reports.add(one);
+        }
+        reports.finish(dropped);
+        EXPECT_EQ(stream.str(), reportOf(format, run));
+    }
+}
+
 TEST(Reports, FilesReceiveFormatsOfTheirOwn) {
     const TemporaryDirectory directory;
     const RunReport run = sampleRuns()[4].run;

@@ -1,0 +1,67 @@
+// What the formats of an effect share.
+#include "cli/effect/effect_formats.h"
+
+#include <algorithm>
+#include <numeric>
+
+#include "cli/base/escape.h"
+#include "cli/base/text.h"
+
+namespace pkgvet::cli {
+
+namespace {
+
+constexpr Words<EffectFormat, 3> kFormats = {{
+    {"text", EffectFormat::Text},
+    {"json", EffectFormat::Json},
+    {"markdown", EffectFormat::Markdown},
+}};
+
+}  // namespace
+
+Option effectFormatOption(EffectFormat* format) {
+    return choiceOption("--format", kFormats, format, "Format on standard output [text]");
+}
+
+void writeEffect(const Effect& effect, EffectFormat format, std::ostream& stream) {
+    switch (format) {
+        case EffectFormat::Text:
+            writeEffectText(effect, stream);
+            break;
+        case EffectFormat::Json:
+            writeEffectJson(effect, stream);
+            break;
+        case EffectFormat::Markdown:
+            writeEffectMarkdown(effect, stream);
+            break;
+    }
+}
+
+std::string countsOf(const RuleChange& rule) {
+    return counted(rule.findings, "finding") + " in " + counted(rule.packages, "package");
+}
+
+std::string placeText(const RuleChange::Place& place) {
+    std::string text = printable(place.path);
+    if (place.subject) {
+        text.append(" [").append(printable(*place.subject)).append("]");
+    }
+    return text;
+}
+
+std::string summaryOf(const Effect& effect) {
+    std::string text = counted(effect.compared, "package") + " compared";
+    if (effect.notJudged > 0) {
+        text += ", " + std::to_string(effect.notJudged) + " not judged";
+    }
+    const std::size_t turned = effect.turned.size();
+    return text + "; " + counted(turned, "verdict") + (turned == 1 ? " turns" : " turn");
+}
+
+std::size_t findingsOf(const std::vector<RuleChange>& rules) {
+    return std::accumulate(
+        rules.begin(), rules.end(), std::size_t{0},
+        [](std::size_t sum, const RuleChange& rule) { return sum + rule.findings; });
+}
+
+}  // namespace pkgvet::cli

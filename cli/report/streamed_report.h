@@ -1,0 +1,38 @@
+// A report that is written as packages come.
+#pragma once
+
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+
+#include "cli/base/spool.h"
+#include "cli/report/formats.h"
+
+namespace pkgvet::cli {
+
+// One report in a format that tells each package by itself. No package is kept: what has to wait
+// for the head of the report waits on disk.
+class StreamedReport {
+public:
+    // Takes a piece of the report.
+    using Receiver = std::function<void(std::string_view piece)>;
+
+    StreamedReport(Format format, const ReportStyle& style);
+
+    // Whether the format tells each package by itself. Without that, the report is of no use.
+    static bool canWrite(Format format);
+
+    // What the package adds, as far as it can be written already.
+    std::string add(const PackageReport& package);
+    // Hands the rest on, piece by piece.
+    void finish(const RunReport& run, const Receiver& receive);
+
+private:
+    FormatSteps steps_;
+    ReportStyle style_;
+    std::optional<Spool> spool_;
+    bool isFirst_ = true;
+};
+
+}  // namespace pkgvet::cli
