@@ -124,30 +124,16 @@ RecordPiece RecordScanner::nextOutside() {
 }
 
 RecordPiece RecordScanner::nextMember() {
-    int c = peekBehindBlanks();
-    if (c == '}') {
-        get();
-        state_ = State::Outside;
-        // A line that is not ended may be one that is still written to.
-        if (peek() == '\n') {
-            get();
-        }
-        wholeSize_ = offset_;
-        RecordPiece end;
-        end.kind = RecordPiece::Kind::ObjectEnd;
-        return end;
+    if (peekBehindBlanks() == '}') {
+        return endObject();
     }
     if (!std::exchange(isFirst_, false)) {
-        if (c != ',' && c != kEnd) {
-            fail("a comma or the end of the object should stand here");
-        }
-        get();
-        c = peekBehindBlanks();
+        passComma("a comma or the end of the object should stand here");
     }
-    if (c == kEnd) {
+    if (peekBehindBlanks() == kEnd) {
         return torn();
     }
-    if (c != '"') {
+    if (peek() != '"') {
         fail("a key should stand here");
     }
     std::string key;
@@ -157,7 +143,11 @@ RecordPiece RecordScanner::nextMember() {
     if (get() != ':') {
         fail("a colon should stand here");
     }
-    key = key.substr(1, key.size() - 2);
+    return nextValue(key.substr(1, key.size() - 2));
+}
+
+// Of the member whose key is key.
+RecordPiece RecordScanner::nextValue(const std::string& key) {
     if (key == recordsKey_ && peekBehindBlanks() == '[') {
         get();
         state_ = State::InRecords;
@@ -169,6 +159,19 @@ RecordPiece RecordScanner::nextMember() {
     return piece;
 }
 
+RecordPiece RecordScanner::endObject() {
+    get();
+    state_ = State::Outside;
+    // A line that is not ended may be one that is still written to.
+    if (peek() == '\n') {
+        get();
+    }
+    wholeSize_ = offset_;
+    RecordPiece end;
+    end.kind = RecordPiece::Kind::ObjectEnd;
+    return end;
+}
+
 RecordPiece RecordScanner::nextElement() {
     const int c = peekBehindBlanks();
     if (c == ']') {
@@ -178,10 +181,7 @@ RecordPiece RecordScanner::nextElement() {
         return nextMember();
     }
     if (!std::exchange(isFirst_, false)) {
-        if (c != ',' && c != kEnd) {
-            fail("a comma or the end of the array should stand here");
-        }
-        get();
+        passComma("a comma or the end of the array should stand here");
     }
     return value(RecordPiece::Kind::Element);
 }
@@ -298,6 +298,15 @@ int RecordScanner::get() {
         ++position_.column;
     }
     return c;
+}
+
+// The end of the file is for whoever reads on.
+void RecordScanner::passComma(const char* complaint) {
+    const int c = peekBehindBlanks();
+    if (c != ',' && c != kEnd) {
+        fail(complaint);
+    }
+    get();
 }
 
 int RecordScanner::peekBehindBlanks() {

@@ -52,7 +52,9 @@ private:
 
     RecordPiece nextOutside();
     RecordPiece nextMember();
+    RecordPiece nextValue(const std::string& key);
     RecordPiece nextElement();
+    RecordPiece endObject();
     RecordPiece value(RecordPiece::Kind kind);
     RecordPiece torn() const;
     bool copyValue(std::string* text);
@@ -64,6 +66,7 @@ private:
     int peek();
     int get();
     int peekBehindBlanks();
+    void passComma(const char* complaint);
     [[noreturn]] void fail(const std::string& cause) const;
 
     std::string path_;
