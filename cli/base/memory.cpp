@@ -8,6 +8,7 @@
 #include <fstream>
 #include <iterator>
 #include <limits>
+#include <set>
 #include <sstream>
 
 namespace fs = std::filesystem;
@@ -37,26 +38,31 @@ std::uint64_t limitOf(const fs::path& group) {
     return least;
 }
 
-std::uint64_t limitFrom(fs::path group, const fs::path& root) {
-    std::uint64_t least = limitOf(root);
+// The group and all groups around it, up to root.
+void collectFrom(fs::path group, const fs::path& root, std::set<fs::path>* groups) {
+    groups->insert(root);
     while (group != root && group.has_relative_path()) {
-        least = std::min(least, limitOf(group));
+        groups->insert(group);
         group = group.parent_path();
     }
-    return least;
 }
 
 }  // namespace
 
-// A line is "NUMBER:CONTROLLERS:/GROUP".
+// A line is "NUMBER:CONTROLLERS:/GROUP". Most of them lead to the same groups, of which each is
+// looked at once.
 std::uint64_t memoryLimit(const std::string& groups, const fs::path& root) {
-    std::uint64_t least = kNone;
+    std::set<fs::path> all;
     std::istringstream stream(groups);
     for (std::string line; std::getline(stream, line);) {
         const fs::path group = fs::path(line.substr(line.rfind(':') + 1)).relative_path();
         for (const fs::path& mounted : {root, root / kController}) {
-            least = std::min(least, limitFrom((mounted / group).lexically_normal(), mounted));
+            collectFrom((mounted / group).lexically_normal(), mounted, &all);
         }
+    }
+    std::uint64_t least = kNone;
+    for (const fs::path& group : all) {
+        least = std::min(least, limitOf(group));
     }
     return least;
 }
