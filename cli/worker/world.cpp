@@ -27,7 +27,7 @@ constexpr const char* kCopyName = "/package.rpm";
 // What the shell, the two tools that unpack and the libraries of all of them are made of.
 constexpr std::array kPrograms = {"/usr", "/bin", "/sbin", "/lib", "/lib32", "/lib64"};
 constexpr std::array kSettings = {"/etc/ld.so.cache", "/etc/ld.so.conf", "/etc/ld.so.conf.d",
-                                  "/etc/rpm", "/proc/self"};
+                                  "/proc/self"};
 constexpr const char* kTooLarge = "unpacked it is larger than --max-unpacked allows";
 constexpr const char* kTooManyFiles = "it holds more files than --max-files allows";
 
@@ -38,6 +38,11 @@ constexpr const char* kGuardDirectory = "/guard";
 // Beside the copy of the package.
 constexpr const char* kOrdersName = ".orders";
 constexpr const char* kNoteName = ".note";
+constexpr const char* kConfigurationName = ".rc";
+
+// The file that librpm cannot do without. One that is empty spares rpm2cpio the reading of all the
+// others, and keeps from it what somebody configured on this machine.
+constexpr const char* kConfigurationFile = "/rpmrc";
 
 constexpr const char* kNoGuard = "the guard in front of cpio cannot be run: ";
 
@@ -96,11 +101,21 @@ void World::arrangeGuard(const std::string& place) {
     // Here, while there is one thread: others may read the environment later.
     setenv(kGuardOrdersVariable, (copyPath_ + kOrdersName).c_str(), 1);
     setenv(kGuardNoteVariable, (copyPath_ + kNoteName).c_str(), 1);
+    setenv(kConfigurationVariable, (copyPath_ + kConfigurationName).c_str(), 1);
+}
+
+// Without it rpm2cpio would complain, and unpack all the same.
+void World::placeConfiguration() const {
+    const std::string directory = copyPath_ + kConfigurationName;
+    if (mkdir(directory.c_str(), S_IRWXU) == 0) {
+        writeNewFile(directory + kConfigurationFile, {}, S_IRUSR);
+    }
 }
 
 Cause World::placeGuard(const SetIdModes& setIdModes) const {
     try {
         checkGuard(guardDirectory_);
+        placeConfiguration();
         writeNewFile(copyPath_ + kOrdersName,
                      formatOrders({plan_.limits.unpackedBytes, plan_.limits.files, setIdModes}),
                      S_IRUSR);
@@ -140,6 +155,8 @@ void World::closeAround() {
     for (const char* const name : {"", kOrdersName, kNoteName}) {
         unlink((copyPath_ + name).c_str());
     }
+    unlink((copyPath_ + kConfigurationName + kConfigurationFile).c_str());
+    rmdir((copyPath_ + kConfigurationName).c_str());
     if (root_.isOpen()) {
         enterRoot(root_);
         root_.reset();

@@ -18,6 +18,9 @@
 
 namespace pkgvet::cli {
 
+// The variable that says where librpm's configuration is.
+inline constexpr const char* kConfigurationVariable = "RPM_CONFIGDIR";
+
 // What is the same for all worlds of a run.
 struct WorldPlan {
     Sandbox sandbox;
@@ -70,6 +73,7 @@ public:
 
 private:
     void arrangeGuard(const std::string& place);
+    void placeConfiguration() const;
     void closeFiles(const Directories& directories) const;
 
     const WorldPlan& plan_;

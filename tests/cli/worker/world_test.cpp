@@ -257,9 +257,10 @@ TEST_P(EveryWorld, EnvironmentHoldsNothingOfTheUsers) {
     EXPECT_EQ(observed(
                   [] {
                       std::string text;
-                      // Where the guard's files are differs from world to world.
+                      // Where the files of the tools are differs from world to world.
                       unsetenv(kGuardOrdersVariable);
                       unsetenv(kGuardNoteVariable);
+                      unsetenv(kConfigurationVariable);
                       for (char** variable = environ; *variable != nullptr; ++variable) {
                           text += *variable + std::string("\n");
                       }
