@@ -1,6 +1,7 @@
 // Finds the guard and brings it to where judges can run it.
 #include "cli/worker/guard_program.h"
 
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -29,21 +30,22 @@ bool isInTmp(const std::string& directory) {
 
 }  // namespace
 
-// Judges of the superuser are somebody else, who may not get as far as the directory.
+// Judges of the superuser are somebody else, who may not get as far as the directory, so that it is
+// opened while this process may.
 GuardProgram findGuard() {
     const std::filesystem::path program = std::filesystem::read_symlink(kOwnProgram);
     GuardProgram guard;
     guard.directory = (program.parent_path() / PKGVET_GUARD_FROM_PROGRAM).lexically_normal();
     if (isInTmp(guard.directory) || geteuid() == 0) {
-        guard.image = beginningOf(guard.directory + kName, kMostBytes);
+        guard.program = Descriptor(open((guard.directory + kName).c_str(), O_RDONLY | O_CLOEXEC));
     }
     return guard;
 }
 
-void dropNeedlessImage(GuardProgram* guard, bool isTmpPrivate) {
+void readNeededImage(GuardProgram* guard, bool isTmpPrivate) {
     const bool isHidden = isTmpPrivate && isInTmp(guard->directory);
-    if (!isHidden && access((guard->directory + kName).c_str(), X_OK) == 0) {
-        guard->image = std::string();
+    if (isHidden || access((guard->directory + kName).c_str(), X_OK) != 0) {
+        guard->image = beginningOf(guard->program, kMostBytes);
     }
 }
 

@@ -25,7 +25,11 @@ namespace {
 using Capabilities = CHandle<_cap_struct, cap_free>;
 
 constexpr int kNamespaces =
-    CLONE_NEWUSER | CLONE_NEWNS | CLONE_NEWPID | CLONE_NEWNET | CLONE_NEWIPC | CLONE_NEWUTS;
+    CLONE_NEWUSER | CLONE_NEWNS | CLONE_NEWPID | CLONE_NEWIPC | CLONE_NEWUTS;
+
+// Of all judges together. The kernel makes one network after the other, so that judges with one
+// each would wait for one another.
+constexpr int kSharedNamespaces = CLONE_NEWUSER | CLONE_NEWNET;
 
 // The id inside. As id 0, cpio would try to give files away, and fail.
 constexpr unsigned kInnerId = 1000;
@@ -141,6 +145,16 @@ Descriptor arrangeRoot(const std::vector<std::string>& readable) {
 }
 
 }  // namespace
+
+void enterSharedNamespaces(uid_t owner, gid_t group) {
+    check(unshare(kSharedNamespaces), "cannot make namespaces");
+    mapIds(owner, group);
+}
+
+bool joinSharedNamespaces(pid_t process) {
+    const Descriptor handle(static_cast<int>(syscall(SYS_pidfd_open, process, 0)));
+    return handle.isOpen() && setns(handle.get(), kSharedNamespaces) == 0;
+}
 
 pid_t forkSibling(bool isolated) {
     return forkWith(CLONE_PARENT | (isolated ? kNamespaces : 0));

@@ -12,9 +12,18 @@
 
 namespace pkgvet::cli {
 
+// Puts the calling process, which has one thread and is owner, into a new network namespace, in
+// which there is nothing, and into a new user namespace, which it belongs to. What the process
+// forks stays in the first, and without power over it. Throws std::system_error.
+void enterSharedNamespaces(uid_t owner, gid_t group);
+
+// The same with those that a child of the caller entered and is still in. False when that is not
+// possible.
+bool joinSharedNamespaces(pid_t process);
+
 // As fork(), but the child is a sibling of the caller: whoever started the caller waits for it.
-// With isolated, it is the first process in new user, mount, PID, network, IPC and UTS namespaces,
-// so that everything it starts ends with it. The caller must have one thread.
+// With isolated, it is the first process in new user, mount, PID, IPC and UTS namespaces, so that
+// everything it starts ends with it. The caller must have one thread.
 pid_t forkSibling(bool isolated);
 
 // The same as a child of the caller.

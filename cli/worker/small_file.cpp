@@ -9,8 +9,6 @@
 #include <cerrno>
 #include <system_error>
 
-#include "pkgvet/base/descriptor.h"
-
 namespace pkgvet::cli {
 
 void writeNewFile(const std::string& path, std::string_view bytes, mode_t mode) {
@@ -29,7 +27,11 @@ void writeNewFile(const std::string& path, std::string_view bytes, mode_t mode) 
 }
 
 std::string beginningOf(const std::string& path, std::size_t size) {
-    const Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK));
+    return beginningOf(
+        Descriptor(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOFOLLOW | O_NONBLOCK)), size);
+}
+
+std::string beginningOf(const Descriptor& file, std::size_t size) {
     struct stat status {};
     std::string bytes;
     if (!file.isOpen() || fstat(file.get(), &status) != 0 || !S_ISREG(status.st_mode)) {
@@ -39,7 +41,8 @@ std::string beginningOf(const std::string& path, std::size_t size) {
     bytes.resize(size);
     std::size_t end = 0;
     for (ssize_t count = 1; count > 0 && end < size; end += static_cast<std::size_t>(count)) {
-        count = std::max<ssize_t>(read(file.get(), bytes.data() + end, size - end), 0);
+        count = std::max<ssize_t>(
+            pread(file.get(), bytes.data() + end, size - end, static_cast<off_t>(end)), 0);
     }
     bytes.resize(end);
     return bytes;

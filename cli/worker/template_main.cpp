@@ -18,6 +18,7 @@
 #include "cli/worker/judge_main.h"
 #include "cli/worker/judge_user.h"
 #include "cli/worker/landlock.h"
+#include "cli/worker/namespaces.h"
 #include "cli/worker/pipe.h"
 #include "cli/worker/prepared_mkdtemp.h"
 #include "cli/worker/wait.h"
@@ -90,19 +91,24 @@ private:
     void setUp();
     void prepare();
     void startTrial();
-    void tryWorld(int answer);
-    std::string endTrial();
+    void tryWorld(int answer, int gate);
+    std::string trialAnswer();
+    void endTrial();
+    void awaitTrial();
     void findSandbox();
+    void enterNamespaces();
     StartAnswer start(Parcel request);
     static Claim makeDirectories(StartAnswer* answer);
     void finish(std::string_view process);
     void removeDirectories();
 
-    // A process that finds out whether there are namespaces.
+    // A process that finds out whether there are namespaces, and stays in those that judges share
+    // until the gate is closed.
     struct Trial {
         pid_t process = -1;
         int error = 0;  // why there is no process
         Descriptor answer;
+        Descriptor gate;
     };
 
     const TemplateOptions& options_;
@@ -119,6 +125,7 @@ void Template::serve() {
     const std::optional<Parcel> first = receiveParcel(channel_.get());
     if (!first || first->bytes != kPrepareRequest) {
         endTrial();
+        awaitTrial();
         return;
     }
     prepare();
@@ -133,6 +140,7 @@ void Template::serve() {
         }
     }
     removeDirectories();
+    awaitTrial();
 }
 
 // In a group of its own, a signal to that of the program leaves it to clear up.
@@ -158,7 +166,9 @@ void Template::prepare() {
     if (!plan_.sandbox.namespaces) {
         clearAbandoned(kTemporary);
     }
-    dropNeedlessImage(&plan_.guard, plan_.sandbox.namespaces);
+    readNeededImage(&plan_.guard, plan_.sandbox.namespaces);
+    enterNamespaces();
+    endTrial();
     plan_.owner = geteuid();
     plan_.group = getegid();
 }
@@ -169,20 +179,25 @@ void Template::startTrial() {
         return;
     }
     plan_.sandbox.landlock = hasLandlock();
-    Pipe pipe = makePipe();
+    Pipe answer = makePipe();
+    Pipe gate = makePipe();
     trial_.process = fork();
     if (trial_.process == 0) {
-        tryWorld(pipe.writing.get());
+        gate.writing.reset();
+        tryWorld(answer.writing.get(), gate.reading.get());
         _exit(0);
     }
     trial_.error = trial_.process < 0 ? errno : 0;
-    trial_.answer = std::move(pipe.reading);
+    trial_.answer = std::move(answer.reading);
+    trial_.gate = std::move(gate.writing);
 }
 
-void Template::tryWorld(int answer) {
+void Template::tryWorld(int answer, int gate) {
     std::string text = kWhole;
     try {
         becomeJudgeUser(true);
+        readNeededImage(&plan_.guard, true);
+        enterSharedNamespaces(geteuid(), getegid());
         plan_.owner = geteuid();
         plan_.group = getegid();
         plan_.sandbox.namespaces = true;
@@ -192,6 +207,8 @@ void Template::tryWorld(int answer) {
         }
         if (process > 0) {
             waitForEnd(process);
+            char none = 0;
+            static_cast<void>(read(gate, &none, sizeof none));
             return;
         }
         World world(plan_, filter_);
@@ -206,16 +223,33 @@ void Template::tryWorld(int answer) {
 }
 
 // Empty when a judge can have all.
-std::string Template::endTrial() {
+std::string Template::trialAnswer() {
     if (trial_.process < 0) {
         return trial_.error == 0 ? std::string() : std::strerror(trial_.error);
     }
     std::string answer(kMaxParcelSize, '\0');
     const ssize_t size = read(trial_.answer.get(), answer.data(), answer.size());
-    trial_.answer.reset();
-    waitForEnd(trial_.process);
     answer.resize(size < 0 ? 0 : static_cast<std::size_t>(size));
     return answer == kWhole ? std::string() : answer.empty() ? kProbeFailed : answer;
+}
+
+// The process goes on to end for a while: to tear a world down takes longer than to make it.
+void Template::endTrial() {
+    trial_.answer.reset();
+    trial_.gate.reset();
+}
+
+void Template::awaitTrial() {
+    if (trial_.process > 0) {
+        waitForEnd(trial_.process);
+    }
+}
+
+// A template that takes the place of another has made no trial.
+void Template::enterNamespaces() {
+    if (plan_.sandbox.namespaces && (trial_.process < 0 || !joinSharedNamespaces(trial_.process))) {
+        enterSharedNamespaces(geteuid(), getegid());
+    }
 }
 
 void Template::findSandbox() {
@@ -227,7 +261,7 @@ void Template::findSandbox() {
         return;
     }
     Sandbox& sandbox = plan_.sandbox;
-    sandbox.missing = endTrial();
+    sandbox.missing = trialAnswer();
     sandbox.namespaces = sandbox.missing.empty();
     if (!sandbox.landlock) {
         sandbox.missing += (sandbox.missing.empty() ? "" : "; ") + std::string(kNoLandlock);
