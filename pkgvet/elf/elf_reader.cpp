@@ -1,10 +1,26 @@
 // The handle over the facts of an ELF file.
 #include "pkgvet/elf/elf_reader.h"
 
+#include <utility>
+
 #include "pkgvet/elf/read_elf.h"
 
+// The list never takes twice its size while it grows.
+ElfReaderPrivate pkgvet::readElfWithSymbols(const std::string& path) {
+    std::vector<std::string> symbols;
+    const auto keep = [&symbols](std::string_view name, std::size_t count) {
+        symbols.reserve(count);
+        symbols.emplace_back(name);
+    };
+    ElfReaderPrivate record = readElf(path, keep);
+    if (record.elfClass != ElfClass::NotLoaded) {
+        record.symbols = std::move(symbols);
+    }
+    return record;
+}
+
 ElfReader::ElfReader(const char* path)
-    : d_ptr(std::make_unique<ElfReaderPrivate>(pkgvet::readElf(path))) {}
+    : d_ptr(std::make_unique<ElfReaderPrivate>(pkgvet::readElfWithSymbols(path))) {}
 
 ElfReader::ElfReader(const ElfReader& other)
     : d_ptr(std::make_unique<ElfReaderPrivate>(*other.d_ptr)) {}

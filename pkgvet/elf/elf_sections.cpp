@@ -22,34 +22,50 @@ std::uint64_t entryCount(const ElfSection& section) {
     return section.entrySize == 0 ? 0 : section.size / section.entrySize;
 }
 
+// Of the entries of a symbol table that are in memory at a time.
+constexpr std::uint64_t kPieceSize = std::uint64_t{64} << 10U;
+
 // Its steps answer false when the file cannot be loaded.
 class SectionReader {
 public:
     SectionReader(const ElfHeader& header, std::uint64_t fileSize,
-                  const std::vector<ElfSection>& sections, const LoadElfSection& load)
+                  const std::vector<ElfSection>& sections, const ElfSectionSource& source,
+                  const SymbolVisitor& visit)
         : header_(header),
           fileSize_(fileSize),
           sections_(sections),
-          load_(load),
-          loaded_(sections.size()) {}
+          source_(source),
+          visit_(visit),
+          loaded_(sections.size()),
+          isPaid_(sections.size()) {}
 
     bool read();
     ElfReaderPrivate takeRecord() { return std::move(record_); }
 
 private:
-    bool reserveSymbols();
+    bool payForSymbols();
     bool readDynamicSection(std::size_t index);
     bool keepDynamicEntry(std::uint64_t tag, const ByteView& names, std::uint64_t offset);
     bool readSymbolTable(std::size_t index);
     bool keepRunPath();
 
+    std::uint64_t sizeOf(std::uint64_t index) const;
+    bool pay(std::uint64_t index);
     std::optional<ByteView> bytesOf(std::uint64_t index);
+    bool loadPiece(std::size_t index, std::uint64_t offset);
+    std::optional<std::uint64_t> nameOffset(std::size_t index, std::uint64_t position,
+                                            bool* isRead);
 
     const ElfHeader& header_;
     const std::uint64_t fileSize_;
     const std::vector<ElfSection>& sections_;
-    const LoadElfSection& load_;
+    const ElfSectionSource& source_;
+    const SymbolVisitor& visit_;
     std::vector<std::optional<std::string_view>> loaded_;
+    std::vector<bool> isPaid_;
+    std::uint64_t symbols_ = 0;  // in all tables
+    std::string piece_;          // of a symbol table, from pieceBegin_ on
+    std::uint64_t pieceBegin_ = 0;
     ElfBudget budget_;
     // The strings and the offset of the last run path so far. To copy each on the way to the last
     // would take long where many lie in one long string.
@@ -60,7 +76,7 @@ private:
 bool SectionReader::read() {
     record_.elfClass = header_.elfClass;
     record_.encoding = header_.encoding;
-    if (!reserveSymbols()) {
+    if (!payForSymbols()) {
         return false;
     }
     for (std::size_t i = 0; i < sections_.size(); ++i) {
@@ -75,36 +91,51 @@ bool SectionReader::read() {
 }
 
 // Pays for all names at once, so that a count that no machine can hold costs neither memory nor
-// time, and the list of names never takes twice its size while it grows.
-bool SectionReader::reserveSymbols() {
-    std::uint64_t total = 0;
+// time.
+bool SectionReader::payForSymbols() {
     for (const ElfSection& section : sections_) {
         if (isSymbolTable(section)) {
             const std::uint64_t count = entryCount(section);
             if (!budget_.spendNames(count)) {
                 return false;
             }
-            total += count;
+            symbols_ += count;
         }
     }
-    record_.symbols.reserve(total);
     return true;
+}
+
+// Of the part that lies inside the file.
+std::uint64_t SectionReader::sizeOf(std::uint64_t index) const {
+    if (index >= sections_.size()) {
+        return 0;
+    }
+    const ElfSection& section = sections_[index];
+    if (section.type == SHT_NULL || section.type == SHT_NOBITS || section.offset >= fileSize_) {
+        return 0;
+    }
+    return std::min(section.size, fileSize_ - section.offset);
+}
+
+// Once for each section, however it is read and however often.
+bool SectionReader::pay(std::uint64_t index) {
+    const std::uint64_t size = sizeOf(index);
+    if (size == 0 || isPaid_[index]) {
+        return true;
+    }
+    isPaid_[index] = true;
+    return budget_.spend(size);
 }
 
 // As much of the section as lies inside the file.
 std::optional<ByteView> SectionReader::bytesOf(std::uint64_t index) {
-    const ByteView none({}, header_.order());
-    if (index >= sections_.size()) {
-        return none;
-    }
-    const ElfSection& section = sections_[index];
-    if (section.type == SHT_NULL || section.type == SHT_NOBITS || section.offset >= fileSize_) {
-        return none;
+    const std::uint64_t size = sizeOf(index);
+    if (size == 0) {
+        return ByteView({}, header_.order());
     }
     std::optional<std::string_view>& bytes = loaded_[index];
-    if (!bytes) {
-        const std::uint64_t size = std::min(section.size, fileSize_ - section.offset);
-        bytes = budget_.spend(size) ? load_(index, size) : std::nullopt;
+    if (!bytes && pay(index)) {
+        bytes = source_.load(index, size);
     }
     return bytes ? std::optional(ByteView(*bytes, header_.order())) : std::nullopt;
 }
@@ -151,17 +182,45 @@ bool SectionReader::keepDynamicEntry(std::uint64_t tag, const ByteView& names,
     return true;
 }
 
+bool SectionReader::loadPiece(std::size_t index, std::uint64_t offset) {
+    const std::uint64_t size = std::min(kPieceSize, sizeOf(index) - offset);
+    std::optional<std::string> bytes = source_.copy(index, offset, size);
+    if (bytes) {
+        piece_ = std::move(*bytes);
+        pieceBegin_ = offset;
+    }
+    return bytes.has_value();
+}
+
+// The number at position in a symbol table; nothing behind its end, and where it cannot be read.
+std::optional<std::uint64_t> SectionReader::nameOffset(std::size_t index, std::uint64_t position,
+                                                       bool* isRead) {
+    const std::uint64_t size = sizeOf(index);
+    if (position > size || size - position < kElfWord) {
+        return std::nullopt;
+    }
+    const bool isInPiece =
+        position >= pieceBegin_ && position + kElfWord <= pieceBegin_ + piece_.size();
+    if (!isInPiece && !loadPiece(index, position)) {
+        *isRead = false;
+        return std::nullopt;
+    }
+    return ByteView(piece_, header_.order()).number(position - pieceBegin_, kElfWord);
+}
+
 bool SectionReader::readSymbolTable(std::size_t index) {
     const ElfSection& section = sections_[index];
-    const std::optional<ByteView> entries = bytesOf(index);
-    const std::optional<ByteView> names = entries ? bytesOf(section.link) : std::nullopt;
+    const std::optional<ByteView> names = pay(index) ? bytesOf(section.link) : std::nullopt;
     if (!names) {
         return false;
     }
-    const std::size_t end = record_.symbols.size() + entryCount(section);
-    for (std::uint64_t i = 0; record_.symbols.size() < end; ++i) {
+    bool isRead = true;
+    piece_.clear();
+    const std::uint64_t count = entryCount(section);
+    std::uint64_t i = 0;
+    for (; i < count; ++i) {
         const std::optional<std::uint64_t> offset =
-            entries->number(i * section.entrySize + kElfSymbolName, kElfWord);
+            nameOffset(index, i * section.entrySize + kElfSymbolName, &isRead);
         if (!offset) {
             break;
         }
@@ -169,11 +228,13 @@ bool SectionReader::readSymbolTable(std::size_t index) {
         if (!budget_.spend(name.size())) {
             return false;
         }
-        record_.symbols.emplace_back(name);
+        visit_(name, symbols_);
     }
     // The entries that lack their bytes.
-    record_.symbols.resize(end);
-    return true;
+    for (; isRead && i < count; ++i) {
+        visit_({}, symbols_);
+    }
+    return isRead;
 }
 
 bool SectionReader::keepRunPath() {
@@ -192,8 +253,8 @@ bool SectionReader::keepRunPath() {
 
 ElfReaderPrivate readElfSections(const ElfHeader& header, std::uint64_t fileSize,
                                  const std::vector<ElfSection>& sections,
-                                 const LoadElfSection& load) {
-    SectionReader reader(header, fileSize, sections, load);
+                                 const ElfSectionSource& source, const SymbolVisitor& visit) {
+    SectionReader reader(header, fileSize, sections, source, visit);
     return reader.read() ? reader.takeRecord() : ElfReaderPrivate();
 }
 

@@ -22,16 +22,23 @@ struct ElfSection {
     std::uint64_t entrySize = 0;
 };
 
-// Loads the first size bytes, which lie inside the file, of the section at index. They must stay
-// where they are until all sections have been read. Nothing when they cannot be loaded.
-using LoadElfSection =
-    std::function<std::optional<std::string_view>(std::size_t index, std::uint64_t size)>;
+// Where sections come from.
+struct ElfSectionSource {
+    // Loads the first size bytes, which lie inside the file, of the section at index. They must
+    // stay where they are until all sections have been read. Nothing when they cannot be loaded.
+    std::function<std::optional<std::string_view>(std::size_t index, std::uint64_t size)> load;
+    // The size bytes at offset of the section, which lie inside the file as well.
+    std::function<std::optional<std::string>(std::size_t index, std::uint64_t offset,
+                                             std::uint64_t size)>
+        copy;
+};
 
-// The facts of a file with this header, this size and these sections. Sections are loaded when they
-// are needed, each of them once. The record of a file that could not be loaded when load gives
-// nothing or when the file costs more than the budget has.
+// The facts of a file with this header, this size and these sections, without its symbols. Sections
+// are loaded when they are needed, each of them once, and the entries of symbol tables piece by
+// piece. The record of a file that could not be loaded when the source
+// gives nothing or when the file costs more than the budget has.
 ElfReaderPrivate readElfSections(const ElfHeader& header, std::uint64_t fileSize,
                                  const std::vector<ElfSection>& sections,
-                                 const LoadElfSection& load);
+                                 const ElfSectionSource& source, const SymbolVisitor& visit);
 
 }  // namespace pkgvet

@@ -5,7 +5,7 @@
 #include "pkgvet/elf/binary_facts.h"
 #include "pkgvet/elf/binary_messages.h"
 #include "pkgvet/elf/binary_rules.h"
-#include "pkgvet/elf/elf_reader.h"
+#include "pkgvet/elf/read_elf.h"
 #include "pkgvet/report/findings.h"
 
 namespace pkgvet {
@@ -18,15 +18,19 @@ constexpr std::string_view kMain = "main";
 // A name counts wherever it stands, be it defined, undefined, local or hidden. Any other name, the
 // empty one of a table's first entry included, tells of a program that is not known to need the
 // launcher, unless its package imports the toolkit.
-void noteSymbols(const ElfReader& reader, bool importsToolkit, BinaryFacts* facts) {
-    for (const std::string& symbol : reader.symbols()) {
+void noteSymbols(const std::string& binary, bool importsToolkit, BinaryFacts* facts) {
+    BinaryFacts noted = *facts;
+    const auto note = [&noted, importsToolkit](std::string_view symbol, std::size_t /*count*/) {
         if (symbol == kStartOfC) {
-            facts->mainSymbol = true;
+            noted.mainSymbol = true;
         } else if (symbol == kMain) {
-            facts->mainExport = true;
+            noted.mainExport = true;
         } else if (!importsToolkit) {
-            facts->booster = true;
+            noted.booster = true;
         }
+    };
+    if (readElf(binary, note).elfClass != ElfClass::NotLoaded) {
+        *facts = noted;
     }
 }
 
@@ -36,7 +40,7 @@ void noteSymbols(const ElfReader& reader, bool importsToolkit, BinaryFacts* fact
 // used, a main that is not exported is worth a warning only.
 void processElfTabs(const std::string& binary, bool isInstalled, bool importsToolkit,
                     BinaryFacts* facts, Findings* findings) {
-    noteSymbols(ElfReader(binary.c_str()), importsToolkit, facts);
+    noteSymbols(binary, importsToolkit, facts);
     if (!isInstalled) {
         return;
     }

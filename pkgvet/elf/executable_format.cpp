@@ -1,15 +1,15 @@
 // What counts as a program that the platform can run.
 #include "pkgvet/elf/executable_format.h"
 
-#include "pkgvet/elf/elf_reader.h"
+#include "pkgvet/elf/read_elf.h"
 
 namespace pkgvet {
 
-bool hasGoodFormat(const ElfReader& reader) {
+bool hasGoodFormat(const std::string& path) {
+    const ElfReaderPrivate elf = readElf(path, ignoreSymbol);
     // Both classes are named, as the byte order of a file that was not loaded means nothing.
-    const bool isLoaded =
-        reader.elfClass() == ElfClass::Elf32 || reader.elfClass() == ElfClass::Elf64;
-    return isLoaded && reader.encoding() == ElfEncoding::LittleEndian;
+    const bool isLoaded = elf.elfClass == ElfClass::Elf32 || elf.elfClass == ElfClass::Elf64;
+    return isLoaded && elf.encoding == ElfEncoding::LittleEndian;
 }
 
 }  // namespace pkgvet

@@ -8,7 +8,6 @@
 #include "pkgvet/elf/binary_facts.h"
 #include "pkgvet/elf/binary_messages.h"
 #include "pkgvet/elf/binary_rules.h"
-#include "pkgvet/elf/elf_reader.h"
 #include "pkgvet/elf/executable_format.h"
 #include "pkgvet/pattern/regex.h"
 #include "pkgvet/pattern/rule_pattern.h"
@@ -78,7 +77,7 @@ std::vector<std::string> checkFormats(const PackageFiles& files, BinaryFacts* fa
         if (!isExecutableMode(files.modes[i])) {
             continue;
         }
-        if (!hasGoodFormat(ElfReader((files.root + path).c_str()))) {
+        if (!hasGoodFormat(files.root + path)) {
             findings->violation(kExecutableBadFormat, {path});
             continue;
         }

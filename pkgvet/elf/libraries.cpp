@@ -11,7 +11,7 @@
 #include "pkgvet/elf/binary_facts.h"
 #include "pkgvet/elf/binary_messages.h"
 #include "pkgvet/elf/binary_rules.h"
-#include "pkgvet/elf/elf_reader.h"
+#include "pkgvet/elf/read_elf.h"
 #include "pkgvet/pattern/pattern_list.h"
 #include "pkgvet/report/findings.h"
 #include "pkgvet/rules/configuration.h"
@@ -129,9 +129,9 @@ void report(const std::vector<LibraryFinding>& libraries, Findings* findings) {
 void checkLibraries(const std::string& packageName, const std::vector<std::string>& paths,
                     const std::string& binary, const Configuration& configuration,
                     BinaryFacts* facts, Findings* findings) {
-    const ElfReader reader(binary.c_str());
+    const ElfReaderPrivate elf = readElf(binary, ignoreSymbol);
     const std::vector<std::string> suspects =
-        notMatching(reader.libraries(), configuration.allowedLibraries());
+        notMatching(elf.libraries, configuration.allowedLibraries());
     if (suspects.empty()) {
         return;
     }

@@ -3,7 +3,10 @@
 // header and read the loaded sections with the same code.
 #pragma once
 
+#include <cstddef>
+#include <functional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "pkgvet/elf/elf_reader.h"
@@ -19,7 +22,18 @@ struct ElfReaderPrivate {
 
 namespace pkgvet {
 
-// Sections are found by their type alone, never by name, and all of one kind contribute.
-ElfReaderPrivate readElf(const std::string& path);
+// Called for each symbol in the order of the file, with its name and the number of all symbols.
+using SymbolVisitor = std::function<void(std::string_view name, std::size_t count)>;
+
+// For those who do not ask for symbols.
+inline void ignoreSymbol(std::string_view /*name*/, std::size_t /*count*/) {}
+
+// Sections are found by their type alone, never by name, and all of one kind contribute. The record
+// has no symbols: a million names take far more memory than all else, and a visitor can do without.
+// What it was told does not count when the record is that of a file that could not be loaded.
+ElfReaderPrivate readElf(const std::string& path, const SymbolVisitor& visit);
+
+// The same, with the symbols in the record.
+ElfReaderPrivate readElfWithSymbols(const std::string& path);
 
 }  // namespace pkgvet

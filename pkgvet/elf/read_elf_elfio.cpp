@@ -115,7 +115,7 @@ std::vector<ElfSection> sectionsOf(const ELFIO::elfio& elf, const ElfHeader& hea
 }
 
 ElfReaderPrivate readWithElfio(const FileRanges& file, const ElfHeader& header,
-                               const std::string& headerBytes) {
+                               const std::string& headerBytes, const SymbolVisitor& visit) {
     FileBuffer buffer(file, headerForElfio(headerBytes, header));
     std::istream stream(&buffer);
     ELFIO::elfio elf;
@@ -125,8 +125,9 @@ ElfReaderPrivate readWithElfio(const FileRanges& file, const ElfHeader& header,
         return {};
     }
     buffer.showBeginning();
-    const auto load = [&](std::size_t index,
-                          std::uint64_t size) -> std::optional<std::string_view> {
+    const std::vector<ElfSection> sections = sectionsOf(elf, header);
+    ElfSectionSource source;
+    source.load = [&](std::size_t index, std::uint64_t size) -> std::optional<std::string_view> {
         ELFIO::section* section = elf.sections[static_cast<unsigned>(index)];
         section->set_size(size);  // ELFIO takes all of a section or nothing
         const char* bytes = section->get_data();
@@ -135,16 +136,19 @@ ElfReaderPrivate readWithElfio(const FileRanges& file, const ElfHeader& header,
         }
         return std::string_view(bytes, size);
     };
-    return readElfSections(header, file.size(), sectionsOf(elf, header), load);
+    source.copy = [&file, &sections](std::size_t index, std::uint64_t offset, std::uint64_t size) {
+        return file.read(sections[index].offset + offset, size);
+    };
+    return readElfSections(header, file.size(), sections, source, visit);
 }
 
 }  // namespace
 
-ElfReaderPrivate readElf(const std::string& path) {
+ElfReaderPrivate readElf(const std::string& path, const SymbolVisitor& visit) {
     const FileRanges file(path);
     const std::optional<ElfHeader> header = readElfHeader(file);
     const auto bytes = header ? file.read(0, header->layout.header) : std::nullopt;
-    return bytes ? readWithElfio(file, *header, *bytes) : ElfReaderPrivate();
+    return bytes ? readWithElfio(file, *header, *bytes, visit) : ElfReaderPrivate();
 }
 
 }  // namespace pkgvet

@@ -44,7 +44,7 @@ std::optional<std::vector<ElfSection>> readSectionTable(const FileRanges& file,
 
 }  // namespace
 
-ElfReaderPrivate readElf(const std::string& path) {
+ElfReaderPrivate readElf(const std::string& path, const SymbolVisitor& visit) {
     const FileRanges file(path);
     const std::optional<ElfHeader> header = readElfHeader(file);
     const auto sections = header ? readSectionTable(file, *header) : std::nullopt;
@@ -52,13 +52,16 @@ ElfReaderPrivate readElf(const std::string& path) {
         return {};
     }
     std::deque<std::string> loaded;  // never moves what it holds
-    const auto load = [&](std::size_t index,
-                          std::uint64_t size) -> std::optional<std::string_view> {
+    ElfSectionSource source;
+    source.copy = [&](std::size_t index, std::uint64_t offset, std::uint64_t size) {
+        return file.read((*sections)[index].offset + offset, size);
+    };
+    source.load = [&](std::size_t index, std::uint64_t size) -> std::optional<std::string_view> {
         std::optional<std::string> bytes = file.read((*sections)[index].offset, size);
         return bytes ? std::optional<std::string_view>(loaded.emplace_back(std::move(*bytes)))
                      : std::nullopt;
     };
-    return readElfSections(*header, file.size(), *sections, load);
+    return readElfSections(*header, file.size(), *sections, source, visit);
 }
 
 }  // namespace pkgvet

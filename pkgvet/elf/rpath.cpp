@@ -10,6 +10,7 @@
 #include "pkgvet/elf/binary_messages.h"
 #include "pkgvet/elf/binary_rules.h"
 #include "pkgvet/elf/elf_reader.h"
+#include "pkgvet/elf/read_elf.h"
 #include "pkgvet/report/findings.h"
 
 namespace pkgvet {
@@ -63,10 +64,10 @@ bool isRpathEmpty(const ElfReader& reader) {
 
 void checkRpath(const std::string& packageName, const std::string& binary, bool isQmlOnly,
                 BinaryFacts* facts, Findings* findings) {
-    const ElfReader reader(binary.c_str());
-    if (!isRpathEmpty(reader)) {
+    const std::string rpath = readElf(binary, ignoreSymbol).rpath;
+    if (!rpath.empty()) {
         facts->rpathExists = true;
-        facts->rpathStatus = isRpathPermitted(reader.rpath(), permittedDirectories(packageName));
+        facts->rpathStatus = isRpathPermitted(rpath, permittedDirectories(packageName));
     }
     if (isQmlOnly) {
         return;

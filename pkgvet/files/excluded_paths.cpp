@@ -7,7 +7,6 @@
 #include <string>
 #include <string_view>
 
-#include "pkgvet/elf/elf_reader.h"
 #include "pkgvet/elf/executable_format.h"
 #include "pkgvet/files/file_messages.h"
 #include "pkgvet/files/file_rules.h"
@@ -186,7 +185,7 @@ void PathWalk::checkLibexecFile(const std::string& path) {
     const std::string file = tempDir_ + path;
     struct stat status {};
     const bool isDirectory = stat(file.c_str(), &status) == 0 && S_ISDIR(status.st_mode);
-    if (!isDirectory && !hasGoodFormat(ElfReader(file.c_str()))) {
+    if (!isDirectory && !hasGoodFormat(file)) {
         findings_.violation(kBadExecutableFormat, {path});
     }
 }

@@ -33,14 +33,14 @@ TEST(ExecutableFormat, LittleEndianFilesOfBothClassesAreGood) {
     for (const Case& test : cases) {
         SCOPED_TRACE(test.name);
         const std::string path = directory.write("file", test.content);
-        EXPECT_EQ(hasGoodFormat(ElfReader(path.c_str())), test.isGood);
+        EXPECT_EQ(hasGoodFormat(path), test.isGood);
     }
 }
 
 TEST(ExecutableFormat, FileThatIsNotThereIsNotGood) {
     const TemporaryDirectory directory;
     const std::string path = directory / "missing";
-    EXPECT_FALSE(hasGoodFormat(ElfReader(path.c_str())));
+    EXPECT_FALSE(hasGoodFormat(path));
 }
 
 }  // namespace

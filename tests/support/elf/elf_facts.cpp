@@ -7,7 +7,7 @@
 
 ElfReaderPrivate readElfImage(const std::string& image) {
     const TemporaryDirectory directory;
-    return pkgvet::readElf(directory.write("file", image));
+    return pkgvet::readElfWithSymbols(directory.write("file", image));
 }
 
 void expectElfFacts(const std::vector<ElfCase>& cases) {
