@@ -13,6 +13,7 @@
 #include "cli/catalogue/catalogue.h"
 #include "cli/integrity/integrity_check.h"
 #include "cli/integrity/payload_irregularity.h"
+#include "cli/integrity/payload_memory.h"
 #include "cli/integrity/set_id_modes.h"
 #include "cli/judge/finding_capture.h"
 #include "cli/judge/identify.h"
@@ -86,17 +87,32 @@ RpmMeta readHeader(const std::string& path, RpmSession* rpm) {
 }
 
 // Nothing is unpacked without the guard.
-const ContentValidator& unpack(const Surroundings& surroundings, const PackageHeader& header) {
-    const Cause cause = surroundings.placeGuard(readSetIdModes(header));
+const ContentValidator& unpack(const Surroundings& surroundings, const SetIdModes& setIdModes) {
+    const Cause cause = surroundings.placeGuard(setIdModes);
     if (cause.code != CauseCode::None) {
         throw NotJudged{cause};
     }
     return *new ContentValidator(surroundings.copyPath);
 }
 
+// Why the payload did not unpack. The tools do not say that they had too little memory.
+Cause causeOfFailure(const Surroundings& surroundings, const GuardNote& note, RpmSession* rpm) {
+    if (note.end == GuardEnd::OutOfMemory) {
+        return {CauseCode::OutOfMemory, kOutOfMemory};
+    }
+    const Cause limit = surroundings.limitMet();
+    if (limit.code != CauseCode::None) {
+        return limit;
+    }
+    return isShortOfMemory(surroundings.copyPath, rpm)
+               ? Cause{CauseCode::OutOfMemory, kOutOfMemory}
+               : Cause{CauseCode::UnpackFailed, kNotUnpacked};
+}
+
 // What the guard found irregular, nothing when all of the payload was unpacked. All else that did
 // not unpack is not judged.
-std::optional<Finding> irregularityOf(const Surroundings& surroundings, bool isUnpacked) {
+std::optional<Finding> irregularityOf(const Surroundings& surroundings, bool isUnpacked,
+                                      RpmSession* rpm) {
     const std::optional<GuardNote> note = surroundings.guardNote();
     if (!note) {
         throw NotJudged{{CauseCode::Crashed, kNoGuard}};
@@ -107,12 +123,7 @@ std::optional<Finding> irregularityOf(const Surroundings& surroundings, bool isU
     if (isUnpacked && note->end == GuardEnd::Whole) {
         return std::nullopt;
     }
-    if (note->end == GuardEnd::OutOfMemory) {
-        throw NotJudged{{CauseCode::OutOfMemory, kOutOfMemory}};
-    }
-    const Cause limit = surroundings.limitMet();
-    throw NotJudged{limit.code == CauseCode::None ? Cause{CauseCode::UnpackFailed, kNotUnpacked}
-                                                  : limit};
+    throw NotJudged{causeOfFailure(surroundings, *note, rpm)};
 }
 
 // Without the payload its rules would look at the files of this machine under the package's names.
@@ -162,17 +173,20 @@ void judgeCopy(const Surroundings& surroundings, const std::vector<Configuration
     const RpmMeta meta = readHeader(surroundings.copyPath, rpm);
     describe(meta, report);
     const PackageHeader header(surroundings.copyPath, rpm->transactions());
+    // Before the check, which has the header to itself from then on.
+    const SetIdModes setIdModes = readSetIdModes(header);
     std::optional<IntegrityCheck> check;
     if (integrity.enabled) {
         check.emplace(header, surroundings.copyPath, !integrity.keyring.empty(), rpm);
     }
-    const ContentValidator& content = unpack(surroundings, header);
+    const ContentValidator& content = unpack(surroundings, setIdModes);
     copy.finish();
     if (check) {
         check->awaitVerification();
     }
     std::vector<Finding> own;
-    if (std::optional<Finding> irregularity = irregularityOf(surroundings, content.extracted())) {
+    if (std::optional<Finding> irregularity =
+            irregularityOf(surroundings, content.extracted(), rpm)) {
         own.push_back(std::move(*irregularity));
         judgeHeaderAlone(configurations, meta, &capture, report);
     } else {

@@ -114,6 +114,22 @@ TEST_F(CheckCommand, PayloadThatDoesNotUnpackIsNotJudged) {
         << result.errors;
 }
 
+// To decompress it, xz sets 64 MiB aside before the first byte.
+TEST_F(CheckCommand, PayloadThatTakesMoreMemoryThanAllowedIsNotJudged) {
+#if defined(__SANITIZE_ADDRESS__)
+    GTEST_SKIP() << "with the sanitizers there is no limit on addresses";
+#endif
+    const TemporaryDirectory directory;
+    const std::string file = builder().tag("%global _binary_payload w9.xzdio").build(directory);
+    const ProgramResult result = check({"--format", "json", "--memory", "64M", file});
+    EXPECT_EQ(result.status, 3);
+    EXPECT_NE(result.output.find(R"("cause_code": "out-of-memory")"), std::string::npos)
+        << result.output;
+    EXPECT_NE(result.errors.find("it took more memory than --memory allows"), std::string::npos)
+        << result.errors;
+    EXPECT_EQ(check({"--memory", "1G", file}).status, 0);
+}
+
 TEST_F(CheckCommand, ExceptionOutOfARuleIsNotJudged) {
     RuleTree tree;
     tree.regular().requires_.allowed = {"(x*)*(x*)*\\1y"};
