@@ -6,7 +6,6 @@
 
 #include <cerrno>
 #include <cstring>
-#include <memory>
 #include <string_view>
 
 #include "cli/base/checksum.h"
@@ -23,14 +22,17 @@ constexpr std::size_t kPieceSize = std::size_t{128} << 10;
 ssize_t readPiece(const Descriptor& file, char* piece) {
     ssize_t size = -1;
     do {
-        size = read(file.get(), piece, kPieceSize);
+        size = ::read(file.get(), piece, kPieceSize);
     } while (size < 0 && errno == EINTR);
     return size;
 }
 
 }  // namespace
 
-FileContent readContent(const std::string& path, int algorithm) {
+ContentReader::ContentReader(int algorithm)
+    : algorithm_(algorithm), piece_(std::make_unique_for_overwrite<char[]>(kPieceSize)) {}
+
+FileContent ContentReader::read(const std::string& path) {
     FileContent content;
     const Descriptor file(
         open(path.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
@@ -38,11 +40,12 @@ FileContent readContent(const std::string& path, int algorithm) {
         content.error = errno;
         return content;
     }
-    Checksum checksum(algorithm);
-    const auto piece = std::make_unique<char[]>(kPieceSize);
-    ssize_t size = 0;
-    while ((size = readPiece(file, piece.get())) > 0) {
-        const std::string_view bytes(piece.get(), static_cast<std::size_t>(size));
+    Checksum checksum(algorithm_);
+    // Less than a whole piece is the last one, so that most files are read by one call.
+    auto size = static_cast<ssize_t>(kPieceSize);
+    while (size == static_cast<ssize_t>(kPieceSize)) {
+        size = readPiece(file, piece_.get());
+        const std::string_view bytes(piece_.get(), static_cast<std::size_t>(size < 0 ? 0 : size));
         checksum.add(bytes);
         content.holdsNul =
             content.holdsNul || std::memchr(bytes.data(), 0, bytes.size()) != nullptr;

@@ -1,6 +1,7 @@
 // The content of a file of the payload.
 #pragma once
 
+#include <memory>
 #include <string>
 
 namespace pkgvet::cli {
@@ -12,8 +13,20 @@ struct FileContent {
     int error = 0;  // why it could not be read
 };
 
-// Reads the file at path, on disk. algorithm is librpm's number. Links are not followed, and what
-// is not a file cannot be read.
-FileContent readContent(const std::string& path, int algorithm);
+// Reads files one after the other, with the memory that one of them takes. An object is for one
+// thread.
+class ContentReader {
+public:
+    // algorithm is librpm's number.
+    explicit ContentReader(int algorithm);
+
+    // Reads the file at path, on disk. Links are not followed, and what is not a file cannot be
+    // read.
+    FileContent read(const std::string& path);
+
+private:
+    int algorithm_;
+    std::unique_ptr<char[]> piece_;
+};
 
 }  // namespace pkgvet::cli

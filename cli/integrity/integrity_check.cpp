@@ -21,9 +21,8 @@ void append(std::vector<Finding> more, std::vector<Finding>* findings) {
 
 IntegrityCheck::IntegrityCheck(const PackageHeader& header, const std::string& path,
                                bool wantsSignature, RpmSession* rpm)
-    : header_(header),
-      files_(readFiles(header_)),
-      pendingVerification_(std::async(kBeside, [this, path, wantsSignature, rpm] {
+    : header_(header), pendingVerification_(std::async(kBeside, [this, path, wantsSignature, rpm] {
+          files_ = readFiles(header_);
           return verifyPackage(path, header_, wantsSignature, rpm);
       })) {}
 

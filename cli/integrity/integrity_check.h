@@ -25,7 +25,7 @@ namespace pkgvet::cli {
 class IntegrityCheck {
 public:
     // header, which outlives the check, is that of the package at path. The package is read until
-    // awaitVerification, and nobody else uses the session as long.
+    // awaitVerification, and nobody else uses the header or the session as long.
     IntegrityCheck(const PackageHeader& header, const std::string& path, bool wantsSignature,
                    RpmSession* rpm);
 

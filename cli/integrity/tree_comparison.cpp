@@ -76,7 +76,8 @@ TreeComparison::TreeComparison(const HeaderFiles& list, const std::string& root)
       root_(root),
       sorted_(list.files.size()),
       modes_(list.files.size(), 0),
-      inodes_(list.files.size(), 0) {
+      inodes_(list.files.size(), 0),
+      earlyReader_(list.digestAlgorithm) {
     std::iota(sorted_.begin(), sorted_.end(), std::size_t{0});
     std::stable_sort(sorted_.begin(), sorted_.end(), [this](std::size_t a, std::size_t b) {
         return list_.files[a].path < list_.files[b].path;
@@ -201,15 +202,14 @@ void TreeComparison::noteContent(std::size_t index, const TreeEntry& entry) {
     }
     contents_.emplace_back(index, number);
     if (!entry.isReadable) {
-        read(&readings_[number]);
+        read(&earlyReader_, &readings_[number]);
     }
 }
 
-void TreeComparison::read(Reading* reading) const {
+void TreeComparison::read(ContentReader* reader, Reading* reading) const {
     if (!reading->isDone) {
         reading->isDone = true;
-        reading->content =
-            readContent(root_ + list_.files[reading->index].path, list_.digestAlgorithm);
+        reading->content = reader->read(root_ + list_.files[reading->index].path);
     }
 }
 
@@ -217,8 +217,9 @@ void TreeComparison::read(Reading* reading) const {
 void TreeComparison::readAll() {
     std::atomic<std::size_t> next = 0;
     const auto readSome = [this, &next] {
+        ContentReader reader(list_.digestAlgorithm);
         for (std::size_t i = next++; i < readings_.size(); i = next++) {
-            read(&readings_[i]);
+            read(&reader, &readings_[i]);
         }
     };
     std::vector<std::future<void>> helpers;

@@ -49,7 +49,7 @@ private:
     void compareFile(std::size_t index, const TreeEntry& entry);
     void compareLink(std::size_t index, const TreeEntry& entry);
     void noteContent(std::size_t index, const TreeEntry& entry);
-    void read(Reading* reading) const;
+    void read(ContentReader* reader, Reading* reading) const;
     void readAll();
     void noteTextBehind(const std::string& link, const std::string& target);
     void compareContent(std::size_t index, const FileContent& content);
@@ -62,6 +62,7 @@ private:
     std::vector<mode_t> modes_;
     std::vector<ino_t> inodes_;  // of files, 0 for what is none
     std::vector<Reading> readings_;
+    ContentReader earlyReader_;
     std::map<ino_t, std::size_t> linkedReadings_;                // of files with hard links
     std::vector<std::pair<std::size_t, std::size_t>> contents_;  // number of a file, of its reading
     std::set<std::size_t> linkedTexts_;  // numbers of files that a link calls texts

@@ -2,11 +2,13 @@
 #include "cli/integrity/tree_walk.h"
 
 #include <dirent.h>
+#include <fcntl.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <string_view>
 #include <system_error>
+#include <utility>
 #include <vector>
 
 #include "pkgvet/base/c_handle.h"
@@ -39,11 +41,7 @@ private:
     bool isLent_;
 };
 
-// The superuser may read all.
 mode_t neededFor(mode_t mode) {
-    if (geteuid() == 0) {
-        return 0;
-    }
     return S_ISDIR(mode) ? S_IRUSR | S_IXUSR : S_ISREG(mode) ? S_IRUSR : 0;
 }
 
@@ -52,19 +50,26 @@ mode_t neededFor(mode_t mode) {
 }
 
 // Read at once, so that no more than one directory is open however deep the tree is.
-std::vector<std::string> namesIn(const std::string& directory) {
-    const DirectoryHandle stream(opendir(directory.c_str()));
+std::vector<TreeEntry> entriesOf(const std::string& root, const std::string& directory,
+                                 bool isReadable) {
+    const std::string place = root + directory;
+    const DirectoryHandle stream(opendir(place.c_str()));
     if (!stream) {
-        fail(directory);
+        fail(place);
     }
-    std::vector<std::string> names;
-    while (const dirent* entry = readdir(stream.get())) {
-        const std::string_view name = entry->d_name;
-        if (name != "." && name != "..") {
-            names.emplace_back(name);
+    std::vector<TreeEntry> entries;
+    while (const dirent* found = readdir(stream.get())) {
+        const std::string_view name = found->d_name;
+        if (name == "." || name == "..") {
+            continue;
         }
+        TreeEntry entry{directory + "/" + found->d_name, {}, isReadable};
+        if (fstatat(dirfd(stream.get()), found->d_name, &entry.status, AT_SYMLINK_NOFOLLOW) != 0) {
+            fail(root + entry.path);
+        }
+        entries.push_back(std::move(entry));
     }
-    return names;
+    return entries;
 }
 
 class TreeWalk {
@@ -72,30 +77,27 @@ public:
     TreeWalk(const std::string& root, const TreeVisitor& visit) : root_(root), visit_(visit) {}
 
     void walk(const std::string& directory, bool isReadable) {
-        for (const std::string& name : namesIn(root_ + directory)) {
-            look(directory + "/" + name, isReadable);
+        for (TreeEntry& entry : entriesOf(root_, directory, isReadable)) {
+            look(&entry);
         }
     }
 
 private:
-    void look(const std::string& path, bool isReadable) {
-        TreeEntry entry{path, {}, isReadable};
-        const std::string place = root_ + path;
-        if (lstat(place.c_str(), &entry.status) != 0) {
-            fail(place);
-        }
-        const mode_t mode = entry.status.st_mode;
-        const mode_t needed = neededFor(mode);
-        entry.isReadable = isReadable && (mode & needed) == needed;
+    void look(TreeEntry* entry) {
+        const mode_t mode = entry->status.st_mode;
+        const mode_t needed = isSuperuser_ ? 0 : neededFor(mode);
+        entry->isReadable = entry->isReadable && (mode & needed) == needed;
+        const std::string place = root_ + entry->path;
         const LentMode lent(place, mode, needed);
-        visit_(entry);
+        visit_(*entry);
         if (S_ISDIR(mode)) {
-            walk(path, entry.isReadable);
+            walk(entry->path, entry->isReadable);
         }
     }
 
     const std::string& root_;
     const TreeVisitor& visit_;
+    const bool isSuperuser_ = geteuid() == 0;  // who may read all
 };
 
 }  // namespace

@@ -1,18 +1,64 @@
 // Looks at files without opening them.
 #include "pkgvet/base/file_modes.h"
 
+#include <fcntl.h>
+#include <limits.h>
 #include <sys/stat.h>
 
+#include <string_view>
+
+#include "pkgvet/base/descriptor.h"
+
 namespace pkgvet {
+
+namespace {
+
+// Looks up paths of which many in a row are in one directory: that is then gone through once, and
+// not for each of them.
+class ModeLookup {
+public:
+    explicit ModeLookup(const std::string& root) : root_(root) {}
+
+    mode_t modeOf(const std::string& path) {
+        file_.assign(root_).append(path);
+        struct stat status {};
+        return look(&status) == 0 ? status.st_mode : 0;
+    }
+
+private:
+    // As stat() of the whole path, which also refuses one that is too long.
+    int look(struct stat* status) {
+        const std::size_t name = file_.rfind('/') + 1;
+        if (name == file_.size() || file_.size() >= PATH_MAX || !enter(name)) {
+            return stat(file_.c_str(), status);
+        }
+        return fstatat(directory_.get(), file_.c_str() + name, status, 0);
+    }
+
+    bool enter(std::size_t length) {
+        const std::string_view wanted = std::string_view(file_).substr(0, length);
+        if (wanted != name_) {
+            name_ = wanted;
+            directory_ = Descriptor(
+                name_.empty() ? -1 : open(name_.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+        }
+        return directory_.isOpen();
+    }
+
+    const std::string& root_;
+    std::string file_;
+    std::string name_;
+    Descriptor directory_;
+};
+
+}  // namespace
 
 std::vector<mode_t> readModes(const std::string& root, const std::vector<std::string>& paths) {
     std::vector<mode_t> modes;
     modes.reserve(paths.size());
-    std::string file;
+    ModeLookup lookup(root);
     for (const std::string& path : paths) {
-        file.assign(root).append(path);
-        struct stat status {};
-        modes.push_back(stat(file.c_str(), &status) == 0 ? status.st_mode : 0);
+        modes.push_back(lookup.modeOf(path));
     }
     return modes;
 }

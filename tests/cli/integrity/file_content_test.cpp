@@ -18,7 +18,7 @@ using namespace pkgvet::cli;
 class FileContentTest : public testing::Test {
 protected:
     FileContent contentOf(const std::string& text, int algorithm = PGPHASHALGO_SHA256) {
-        return readContent(directory_.write("file", text), algorithm);
+        return ContentReader(algorithm).read(directory_.write("file", text));
     }
 
     TemporaryDirectory directory_;
@@ -44,9 +44,9 @@ TEST_F(FileContentTest, NulBytesAreSeenWhereverTheyAre) {
 
 TEST_F(FileContentTest, WhatIsNotAFileSaysWhyItCannotBeRead) {
     symlink("/etc/passwd", (directory_ / "link").c_str());
-    EXPECT_EQ(readContent(directory_ / "link", PGPHASHALGO_SHA256).error, ELOOP);
-    EXPECT_EQ(readContent(directory_ / "missing", PGPHASHALGO_SHA256).error, ENOENT);
-    EXPECT_EQ(readContent(directory_.path(), PGPHASHALGO_SHA256).error, EISDIR);
+    EXPECT_EQ(ContentReader(PGPHASHALGO_SHA256).read(directory_ / "link").error, ELOOP);
+    EXPECT_EQ(ContentReader(PGPHASHALGO_SHA256).read(directory_ / "missing").error, ENOENT);
+    EXPECT_EQ(ContentReader(PGPHASHALGO_SHA256).read(directory_.path()).error, EISDIR);
     EXPECT_EQ(contentOf("x").error, 0);
 }
 
