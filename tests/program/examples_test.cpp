@@ -5,29 +5,14 @@
 
 #include "tests/support/base/source_tree.h"
 #include "tests/support/base/temporary_directory.h"
-#include "tests/support/package/package_builder.h"
+#include "tests/support/package/example_package.h"
 #include "tests/support/program/program.h"
 
 namespace {
 
-// Builds the sample called name as its page says, and returns the package under a short name.
-std::string buildSample(const std::string& name, const TemporaryDirectory& directory) {
-    const std::string sources = sourceFile("examples/" + name);
-    const std::string recipe =
-        name == "good" ? "/org.example.pilot.spec" : "/example.badpilot.spec";
-    std::string log;
-    const int status = runProgram(
-        {"rpmbuild", "-bb", "--quiet", "--define", "_topdir " + directory.path().string(),
-         "--define", "_dbpath " + directory / "db", "--define", "_sourcedir " + sources, "--define",
-         "_build_name_fmt package.rpm", sources + recipe},
-        &log);
-    EXPECT_EQ(status, 0) << log;
-    return directory / "RPMS/package.rpm";
-}
-
 TEST(Examples, GoodOneHasNoFindingAtAll) {
     const TemporaryDirectory directory;
-    const std::string package = buildSample("good", directory);
+    const std::string package = buildExample("good", directory.path());
     for (const char* profile : {"regular", "extended", "market"}) {
         const ProgramResult result =
             runPkgvet({"check", "--validation", "on", "--profile", profile, package});
@@ -42,7 +27,7 @@ TEST(Examples, GoodOneHasNoFindingAtAll) {
 // lines through every rule.
 TEST(Examples, BadOneDrawsWhatIsExpectedLineByLine) {
     const TemporaryDirectory directory;
-    const std::string package = buildSample("bad", directory);
+    const std::string package = buildExample("bad", directory.path());
     const ProgramResult result =
         runPkgvet({"check", "--validation", "on", "--format", "concise", package});
     EXPECT_EQ(result.status, 1);

@@ -8,6 +8,7 @@
 #include <nlohmann/json.hpp>
 #include <set>
 
+#include "tests/support/package/example_package.h"
 #include "tests/support/package/package_builder.h"
 #include "tests/support/program/program.h"
 #include "tests/support/program/sample_packages.h"
@@ -32,6 +33,9 @@ protected:
         packages_ = new Words;
         for (const SamplePackage& sample : buildSamples(*directory_)) {
             packages_->push_back(sample.path);
+        }
+        for (const char* const name : {"good", "bad"}) {
+            packages_->push_back(buildExample(name, *directory_ / name));
         }
         packages_->push_back(directory_->write("text.rpm", "not a package"));
         rules_ = new std::string(sampleRules().write(*directory_));
@@ -129,7 +133,14 @@ TEST_F(SameAnswer, UnderLandlockAlone) {
     EXPECT_EQ(Json::parse(one.output)["sandbox"], "landlock");
     EXPECT_NE(one.errors.find("packages are shut off from the machine by landlock"),
               std::string::npos);
-    EXPECT_EQ(answer({}, kWithoutNamespaces), answer());
+    const std::string expected = answer();
+    EXPECT_EQ(answer({}, kWithoutNamespaces), expected);
+    const TemporaryDirectory home;
+    home.write(".rpmmacros", "%_tmppath /nowhere\n%__cpio false\n");
+    Words surroundings = {"HOME=" + home.path().string(), "LC_ALL=de_DE.UTF-8", "LANGUAGE=de:fr",
+                          "TZ=Asia/Kolkata"};
+    surroundings.insert(surroundings.end(), kWithoutNamespaces.begin(), kWithoutNamespaces.end());
+    EXPECT_EQ(answer({"--jobs", "8"}, surroundings), expected);
     EXPECT_EQ(run({"--sandbox", "require"}, kWithoutNamespaces, {packages_->front()}).status, 2);
 }
 
@@ -157,7 +168,8 @@ TEST_F(SameAnswer, InAnyOrder) {
     };
     Words reversed = *packages_;
     std::reverse(reversed.begin(), reversed.end());
-    EXPECT_EQ(byPath(run({}, {}, reversed).output), byPath(run({}, {}, *packages_).output));
+    EXPECT_EQ(byPath(run({"--jobs", "8"}, {}, reversed).output),
+              byPath(run({"--jobs", "1"}, {}, *packages_).output));
 }
 
 TEST_F(SameAnswer, LinksToTheMachineLeadNowhere) {
