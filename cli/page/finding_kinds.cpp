@@ -47,9 +47,9 @@ std::string textOf(const Finding& finding) {
 }  // namespace
 
 bool FindingKind::operator<(const FindingKind& other) const {
-    return std::tie(rule, severity, standing, reason, text, profiles) <
-           std::tie(other.rule, other.severity, other.standing, other.reason, other.text,
-                    other.profiles);
+    return std::tie(rule, severity, standing, reason, hasSubject, text, profiles) <
+           std::tie(other.rule, other.severity, other.standing, other.reason, other.hasSubject,
+                    other.text, other.profiles);
 }
 
 std::size_t Numbers::of(const std::string& text) {
@@ -68,8 +68,13 @@ FindingKinds::FindingKinds(const RunReport& run) {
 
 std::size_t FindingKinds::of(const MergedFinding& merged) {
     const Finding& finding = *merged.finding;
-    FindingKind kind = {finding.rule,   finding.severity, finding.standing,
-                        finding.reason, textOf(finding),  {}};
+    FindingKind kind = {finding.rule,
+                        finding.severity,
+                        finding.standing,
+                        finding.reason,
+                        !finding.subject.value_or(std::string()).empty(),
+                        textOf(finding),
+                        {}};
     for (const std::string_view profile : merged.profiles) {
         kind.profiles.push_back(profiles_.of(std::string(profile)));
     }

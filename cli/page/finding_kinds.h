@@ -22,6 +22,7 @@ struct FindingKind {
     Severity severity = Severity::Info;
     Standing standing = Standing::Counts;
     std::string reason;                 // of the waiver
+    bool hasSubject = false;            // one that is not empty
     std::string text;                   // the message with kSubjectMark where the subject stands
     std::vector<std::size_t> profiles;  // by their numbers, in order
 

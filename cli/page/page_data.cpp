@@ -2,12 +2,13 @@
 #include "cli/page/page_data.h"
 
 #include <nlohmann/json.hpp>
+#include <numeric>
 #include <string>
 #include <string_view>
 
 #include "cli/base/escape.h"
 #include "cli/catalogue/catalogue.h"
-#include "cli/model/summary.h"
+#include "cli/page/finding_groups.h"
 #include "cli/page/finding_kinds.h"
 #include "cli/page/html.h"
 #include "cli/page/package_keys.h"
@@ -22,7 +23,7 @@ using Json = nlohmann::ordered_json;
 enum JudgementBits : unsigned { kPasses = 1, kAccepted = 2, kIntact = 4 };
 
 // Enough to tell the findings of a run apart; the scripts look at no more of a whole fingerprint.
-constexpr std::size_t kPrintSize = 16;
+constexpr std::size_t kPrintSize = 12;
 
 void put(const char* key, const std::string& text, Json* json) {
     if (!text.empty()) {
@@ -30,14 +31,17 @@ void put(const char* key, const std::string& text, Json* json) {
     }
 }
 
+// Kinds with how many findings each has, in turns. The subjects stand in the part of the page that
+// needs no scripts: a second copy would take a third of the page.
 void putFindings(const PackageReport& package, FindingKinds* kinds, Json* json) {
     Json findings = Json::array();
     std::string prints;
-    for (const MergedFinding& merged : mergedFindings(package)) {
-        findings.push_back(kinds->of(merged));
-        const std::optional<std::string>& subject = merged.finding->subject;
-        findings.push_back(subject ? Json(printable(*subject)) : Json());
-        prints += fingerprintOf(package.name, *merged.finding).substr(0, kPrintSize);
+    for (const FindingGroup& group : groupsOf(package, kinds)) {
+        findings.push_back(group.kind);
+        findings.push_back(group.findings.size());
+        for (const Finding* finding : group.findings) {
+            prints += fingerprintOf(package.name, *finding).substr(0, kPrintSize);
+        }
     }
     if (!findings.empty()) {
         (*json)["findings"] = std::move(findings);
@@ -45,7 +49,8 @@ void putFindings(const PackageReport& package, FindingKinds* kinds, Json* json) 
     }
 }
 
-void putJudgements(const PackageReport& package, FindingKinds* kinds, Json* json) {
+void putJudgements(const PackageReport& package, std::size_t usual, FindingKinds* kinds,
+                   Json* json) {
     Json judgements = Json::array();
     std::vector<std::size_t> profiles;
     for (const Judgement& judgement : package.judgements) {
@@ -54,31 +59,34 @@ void putJudgements(const PackageReport& package, FindingKinds* kinds, Json* json
                              (judgement.intact ? kIntact : 0U));
         profiles.push_back(kinds->profile(judgement.profile));
     }
-    // Where the packages of a run were judged under different profiles, each says which.
-    (*json)["profiles"] = std::move(profiles);
+    std::vector<std::size_t> expected(usual);
+    std::iota(expected.begin(), expected.end(), 0U);
+    // Packages of runs that were put together may have been judged under different profiles.
+    if (profiles != expected) {
+        (*json)["profiles"] = std::move(profiles);
+    }
     (*json)["judgements"] = std::move(judgements);
 }
 
-Json packageJson(const PackageReport& package, std::string key, bool showTimings,
+// usual is the number of the profiles that the run asked for, which come first.
+Json packageJson(const PackageReport& package, const std::string& key, std::size_t usual,
                  FindingKinds* kinds) {
     Json json;
-    json["key"] = std::move(key);
+    json["key"] = key;
     put("path", package.path, &json);
     put("name", package.name, &json);
     put("version", package.version, &json);
     put("release", package.release, &json);
     put("arch", package.arch, &json);
-    put("sha256", package.sha256, &json);
+    put("sha256", package.sha256 == key ? std::string() : package.sha256, &json);
     put("cause", package.cause, &json);
     put("code", std::string(causeCodeName(package.causeCode)), &json);
     put("last", package.lastErrorLine, &json);
     put("incomplete", package.incomplete, &json);
-    json["passes"] = package.passes();
-    json["validation"] = package.validationEnabled;
-    if (showTimings) {
-        json["seconds"] = package.seconds;
+    if (!package.validationEnabled) {
+        json["unvalidated"] = true;
     }
-    putJudgements(package, kinds, &json);
+    putJudgements(package, usual, kinds, &json);
     putFindings(package, kinds, &json);
     return json;
 }
@@ -89,6 +97,7 @@ Json kindsJson(const FindingKinds& kinds, Numbers* rules) {
         Json one = {{"rule", rules->of(kind->rule)},
                     {"severity", static_cast<int>(kind->severity)},
                     {"standing", static_cast<int>(kind->standing)},
+                    {"subject", kind->hasSubject},
                     {"text", kind->text},
                     {"profiles", kind->profiles}};
         put("reason", kind->reason, &one);
@@ -146,11 +155,15 @@ Json profilesJson(const FindingKinds& kinds) {
 void writePageData(const RunReport& run, bool showTimings, std::ostream& stream) {
     FindingKinds kinds(run);
     PackageKeys keys;
+    const std::size_t usual = kinds.profiles().size();
     stream << "{\"packages\":[";
     std::string_view separator = "\n";
     for (const PackageReport& package : run.packages) {
-        stream << separator
-               << scriptJson(packageJson(package, keys.of(package), showTimings, &kinds));
+        Json json = packageJson(package, keys.of(package), usual, &kinds);
+        if (showTimings) {
+            json["seconds"] = package.seconds;
+        }
+        stream << separator << scriptJson(json);
         separator = ",\n";
     }
     Numbers rules;
@@ -160,7 +173,7 @@ void writePageData(const RunReport& run, bool showTimings, std::ostream& stream)
     stream << "],\n\"kinds\":" << scriptJson(kindList)
            << ",\n\"rules\":" << scriptJson(rulesJson(rules))
            << ",\n\"chapters\":" << scriptJson(chaptersJson())
-           << ",\n\"profiles\":" << scriptJson(profilesJson(kinds))
+           << ",\n\"profiles\":" << scriptJson(profilesJson(kinds)) << ",\n\"usual\":" << usual
            << ",\n\"failOn\":" << scriptJson(run.provenance.failOn) << "}";
 }
 

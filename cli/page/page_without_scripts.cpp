@@ -14,6 +14,7 @@
 #include "cli/base/text.h"
 #include "cli/catalogue/catalogue.h"
 #include "cli/model/summary.h"
+#include "cli/page/finding_groups.h"
 #include "cli/page/finding_kinds.h"
 #include "cli/page/html.h"
 #include "cli/page/package_keys.h"
@@ -23,16 +24,17 @@ namespace pkgvet::cli {
 
 namespace {
 
+// In a larger run a message that many findings share stands with its rule alone: the page is to be
+// of a size that browsers open at once.
+constexpr std::size_t kMostWithMessages = 20000;
+constexpr std::string_view kMessagesBelow =
+    "<p>The messages of findings that name a file or another subject stand with their rules, below "
+    "the packages.\n";
+
 struct RuleCount {
     std::size_t rejected = 0;  // packages
     std::size_t packages = 0;
     std::size_t findings = 0;
-};
-
-// A message with the subjects that it is about.
-struct Group {
-    const FindingKind* kind;
-    std::vector<std::string> subjects;
 };
 
 std::string verdictOf(const PackageReport& package) {
@@ -42,14 +44,25 @@ std::string verdictOf(const PackageReport& package) {
     return package.passes() ? "accepted" : "rejected";
 }
 
+std::size_t findingsOf(const RunReport& run) {
+    std::size_t count = 0;
+    for (const PackageReport& package : run.packages) {
+        for (const Judgement& judgement : package.judgements) {
+            count += judgement.findings.size();
+        }
+    }
+    return count;
+}
+
 class Writer {
 public:
-    Writer(const RunReport& run, std::ostream* stream) : run_(run), stream_(*stream), kinds_(run) {}
+    Writer(const RunReport& run, std::ostream* stream)
+        : run_(run), stream_(*stream), kinds_(run), isLarge_(findingsOf(run) > kMostWithMessages) {}
 
     void write() {
         writeTotals();
         writeNotJudged();
-        stream_ << "<h2>Packages</h2>\n";
+        stream_ << "<h2>Packages</h2>\n" << (isLarge_ ? kMessagesBelow : std::string_view());
         for (const PackageReport& package : run_.packages) {
             writePackage(package);
         }
@@ -62,16 +75,16 @@ private:
     void writePackage(const PackageReport& package);
     void writeJudgements(const PackageReport& package);
     void writeFindings(const PackageReport& package);
-    std::vector<Group> groupsOf(const PackageReport& package);
     void writeRules();
-    void writeRule(const std::string& rule);
+    void writeRule(const std::string& rule, const std::set<std::string>& messages);
     std::string kindText(const PackageReport& package, const FindingKind& kind) const;
 
     const RunReport& run_;
     std::ostream& stream_;
     FindingKinds kinds_;
     PackageKeys keys_;
-    std::set<std::string> rules_;
+    bool isLarge_;
+    std::map<std::string, std::set<std::string>> messages_;  // of each rule
 };
 
 std::vector<std::pair<std::string, RuleCount>> rankedRules(const RunReport& run) {
@@ -163,26 +176,9 @@ void Writer::writeJudgements(const PackageReport& package) {
     stream_ << "<p>" << htmlText(joined(verdicts, ", ")) << '\n';
 }
 
-// Of one message in the order in which they were found.
-std::vector<Group> Writer::groupsOf(const PackageReport& package) {
-    std::vector<Group> groups;
-    std::map<std::size_t, std::size_t> places;
-    for (const MergedFinding& merged : mergedFindings(package)) {
-        const std::size_t number = kinds_.of(merged);
-        const auto [place, isNew] = places.try_emplace(number, groups.size());
-        if (isNew) {
-            groups.push_back({kinds_.all()[number], {}});
-        }
-        groups[place->second].subjects.push_back(merged.finding->subject.value_or(std::string()));
-    }
-    std::stable_sort(groups.begin(), groups.end(), [](const Group& a, const Group& b) {
-        return a.kind->severity > b.kind->severity;
-    });
-    return groups;
-}
-
 std::string Writer::kindText(const PackageReport& package, const FindingKind& kind) const {
-    std::string text = textWithoutSubject(kind);
+    // Each rule at the end has its messages.
+    std::string text = kind.hasSubject && isLarge_ ? "" : ": " + textWithoutSubject(kind);
     if (kind.standing != Standing::Counts) {
         text += kind.standing == Standing::Waived ? " (waived: " + printable(kind.reason) + ")"
                                                   : " (known)";
@@ -197,24 +193,25 @@ std::string Writer::kindText(const PackageReport& package, const FindingKind& ki
     return text;
 }
 
+// The scripts read the subjects here: each stands in a line of its own behind "<dd>".
 void Writer::writeFindings(const PackageReport& package) {
-    const std::vector<Group> groups = groupsOf(package);
+    const std::vector<FindingGroup> groups = groupsOf(package, &kinds_);
     stream_ << (groups.empty() ? "" : "<dl>\n");
-    for (const Group& group : groups) {
-        const FindingKind& kind = *group.kind;
-        rules_.insert(kind.rule);
-        stream_ << "<dt>" << severityName(kind.severity) << " <b>" << htmlText(kind.rule) << "</b> "
+    for (const FindingGroup& group : groups) {
+        const FindingKind& kind = *kinds_.all()[group.kind];
+        messages_[kind.rule].insert(textWithoutSubject(kind));
+        stream_ << "<dt>" << severityName(kind.severity) << ' ' << htmlText(kind.rule)
                 << htmlText(kindText(package, kind)) << '\n';
-        for (const std::string& subject : group.subjects) {
-            if (!subject.empty()) {
-                stream_ << "<dd>" << htmlText(subject) << '\n';
+        for (const Finding* finding : group.findings) {
+            if (kind.hasSubject) {
+                stream_ << "<dd>" << htmlText(*finding->subject) << '\n';
             }
         }
     }
     stream_ << (groups.empty() ? "" : "</dl>");
 }
 
-void Writer::writeRule(const std::string& rule) {
+void Writer::writeRule(const std::string& rule, const std::set<std::string>& messages) {
     const Entry* entry = findEntry(rule);
     stream_ << "<article id=\"rule=" << htmlText(rule) << "\"><h3>" << htmlText(rule) << "</h3>\n";
     if (entry != nullptr) {
@@ -224,13 +221,18 @@ void Writer::writeRule(const std::string& rule) {
             stream_ << "<pre>" << htmlText(entry->example) << "</pre>\n";
         }
     }
-    stream_ << "</article>\n";
+    stream_ << "<ul>\n";
+    for (const std::string& message : messages) {
+        stream_ << "<li>" << htmlText(message) << '\n';
+    }
+    stream_ << "</ul></article>\n";
 }
 
 void Writer::writeRules() {
-    stream_ << (rules_.empty() ? "" : "<h2>What the rules ask for, and how to put it right</h2>\n");
-    for (const std::string& rule : rules_) {
-        writeRule(rule);
+    stream_ << (messages_.empty() ? ""
+                                  : "<h2>What the rules ask for, and how to put it right</h2>\n");
+    for (const auto& [rule, messages] : messages_) {
+        writeRule(rule, messages);
     }
 }
 

@@ -24,7 +24,7 @@ function findingNames(item) {
 
 // A whole fingerprint, as other reports tell it, leads to the finding as well.
 function shortened(name) {
-  return name.replace(/^([0-9a-f]{16})[0-9a-f]*/, '$1');
+  return name.replace(/^([0-9a-f]{12})[0-9a-f]*/, '$1');
 }
 
 function packageWithFinding(name) {

@@ -115,7 +115,7 @@ function rejectingRules() {
 
 // As many as stand beside the other panels.
 function firstRules() {
-  return byId('causes-panel').hidden && byId('profiles-panel').hidden ? leastRules : mostRules;
+  return byId('profiles-panel').hidden ? leastRules : mostRules;
 }
 
 function drawRules() {

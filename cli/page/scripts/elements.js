@@ -25,9 +25,9 @@ function foreign(text, properties) {
 }
 
 // Prose of the catalogue, in which code stands between backticks.
-function prose(text, properties) {
+function prose(tag, text) {
   const pieces = text.split('`').map((piece, i) => (i % 2 ? element('code', {text: piece}) : piece));
-  return element('p', properties, ...pieces);
+  return element(tag, {}, ...pieces);
 }
 
 const iconShapes = {

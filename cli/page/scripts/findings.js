@@ -48,9 +48,10 @@ function explanation(rule) {
   }
   return element('details', {class: 'explanation'},
     element('summary', {text: 'Why, and what to do'}),
-    element('h6', {text: 'Rule'}), prose(rule.demand),
-    element('h6', {text: 'Why'}), prose(rule.why),
-    element('h6', {text: 'What to do'}), prose(rule.fix),
+    element('dl', {},
+      element('dt', {text: 'Rule'}), prose('dd', rule.demand),
+      element('dt', {text: 'Why'}), prose('dd', rule.why),
+      element('dt', {text: 'What to do'}), prose('dd', rule.fix)),
     rule.example && element('pre', {}, element('code', {text: rule.example})),
     element('p', {}, element('a', {href: rule.uri, rel: 'noreferrer', text: `More on ${rule.id}`})));
 }
@@ -83,7 +84,9 @@ function message(kind, subject) {
 function findingItem(item, finding) {
   const excused = finding.kind.standing === counts ? '' : ' excused';
   return element('li', {class: `finding${excused}`, 'data-finding': finding.name, tabindex: '-1'},
-    message(finding.kind, finding.subject), ...notesOf(item, finding.kind),
+    message(finding.kind, finding.subject),
+    !finding.kind.text.includes(subjectMark) && finding.subject && foreign(finding.subject, {class: 'finding-note'}),
+    ...notesOf(item, finding.kind),
     element('a', {class: 'address', href: findingAddress(item, finding.name),
       'aria-label': 'Address of this finding', text: '#'}));
 }
@@ -158,7 +161,7 @@ function packageFacts(item) {
     ...fact('Path', foreign(item.path || '')),
     ...fact('SHA-256', item.sha256 && element('code', {text: item.sha256})),
     ...fact('Library', libraryNote(item)),
-    ...fact('Validation', !item.cause && !item.validation && 'off'),
+    ...fact('Validation', item.unvalidated && 'off'),
     ...fact('Took', item.seconds !== undefined && `${item.seconds.toFixed(2)} s`),
     ...fact('Address', element('a', {href: packageAddress(item), text: 'of this package'})));
 }

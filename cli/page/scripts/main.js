@@ -2,6 +2,7 @@
 
 const selects = ['verdict', 'severity', 'rule', 'profile', 'cause'];
 const mostOpenedForPrint = 20;
+const packagesAtOnce = 250;
 
 function fillSelect(id, all, options) {
   byId(id).append(element('option', {value: '', text: all}),
@@ -157,6 +158,18 @@ function listenToPrinter() {
   });
 }
 
+// Makes ready what the filter on text looks at while nothing else is to be done.
+function prepareText(from) {
+  const soon = window.requestIdleCallback || ((call) => setTimeout(call, 50));
+  soon(() => {
+    const next = from + packagesAtOnce;
+    report.packages.slice(from, next).forEach(haystackOf);
+    if (next < report.packages.length) {
+      prepareText(next);
+    }
+  });
+}
+
 function start() {
   byId('page').hidden = false;
   byId('keys').hidden = false;
@@ -175,6 +188,7 @@ function start() {
   }
   applyFilter();
   followAddress();
+  prepareText(0);
 }
 
 start();

@@ -6,7 +6,7 @@ const verdictNames = Object.keys(verdictWords);  // the worst first
 const severityNames = ['info', 'warning', 'error', 'critical'];
 const severityError = 2;
 const subjectMark = '\u0001';
-const printSize = 16;
+const printSize = 12;
 const bits = {passes: 1, accepted: 2, intact: 4};
 const counts = 0;  // the standing of a finding that no waiver and no baseline excuses
 
@@ -25,6 +25,29 @@ const causeWords = {
 
 const report = JSON.parse(byId('report').textContent);
 
+// The subjects of findings stand in the part of the page for readers without scripts, each in a line
+// of its own, in the order of the findings. To a browser that runs scripts that part is text.
+const entities = {'&lt;': '<', '&gt;': '>', '&quot;': '"', '&#39;': "'", '&amp;': '&'};
+
+function readSubjects() {
+  const lines = document.querySelector('noscript').textContent.match(/^<dd>.*$/gm) || [];
+  return lines.map((line) => (line.includes('&')
+    ? line.slice(4).replace(/&(?:lt|gt|quot|#39|amp);/g, (entity) => entities[entity])
+    : line.slice(4)));
+}
+
+// Takes what belongs to the package off the front of the subjects.
+function findingsOf(item, subjects) {
+  const findings = [];
+  const groups = item.findings || [];
+  for (let i = 0; i < groups.length; i += 2) {
+    for (let left = groups[i + 1]; left > 0; --left) {
+      findings.push(groups[i], report.kinds[groups[i]].subject ? subjects.next().value : null);
+    }
+  }
+  return findings;
+}
+
 // Whether findings of this kind count against a package.
 function isGrave(kind) {
   return kind.severity > severityError || Boolean(report.rules[kind.rule].grave);
@@ -32,7 +55,7 @@ function isGrave(kind) {
 
 function rejects(item, kind) {
   const asked = severityNames.indexOf(report.failOn);
-  const least = asked >= 0 ? asked : item.validation ? severityError : Infinity;
+  const least = asked >= 0 ? asked : item.unvalidated ? Infinity : severityError;
   return isGrave(kind) || kind.severity >= least;
 }
 
@@ -73,13 +96,16 @@ function tally(item, profile) {
   return bySeverity;
 }
 
-function prepare(item, index) {
+function prepare(item, index, subjects) {
   item.index = index;
-  item.findings = item.findings || [];
+  item.findings = findingsOf(item, subjects);
+  item.profiles = item.profiles || report.profiles.slice(0, report.usual).map((_, at) => at);
+  item.sha256 = item.sha256 || (/^[0-9a-f]{64}$/.test(item.key) ? item.key : '');
   item.prints = item.prints || '';
   item.title = item.name || item.path || '';
   item.sortName = item.title.toLowerCase();
-  item.verdict = item.cause ? 'unjudged' : item.passes ? 'accepted' : 'rejected';
+  item.verdict = item.cause ? 'unjudged'
+    : item.judgements.every((one) => one & bits.passes) ? 'accepted' : 'rejected';
   item.tally = tally(item, null);
   item.errors = item.tally[2] + item.tally[3];
   item.warnings = item.tally[1];
@@ -104,4 +130,5 @@ function haystackOf(item) {
   return item.haystack;
 }
 
-report.packages.forEach(prepare);
+const subjects = readSubjects().values();
+report.packages.forEach((item, index) => prepare(item, index, subjects));

@@ -1,6 +1,6 @@
 // The table of packages, a page of it at a time.
 
-const rowsOfAPage = 100;
+const rowsOfAPage = 50;
 const mostPrinted = 2000;
 const table = {shown: [], page: 0, open: new Set(), isPrinted: false};
 

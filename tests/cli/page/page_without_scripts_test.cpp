@@ -28,13 +28,21 @@ TEST(PageWithoutScripts, MessagesStandAboveTheirSubjects) {
     EXPECT_TRUE(holds(html, "<article id=\"package=" + std::string(64, 'a') +
                                 "\"><h3>rejected: <bdi>org.example.app</bdi> 1.0-1.noarch</h3>"
                                 "<p>app.rpm\n"
-                                "<dl>\n<dt>error <b>path-not-allowed</b> Not here\n"
+                                "<dl>\n<dt>error path-not-allowed: Not here\n"
                                 "<dd>/usr/a\n<dd>/usr/b\n</dl></article>\n"))
         << html;
     EXPECT_TRUE(
         holds(html, "<a href=\"#rule=path-not-allowed\">path-not-allowed</a><td>1<td>1<td>2"))
         << html;
     EXPECT_TRUE(holds(html, "<article id=\"rule=path-not-allowed\">")) << html;
+}
+
+TEST(PageWithoutScripts, InALargeRunMessagesStandWithTheirRules) {
+    const std::vector<Finding> many(
+        20001, findingAbout("/usr/a", "path-not-allowed", Severity::Error, "Not here"));
+    const std::string html = htmlOf(runOf({package({judgement(many)})}));
+    EXPECT_TRUE(holds(html, "<dt>error path-not-allowed\n<dd>/usr/a\n<dd>/usr/a\n")) << html.size();
+    EXPECT_TRUE(holds(html, "<ul>\n<li>Not here\n</ul></article>\n")) << html.size();
 }
 
 TEST(PageWithoutScripts, TheMostSevereComesFirst) {
@@ -51,8 +59,8 @@ TEST(PageWithoutScripts, WhatIsExcusedOrOfSomeProfilesSaysSo) {
     known.standing = Standing::Known;
     const std::string html =
         htmlOf(runOf({package({judgement({waived, known}), judgement({known}, "mdm")})}));
-    EXPECT_TRUE(holds(html, "<dt>error <b>a</b> A (waived: agreed) (regular)\n")) << html;
-    EXPECT_TRUE(holds(html, "<dt>error <b>b</b> B (known)\n")) << html;
+    EXPECT_TRUE(holds(html, "<dt>error a: A (waived: agreed) (regular)\n")) << html;
+    EXPECT_TRUE(holds(html, "<dt>error b: B (known)\n")) << html;
     EXPECT_TRUE(holds(html, "<p>regular rejected, mdm rejected\n")) << html;
     EXPECT_FALSE(holds(html, "Rules that packages break")) << html;
 }
