@@ -15,6 +15,7 @@ namespace {
 constexpr std::size_t kDeepest = 64;
 
 constexpr std::string_view kBlank = " \t\r\n";
+constexpr std::string_view kEscapes = "\"\\/bfnrtu";  // what can follow a backslash
 constexpr std::string_view kDelimiters = " \t\r\n,:{}[]\"'";
 
 // The text of a string that is written as raw, with its quotes.
@@ -55,6 +56,7 @@ private:
     void next();
     void takeString();
     void takeScalar();
+    void noteWrongEscape(std::string_view raw, const Position& position);
     void takeKey(std::string_view raw, const Position& position);
     void record(std::string_view text, const Position& position);
     std::string presentPlace() const;
@@ -137,7 +139,20 @@ void JsonScanner::takeString() {
     } else {
         record(raw, position);
     }
+    noteWrongEscape(raw, position);
     advance(raw.size());
+}
+
+// The first one of a text is enough to find the text.
+void JsonScanner::noteWrongEscape(std::string_view raw, const Position& position) {
+    std::size_t at = raw.find('\\');
+    for (; at < raw.size() - 1; at = raw.find('\\', at + 2)) {
+        if (kEscapes.find(raw[at + 1]) == std::string_view::npos) {
+            positions_->wrongEscapes_.push_back(
+                {presentPlace(), std::string(raw.substr(at, 2)), position});
+            return;
+        }
+    }
 }
 
 void JsonScanner::takeScalar() {

@@ -26,6 +26,12 @@ struct DoubledKey {
     Position position;  // of the second one
 };
 
+struct WrongEscape {
+    std::string place;
+    std::string text;   // the escape
+    Position position;  // of the text that holds it
+};
+
 // The values of one text by their places as json_place.h names them, such as "profiles[0].name".
 // Of a text that is not JSON it tells as much as can be made out; it takes comments and single
 // quotes, as json-glib does. What nests more than 64 levels deep has no position.
@@ -43,11 +49,15 @@ public:
     // Keys that an object has more than once, of which a parser takes the last.
     const std::vector<DoubledKey>& doubledKeys() const { return doubledKeys_; }
 
+    // Texts with escapes that JSON does not know, of which lenient parsers drop the backslash.
+    const std::vector<WrongEscape>& wrongEscapes() const { return wrongEscapes_; }
+
 private:
     friend class JsonScanner;
 
     std::map<std::string, JsonSpot> spots_;
     std::vector<DoubledKey> doubledKeys_;
+    std::vector<WrongEscape> wrongEscapes_;
 };
 
 }  // namespace pkgvet::cli

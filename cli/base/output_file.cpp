@@ -9,6 +9,7 @@
 #include <cstdio>
 #include <cstring>
 #include <filesystem>
+#include <functional>
 #include <stdexcept>
 #include <system_error>
 #include <utility>
@@ -41,6 +42,29 @@ bool isSpecial(const std::string& path) {
     return stat(path.c_str(), &status) == 0 && !S_ISREG(status.st_mode);
 }
 
+std::string directoryOf(const std::string& path) {
+    const std::filesystem::path directory = std::filesystem::path(path).parent_path();
+    return directory.empty() ? "." : directory.string();
+}
+
+// The first name in directory that make() can make a file of; empty when it cannot, with the cause
+// in errno. An existing name must be refused, also a link that somebody has put there to have
+// another file overwritten.
+std::string firstFreeName(const std::string& directory,
+                          const std::function<bool(const std::string& name)>& make) {
+    const std::string prefix = directory + "/" + kTemporaryPrefix + std::to_string(getpid()) + "-";
+    for (int attempt = 0; attempt < kMostAttempts; ++attempt) {
+        std::string name = prefix + std::to_string(attempt);
+        if (make(name)) {
+            return name;
+        }
+        if (errno != EEXIST) {
+            break;
+        }
+    }
+    return std::string();
+}
+
 }  // namespace
 
 OutputFile::OutputFile(const std::string& path) : path_(path), target_(path) {
@@ -61,6 +85,7 @@ OutputFile::OutputFile(OutputFile&& other) noexcept
     : path_(std::move(other.path_)),
       target_(std::move(other.target_)),
       temporary_(std::exchange(other.temporary_, {})),
+      isNameless_(std::exchange(other.isNameless_, false)),
       descriptor_(std::move(other.descriptor_)) {}
 
 OutputFile::~OutputFile() {
@@ -82,6 +107,7 @@ void OutputFile::write(std::string_view content) {
 }
 
 void OutputFile::commit() {
+    nameFile();
     // Some file systems tell only now that there was no room.
     if (close(descriptor_.release()) != 0) {
         fail(path_, errno);
@@ -95,23 +121,33 @@ void OutputFile::commit() {
     temporary_.clear();
 }
 
-// With O_EXCL an existing name is refused, also a link that somebody has put there to have another
-// file overwritten.
+// A file without a name is gone with the process, even if that is killed. Some file systems have no
+// such files.
 void OutputFile::openBeside() {
-    const std::string prefix =
-        (std::filesystem::path(target_).parent_path() / kTemporaryPrefix).string() +
-        std::to_string(getpid()) + "-";
-    for (int attempt = 0; attempt < kMostAttempts; ++attempt) {
-        const std::string name = prefix + std::to_string(attempt);
+    const std::string directory = directoryOf(target_);
+    descriptor_ = Descriptor(open(directory.c_str(), O_WRONLY | O_TMPFILE | O_CLOEXEC, kMode));
+    if (descriptor_.isOpen()) {
+        isNameless_ = true;
+        return;
+    }
+    temporary_ = firstFreeName(directory, [this](const std::string& name) {
         descriptor_ =
             Descriptor(open(name.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, kMode));
-        if (descriptor_.isOpen()) {
-            temporary_ = name;
-            return;
-        }
-        if (errno != EEXIST) {
-            return;
-        }
+        return descriptor_.isOpen();
+    });
+}
+
+// It has to have one before it can take the place of the former file.
+void OutputFile::nameFile() {
+    if (!isNameless_) {
+        return;
+    }
+    const std::string file = "/proc/self/fd/" + std::to_string(descriptor_.get());
+    temporary_ = firstFreeName(directoryOf(target_), [&file](const std::string& name) {
+        return linkat(AT_FDCWD, file.c_str(), AT_FDCWD, name.c_str(), AT_SYMLINK_FOLLOW) == 0;
+    });
+    if (temporary_.empty()) {
+        fail(path_, errno);
     }
 }
 

@@ -28,12 +28,14 @@ public:
 
 private:
     void openBeside();
+    void nameFile();
     void keepMode();
     void discard();
 
     std::string path_;       // as the user named it
     std::string target_;     // behind links
-    std::string temporary_;  // empty where the target itself is written
+    std::string temporary_;  // empty where the target itself is written, or as long as it has none
+    bool isNameless_ = false;
     Descriptor descriptor_;
 };
 

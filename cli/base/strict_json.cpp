@@ -11,6 +11,7 @@
 #include <nlohmann/json.hpp>
 #include <utility>
 
+#include "cli/base/checksum.h"
 #include "cli/base/json_place.h"
 #include "cli/base/nearest.h"
 
@@ -57,6 +58,9 @@ Json JsonReader::load() {
         report(std::string(), "cannot be read");  // a directory opens but gives no bytes
         return nullptr;
     }
+    Checksum sum;
+    sum.add(content);
+    digest_ = sum.finish();
     const Json root = parse(content);
     if (root.is_discarded()) {
         return nullptr;

@@ -34,6 +34,9 @@ public:
     // Where the values of the file stand, once it is loaded.
     const JsonPositions& positions() const { return positions_; }
 
+    // SHA-256 of the file as it was loaded. What came through a pipe cannot be read again.
+    const std::string& digest() const { return digest_; }
+
     // Reports the members of object, which stands under key, whose names are not among known.
     void refuseUnknown(const nlohmann::json& object, const std::string& key,
                        std::initializer_list<std::string_view> known) const;
@@ -53,6 +56,7 @@ private:
     std::string path_;
     std::vector<Fault>* faults_;
     JsonPositions positions_;
+    std::string digest_;
 };
 
 // What such a reader finds wrong with the JSON of the file at path, whatever the file is for.

@@ -1,6 +1,9 @@
 // The command that judges packages.
 #pragma once
 
+#include <string>
+#include <vector>
+
 #include "cli/command/command_table.h"
 #include "cli/command/input.h"
 #include "cli/integrity/integrity_options.h"
@@ -15,7 +18,15 @@ struct SettingsOptions {
     bool show = false;      // print what is in force in place of judging
 };
 
+// An option of the command line, as it was given.
+struct GivenOption {
+    std::string name;      // the long one, such as "--timeout"
+    std::string argument;  // empty for a flag
+    bool addsUp = false;   // otherwise the last one counts
+};
+
 struct CheckOptions {
+    std::vector<GivenOption> given;  // in their order
     SettingsOptions settings;
     InputOptions input;
     JudgingOptions judging;

@@ -68,9 +68,7 @@ std::string judgementDigest(const CheckOptions& options, const std::string& rule
     sum.add(provenance.validation);
     sum.add(isValidationEnabled(options.judging, rules) ? "on" : "off");
     sum.add(provenance.integrity ? "integrity" : "");
-    if (!options.integrity.keyring.empty()) {
-        sum.addDirectory(options.integrity.keyring);
-    }
+    sum.add(provenance.keyring);
     sum.addDirectory(ParamFileValidator::standardSchemasDirectory());
     const AllowedMost& limits = provenance.limits;
     sum.add(std::to_string(limits.seconds));

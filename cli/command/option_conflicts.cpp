@@ -45,11 +45,9 @@ std::string conflictIn(const ReportOptions& report, bool showWaived) {
         {report.quiet && !hasText, "--quiet means nothing without the format text"},
         {report.color == ColorMode::Always && !hasText,
          "--color always means nothing without the format text"},
-        {showWaived && !hasList,
-         "--show-waived means nothing without the format text or concise: the others hold "
-         "excused findings anyway"},
+        {showWaived && !hasList, "--show-waived means nothing without the format text or concise"},
         {report.timings && !hasTimes,
-         "--timings means nothing with the format concise or github alone"},
+         "--timings means nothing without the format text, json, jsonl, sarif or junit"},
         {report.split && !hasSarifFile(report),
          "--split means nothing without --output sarif:PATH"},
     });
@@ -63,6 +61,8 @@ std::string conflictIn(const CheckOptions& options) {
         {!inReports.empty(), inReports},
         {options.judging.sandbox == SandboxMode::Off && !options.judging.scratch.empty(),
          "--scratch needs a sandbox, and --sandbox off has none"},
+        {!options.integrity.enabled && !options.integrity.keyring.empty(),
+         "--keyring means nothing with --integrity off, which looks at no signature"},
     });
 }
 

@@ -3,7 +3,6 @@
 
 #include <vector>
 
-#include "cli/base/checksum.h"
 #include "cli/rules/rule_digest.h"
 #include "cli/rules/rule_set.h"
 #include "pkgvet/rules/configuration.h"
@@ -25,22 +24,23 @@ std::vector<ProfileRules> profileRules(const CheckOptions& options, const std::s
 }  // namespace
 
 bool needsDigests(const CheckOptions& options) {
-    return hasReportIn(options.report, {Format::Json, Format::Jsonl, Format::Html}) ||
+    return hasReportIn(options.report,
+                       {Format::Json, Format::Jsonl, Format::Html, Format::InToto}) ||
            !options.input.resume.empty();
 }
 
-Provenance provenanceOf(const CheckOptions& options, const std::string& rules) {
+Provenance provenanceOf(const CheckOptions& options, const std::string& rules,
+                        const Keyring& keyring, const Policy::Digests& digests) {
     Provenance provenance;
     provenance.profiles = profileRules(options, rules);
     provenance.validation = validationName(options.judging.validation);
     provenance.integrity = options.integrity.enabled;
+    provenance.keyring = digestOf(keyring);
     if (options.policy.failOn) {
         provenance.failOn = severityName(*options.policy.failOn);
     }
-    for (const std::string& file : options.policy.waivers) {
-        provenance.waivers.push_back(checksumOfFile(file));
-    }
-    provenance.baseline = checksumOfFile(options.policy.baseline);
+    provenance.waivers = digests.waivers;
+    provenance.baseline = digests.baseline;
     const Limits& limits = options.judging.limits;
     provenance.limits = {limits.seconds, limits.processorSeconds, limits.unpackedBytes,
                          limits.files,   limits.memory,           limits.report};

@@ -4,7 +4,9 @@
 #include <string>
 
 #include "cli/command/check.h"
+#include "cli/integrity/keyring.h"
 #include "cli/model/model.h"
+#include "cli/policy/policy.h"
 
 namespace pkgvet::cli {
 
@@ -13,7 +15,9 @@ namespace pkgvet::cli {
 bool needsDigests(const CheckOptions& options);
 
 // What decides the verdicts beside the packages: the rules, whose configuration file is at the path
-// rules, and the options. The limits are told as they were asked for.
-Provenance provenanceOf(const CheckOptions& options, const std::string& rules);
+// rules, the keys, the files of the policy, and the options. The limits are told as they were asked
+// for.
+Provenance provenanceOf(const CheckOptions& options, const std::string& rules,
+                        const Keyring& keyring, const Policy::Digests& digests);
 
 }  // namespace pkgvet::cli

@@ -18,11 +18,15 @@ namespace {
 
 constexpr Words<Format, 2> kFormats = {{{"text", Format::Text}, {"json", Format::Json}}};
 
-int checkTree(const std::string& tree, const std::vector<Profiles>& profiles) {
+int checkTree(const DefaultRules& own, const std::string& tree,
+              const std::vector<Profiles>& profiles) {
     const RuleFaults found = checkRuleTree(tree, profiles);
     std::vector<Fault> faults = found.unusable;
     faults.insert(faults.end(), found.dropped.begin(), found.dropped.end());
-    writeRuleCheck(faults, warnAboutRules(tree, profiles), std::cout);
+    std::vector<Fault> warnings = warnAboutRules(tree, profiles);
+    own.nameFile(&faults);
+    own.nameFile(&warnings);
+    writeRuleCheck(faults, warnings, std::cout);
     return faults.empty() ? kAccepted : kUsageError;
 }
 
@@ -76,7 +80,8 @@ int act(const RulesOptions& options) {
         options.profiles.empty() ? Profiles::Regular : options.profiles.front();
     switch (options.action) {
         case RulesAction::Check:
-            return checkTree(tree, options.profiles.empty() ? allProfiles() : options.profiles);
+            return checkTree(own, tree,
+                             options.profiles.empty() ? allProfiles() : options.profiles);
         case RulesAction::Show:
             return showTree(tree, profile, options.format);
         case RulesAction::Diff:

@@ -1,8 +1,10 @@
 // Puts settings together. The command line comes before the project file, key by key.
 #include "cli/command/settings.h"
 
+#include <algorithm>
 #include <filesystem>
 #include <ostream>
+#include <string_view>
 #include <system_error>
 
 #include "cli/base/escape.h"
@@ -18,6 +20,9 @@ namespace {
 constexpr const char* kCommandLine = "command line";
 constexpr const char* kDefault = "default";
 constexpr const char* kNone = "none";
+constexpr const char* kOn = "on";
+constexpr const char* kShown = "show-settings";  // goes without saying
+constexpr std::string_view kLongPrefix = "--";
 constexpr const char* kOwnRules = "the tree that comes with pkgvet";
 
 // Merges a project file into options and notes where everything comes from.
@@ -139,6 +144,30 @@ std::string projectLine(const Settings& settings) {
     return settings.projectFile.empty() ? kNone : printable(settings.projectFile);
 }
 
+// What the command line says beside the settings that a project file can make.
+std::vector<Setting> otherSettings(const Settings& settings) {
+    std::vector<Setting> others;
+    for (const GivenOption& given : settings.options.given) {
+        const std::string name = given.name.substr(kLongPrefix.size());
+        const auto isSame = [&name](const Setting& setting) { return setting.name == name; };
+        if (std::any_of(settings.all.begin(), settings.all.end(), isSame) || name == kShown) {
+            continue;
+        }
+        if (!given.addsUp) {
+            std::erase_if(others, isSame);
+        }
+        others.push_back({name, given.argument.empty() ? kOn : given.argument, kCommandLine});
+    }
+    return others;
+}
+
+void write(const std::vector<Setting>& settings, std::ostream& stream) {
+    for (const Setting& setting : settings) {
+        stream << setting.name << ": " << printable(setting.value) << " ("
+               << printable(setting.origin) << ")\n";
+    }
+}
+
 }  // namespace
 
 std::vector<Option> settingsOptions(SettingsOptions* options) {
@@ -164,10 +193,8 @@ Settings settingsFor(const CheckOptions& given, std::vector<Fault>* faults) {
 
 void writeSettings(const Settings& settings, std::ostream& stream) {
     stream << "project file: " << projectLine(settings) << '\n';
-    for (const Setting& setting : settings.all) {
-        stream << setting.name << ": " << printable(setting.value) << " ("
-               << printable(setting.origin) << ")\n";
-    }
+    write(settings.all, stream);
+    write(otherSettings(settings), stream);
 }
 
 }  // namespace pkgvet::cli

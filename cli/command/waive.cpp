@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <iostream>
 #include <set>
+#include <stdexcept>
 
 #include "cli/base/escape.h"
 #include "cli/base/exit_status.h"
@@ -11,59 +12,58 @@
 #include "cli/base/text.h"
 #include "cli/catalogue/catalogue.h"
 #include "cli/command/explain.h"
-#include "cli/policy/report_file.h"
 #include "cli/policy/waiver_file.h"
+#include "cli/records/stored_report.h"
 
 namespace pkgvet::cli {
 
 namespace {
 
 constexpr const char* kBlank = " \t\n";
-// What stands in a report for bytes that are not UTF-8.
-constexpr std::string_view kReplacement = "\xef\xbf\xbd";
 
 bool isNamed(const std::string& text, const std::vector<std::string>& names) {
     return names.empty() || std::find(names.begin(), names.end(), text) != names.end();
 }
 
 // Remarks reject no package, so that they are waived by name alone.
-bool isChosen(const ReportedFinding& finding, const WaiveOptions& options) {
-    const bool isRemark = finding.severity == severityName(Severity::Info);
-    return finding.counts && (!isRemark || !options.rules.empty()) &&
-           isNamed(finding.rule, options.rules) && isNamed(finding.subject, options.subjects);
+bool isChosen(const Finding& finding, const WaiveOptions& options) {
+    const bool isRemark = finding.severity == Severity::Info;
+    return finding.standing == Standing::Counts && (!isRemark || !options.rules.empty()) &&
+           isNamed(finding.rule, options.rules) &&
+           isNamed(finding.subject.value_or(std::string()), options.subjects);
 }
 
-// Why no waiver can be written for the finding; empty when one can.
-std::string obstacleOf(const ReportedFinding& finding) {
-    if (isGrave(finding.rule)) {
-        return finding.rule + " cannot be waived";
-    }
-    if (finding.subject.find(kReplacement) != std::string::npos ||
-        finding.package.find(kReplacement) != std::string::npos) {
-        return finding.rule + ": the report does not hold all bytes of " +
-               printable(finding.subject) + ", so that this waiver has to be written by hand";
-    }
-    return std::string();
-}
+// Gathers the waivers for the packages of a report.
+class WaiverList {
+public:
+    explicit WaiverList(const WaiveOptions& options) : options_(options) {}
 
-std::vector<NewWaiver> waiversFor(const std::vector<ReportedFinding>& findings,
-                                  const WaiveOptions& options) {
-    std::vector<NewWaiver> waivers;
-    std::set<std::string> obstacles;  // each is told once
-    for (const ReportedFinding& finding : findings) {
-        if (!isChosen(finding, options)) {
-            continue;
-        }
-        const std::string obstacle = obstacleOf(finding);
-        if (obstacle.empty()) {
-            waivers.push_back(
-                {finding.rule, finding.subject, finding.package, options.reason, options.lastDay});
-        } else if (obstacles.insert(obstacle).second) {
-            complain(obstacle);
+    void add(const PackageReport& package) {
+        for (const Judgement& judgement : package.judgements) {
+            for (const Finding& finding : judgement.findings) {
+                if (isChosen(finding, options_)) {
+                    add(finding, package.name);
+                }
+            }
         }
     }
-    return waivers;
-}
+
+    const std::vector<NewWaiver>& waivers() const { return waivers_; }
+
+private:
+    void add(const Finding& finding, const std::string& package) {
+        if (!isGrave(finding)) {
+            waivers_.push_back({finding.rule, finding.subject.value_or(std::string()), package,
+                                options_.reason, options_.lastDay});
+        } else if (told_.insert(finding.rule).second) {
+            complain(printable(finding.rule) + " cannot be waived");
+        }
+    }
+
+    const WaiveOptions& options_;
+    std::vector<NewWaiver> waivers_;
+    std::set<std::string> told_;  // of what cannot be waived, each once
+};
 
 std::string missingIn(const WaiveOptions& options) {
     return options.reason.empty() ? "--reason" : "";
@@ -121,7 +121,7 @@ CommandRow waiveCommand(WaiveOptions* options) {
         lastDayOption(&options->lastDay),
     };
     row.operand = {.name = "REPORT",
-                   .description = "A report in the format json",
+                   .description = "A report in the format json or jsonl",
                    .least = 1,
                    .most = 1,
                    .takesFiles = true,
@@ -137,15 +137,15 @@ int waive(const WaiveOptions& options) {
     if (!areKnownIds(options.rules)) {
         return kUsageError;
     }
-    std::vector<Fault> faults;
-    const std::vector<ReportedFinding> findings = readReport(options.report, &faults);
-    for (const Fault& fault : faults) {
-        complain(describe(fault));
-    }
-    if (!faults.empty()) {
+    WaiverList list(options);
+    try {
+        const StoredReport report(options.report,
+                                  [&list](const PackageReport& package) { list.add(package); });
+    } catch (const std::runtime_error& error) {
+        complain(printable(error.what()));
         return kUsageError;
     }
-    const std::vector<NewWaiver> waivers = waiversFor(findings, options);
+    const std::vector<NewWaiver>& waivers = list.waivers();
     if (waivers.empty()) {
         complain(printable(options.report) + ": there is nothing to waive");
         return kUsageError;

@@ -11,8 +11,10 @@
 #include <filesystem>
 #include <memory>
 #include <optional>
+#include <set>
 #include <system_error>
 
+#include "cli/base/checksum.h"
 #include "pkgvet/base/c_handle.h"
 #include "pkgvet/base/regular_file.h"
 
@@ -100,6 +102,19 @@ Keyring readKeyring(const std::string& directory, std::vector<Fault>* faults) {
         readKey(path, &keyring, faults);
     }
     return keyring;
+}
+
+std::string digestOf(const Keyring& keyring) {
+    if (keyring.keys.empty()) {
+        return std::string();
+    }
+    Checksum sum;
+    for (const std::string& key : std::set<std::string>(keyring.keys.begin(), keyring.keys.end())) {
+        // With the sizes, no two sets of keys make the same bytes.
+        sum.add(std::to_string(key.size()) + ":");
+        sum.add(key);
+    }
+    return sum.finish();
 }
 
 }  // namespace pkgvet::cli

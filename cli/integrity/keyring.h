@@ -17,4 +17,7 @@ struct Keyring {
 // key and nothing else. The result is of use only when nothing was.
 Keyring readKeyring(const std::string& directory, std::vector<Fault>* faults);
 
+// SHA-256 over the keys, whatever their files are called; empty without keys.
+std::string digestOf(const Keyring& keyring);
+
 }  // namespace pkgvet::cli

@@ -140,7 +140,9 @@ struct Provenance {
     std::string validation = {};              // "auto", "on" or "off"
     bool integrity = true;
     std::string failOn = {};  // the least severity that rejects, if the user says so
-    // SHA-256 of files; empty for what is not a regular file, and for no file.
+    // SHA-256 over the public keys, of which one has to have signed; empty for none.
+    std::string keyring = {};
+    // SHA-256 of files; empty for no file.
     std::vector<std::string> waivers = {};
     std::string baseline = {};
     AllowedMost limits = {};

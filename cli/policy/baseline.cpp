@@ -86,9 +86,12 @@ KnownFinding identityOf(const Finding& finding, const std::string& package) {
     return known;
 }
 
-Baseline readBaseline(const std::string& path, std::vector<Fault>* faults) {
+Baseline readBaseline(const std::string& path, std::vector<Fault>* faults, std::string* digest) {
     JsonReader reader(path, faults);
     const Json root = reader.load();
+    if (digest != nullptr) {
+        *digest = reader.digest();
+    }
     Baseline baseline;
     if (root.is_null()) {
         return baseline;

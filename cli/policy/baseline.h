@@ -32,8 +32,9 @@ KnownFinding identityOf(const Finding& finding, const std::string& package);
 using Baseline = std::map<KnownFinding, std::size_t>;
 
 // The baseline in the file at path. Everything that is wrong with it goes to faults; the result is
-// of use only when nothing was.
-Baseline readBaseline(const std::string& path, std::vector<Fault>* faults);
+// of use only when nothing was. digest, unless it is null, receives SHA-256 of the file.
+Baseline readBaseline(const std::string& path, std::vector<Fault>* faults,
+                      std::string* digest = nullptr);
 
 // Takes the findings of package into baseline, apart from those that are grave, which always count,
 // and those that are waived, which have to count again once the waiver is gone.

@@ -50,10 +50,10 @@ bool passes(const Judgement& judgement, bool validationEnabled, std::optional<Se
 Policy::Policy(const PolicyOptions& options, const Date& today, std::vector<Fault>* faults)
     : failOn_(options.failOn) {
     for (const std::string& path : options.waivers) {
-        addWaivers(readWaivers(path, faults), today);
+        addWaivers(readWaivers(path, faults, &digests_.waivers.emplace_back()), today);
     }
     if (!options.baseline.empty()) {
-        baseline_ = readBaseline(options.baseline, faults);
+        baseline_ = readBaseline(options.baseline, faults, &digests_.baseline);
     }
 }
 

@@ -21,6 +21,12 @@ namespace pkgvet::cli {
 // used.
 class Policy {
 public:
+    // SHA-256 of each file that was read, as it was then.
+    struct Digests {
+        std::vector<std::string> waivers = {};  // in the order of the files
+        std::string baseline = {};              // empty for none
+    };
+
     // What the user asks for. Everything that is wrong with the files that it names goes to
     // faults; the result is of use only when nothing was.
     Policy(const PolicyOptions& options, const Date& today, std::vector<Fault>* faults);
@@ -41,6 +47,8 @@ public:
     // end knows what excused nothing.
     std::vector<std::string> notices(bool complete) const;
 
+    const Digests& digests() const { return digests_; }
+
 private:
     // A waiver, and what its notices depend on.
     struct TrackedWaiver {
@@ -59,6 +67,7 @@ private:
 
     std::vector<TrackedWaiver> waivers_;
     Baseline baseline_;
+    Digests digests_;
     std::optional<Severity> failOn_;
 };
 

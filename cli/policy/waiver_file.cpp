@@ -6,6 +6,8 @@
 #include <string_view>
 #include <utility>
 
+#include "cli/base/escape.h"
+
 namespace pkgvet::cli {
 
 namespace {
@@ -13,6 +15,24 @@ namespace {
 using OrderedJson = nlohmann::ordered_json;
 
 constexpr std::string_view kSyntax = "^$\\.*+?()[]{}|";
+
+// A byte that is not UTF-8, which JSON cannot hold.
+std::string bytePattern(char byte) {
+    constexpr const char* kDigits = "0123456789abcdef";
+    const auto value = static_cast<unsigned char>(byte);
+    return {'\\', 'x', kDigits[value >> 4U], kDigits[value & 0xfU]};
+}
+
+// The bytes of the character that text begins with; 0 where they are not UTF-8.
+std::size_t characterSize(std::string_view text) {
+    constexpr std::size_t kLongest = 4;
+    for (std::size_t size = 1; size <= std::min(kLongest, text.size()); ++size) {
+        if (!bytesEscaped(text.substr(0, size))) {
+            return size;
+        }
+    }
+    return 0;
+}
 
 OrderedJson toJson(const NewWaiver& waiver) {
     OrderedJson object;
@@ -30,11 +50,15 @@ OrderedJson toJson(const NewWaiver& waiver) {
 
 std::string patternFor(const std::string& text) {
     std::string pattern;
-    for (const char c : text) {
-        if (kSyntax.find(c) != std::string_view::npos) {
-            pattern += '\\';
+    for (std::string_view rest = text; !rest.empty();) {
+        const std::size_t size = characterSize(rest);
+        if (size == 0) {
+            pattern += bytePattern(rest.front());
+        } else {
+            pattern.append(kSyntax.find(rest.front()) == std::string_view::npos ? 0 : 1, '\\');
+            pattern += rest.substr(0, size);
         }
-        pattern += c;
+        rest.remove_prefix(std::max<std::size_t>(size, 1));
     }
     return pattern;
 }

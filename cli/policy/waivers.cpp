@@ -77,9 +77,13 @@ std::optional<Date> readLastDay(const JsonReader& reader, const Json& object,
 
 }  // namespace
 
-std::vector<Waiver> readWaivers(const std::string& path, std::vector<Fault>* faults) {
+std::vector<Waiver> readWaivers(const std::string& path, std::vector<Fault>* faults,
+                                std::string* digest) {
     JsonReader reader(path, faults);
     const Json root = reader.load();
+    if (digest != nullptr) {
+        *digest = reader.digest();
+    }
     std::vector<Waiver> waivers;
     if (root.is_null()) {
         return waivers;

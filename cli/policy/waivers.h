@@ -27,8 +27,10 @@ struct Waiver {
 };
 
 // The waivers of the file at path, in its order. Everything that is wrong with it goes to faults;
-// the result is of use only when nothing was.
-std::vector<Waiver> readWaivers(const std::string& path, std::vector<Fault>* faults);
+// the result is of use only when nothing was. digest, unless it is null, receives SHA-256 of the
+// file.
+std::vector<Waiver> readWaivers(const std::string& path, std::vector<Fault>* faults,
+                                std::string* digest = nullptr);
 
 // Whether the waiver covers finding in the package of that name, whatever the day is. A text
 // that is too long for the engine of the patterns is not excused.

@@ -30,7 +30,7 @@ auto asTuple(const AllowedMost& limits) {
 
 bool hasSameOptions(const Provenance& one, const Provenance& other) {
     return one.validation == other.validation && one.integrity == other.integrity &&
-           asTuple(one.limits) == asTuple(other.limits);
+           one.keyring == other.keyring && asTuple(one.limits) == asTuple(other.limits);
 }
 
 }  // namespace

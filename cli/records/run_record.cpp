@@ -62,6 +62,10 @@ Provenance readProvenance(const Fields& fields) {
     provenance.profiles = readProfiles(fields);
     provenance.validation = wordIn(fields, "validation", kValidations);
     provenance.integrity = fields.flag("integrity");
+    // Reports of earlier versions do not have it.
+    if (fields.has("keyring")) {
+        provenance.keyring = fields.digest("keyring");
+    }
     if (fields.bytesOrNone("fail_on")) {
         provenance.failOn = wordIn(fields, "fail_on", kFailOns);
     }

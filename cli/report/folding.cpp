@@ -48,8 +48,7 @@ std::vector<std::string_view> parted(std::string_view text, bool keepsPhrases) {
     return parts;
 }
 
-void addBroken(std::string_view word, std::size_t columns, std::vector<std::string>* lines) {
-    lines->emplace_back();
+void addByCharacters(std::string_view word, std::size_t columns, std::vector<std::string>* lines) {
     while (!word.empty()) {
         const auto size = static_cast<std::size_t>(g_utf8_skip[static_cast<guchar>(word.front())]);
         const std::string_view character = word.substr(0, size);
@@ -58,6 +57,25 @@ void addBroken(std::string_view word, std::size_t columns, std::vector<std::stri
         }
         lines->back() += character;
         word.remove_prefix(character.size());
+    }
+}
+
+// A path is broken behind its slashes, as far as there are any.
+void addBroken(std::string_view word, std::size_t columns, std::vector<std::string>* lines) {
+    lines->emplace_back();
+    while (!word.empty()) {
+        const std::size_t slash = word.find('/', 1);
+        const std::string_view piece =
+            word.substr(0, slash == std::string_view::npos ? slash : slash + 1);
+        if (widthOf(lines->back()) + widthOf(piece) <= columns) {
+            lines->back() += piece;
+        } else {
+            if (!lines->back().empty()) {
+                lines->emplace_back();
+            }
+            addByCharacters(piece, columns, lines);
+        }
+        word.remove_prefix(piece.size());
     }
 }
 

@@ -122,6 +122,7 @@ Json provenanceJson(const Provenance& provenance) {
     }
     json["validation"] = provenance.validation;
     json["integrity"] = provenance.integrity;
+    json["keyring"] = orNull(provenance.keyring);
     json["fail_on"] = orNull(provenance.failOn);
     json["waivers"] = Json::array();
     for (const std::string& digest : provenance.waivers) {

@@ -81,6 +81,7 @@ public:
             count = smaller(count, size);
             document = text(results.first(count), number);
         }
+        documents->areTooLarge = documents->areTooLarge || excess(document) > 0;
         documents->texts.push_back(std::move(document));
         documents->told += count;
         return count;

@@ -20,6 +20,8 @@ struct SarifDocuments {
     std::vector<std::string> texts;  // one at least
     std::size_t told = 0;            // how many results stand in texts
     std::size_t results = 0;         // how many there are
+    // Whether what is said beside results, or a single result, is more than a document takes.
+    bool areTooLarge = false;
 };
 
 inline constexpr std::size_t kAllDocuments = std::numeric_limits<std::size_t>::max();

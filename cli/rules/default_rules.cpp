@@ -7,6 +7,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <nlohmann/json.hpp>
 #include <system_error>
 #include <vector>
@@ -58,20 +59,36 @@ std::string formerDirectory(const std::vector<Json*>& names, const fs::path& pre
     return isCommon ? beginning : std::string();
 }
 
+std::string contentOf(const std::string& path) {
+    std::ifstream stream(path, std::ios::binary);
+    return {std::istreambuf_iterator<char>(stream), {}};
+}
+
+// The beginning of a JSON string that begins with text.
+std::string opened(const std::string& text) {
+    std::string string = Json(text).dump();
+    string.pop_back();
+    return string;
+}
+
 // The content of the file at path with names of files beside it; empty where it has them already.
 std::string relocated(const std::string& path) {
-    std::ifstream stream(path);
-    Json root = Json::parse(stream);
+    std::string content = contentOf(path);
+    Json root = Json::parse(content);
     const fs::path directory = fs::path(path).parent_path();
     const std::vector<Json*> names = fileNamesIn(&root);
     const std::string former = formerDirectory(names, directory);
     if (former.empty()) {
         return std::string();
     }
-    for (Json* name : names) {
-        *name = (directory / name->get<std::string>().substr(former.size())).native();
+    // In the text, so that faults have their places in the file itself.
+    const std::string before = opened(former);
+    const std::string after = opened(directory / "");
+    for (std::size_t at = content.find(before); at != std::string::npos;
+         at = content.find(before, at + after.size())) {
+        content.replace(at, before.size(), after);
     }
-    return root.dump();
+    return content;
 }
 
 Descriptor fileInMemory(const std::string& content) {
@@ -84,7 +101,7 @@ Descriptor fileInMemory(const std::string& content) {
 }  // namespace
 
 // What is wrong with the file itself, its reader says better.
-DefaultRules::DefaultRules() : path_(configurationFile()) {
+DefaultRules::DefaultRules() : file_(configurationFile()), path_(file_) {
     std::string content;
     try {
         content = relocated(path_);
@@ -94,6 +111,14 @@ DefaultRules::DefaultRules() : path_(configurationFile()) {
     copy_ = content.empty() ? Descriptor() : fileInMemory(content);
     if (copy_.isOpen()) {
         path_ = "/proc/" + std::to_string(getpid()) + "/fd/" + std::to_string(copy_.get());
+    }
+}
+
+void DefaultRules::nameFile(std::vector<Fault>* faults) const {
+    for (Fault& fault : *faults) {
+        if (fault.file == path_) {
+            fault.file = file_;
+        }
     }
 }
 

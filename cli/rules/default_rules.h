@@ -2,7 +2,9 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
+#include "cli/base/fault.h"
 #include "pkgvet/base/descriptor.h"
 
 namespace pkgvet::cli {
@@ -21,7 +23,11 @@ public:
     // A path for this process and for those that it starts.
     const std::string& path() const { return path_; }
 
+    // Has faults of the copy name the file that it was made of. Both have the same lines.
+    void nameFile(std::vector<Fault>* faults) const;
+
 private:
+    std::string file_;
     std::string path_;
     Descriptor copy_;
 };

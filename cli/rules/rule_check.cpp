@@ -17,6 +17,7 @@ namespace {
 constexpr const char* kUnknownTier = "is not the name of a tier, so its list is dropped";
 constexpr const char* kUnknownParent = "cannot be a parent, so nothing is inherited";
 constexpr const char* kUnknownKey = "is not a known key, so what it holds is dropped";
+constexpr const char* kWrongEscape = "is not an escape of JSON, and its backslash is dropped";
 constexpr const char* kDoubledKey = "stands twice, and the first one is dropped";
 
 void checkPattern(const RuleElement& element, std::vector<Fault>* faults) {
@@ -31,6 +32,7 @@ public:
     RuleFaults check(const std::string& path, const std::vector<Profiles>& profiles) {
         walkRuleTree(path, profiles, visitor());
         findDoubledKeys();
+        findWrongEscapes();
         // Profiles that share a parent share its faults.
         faults_.unusable = eachOnce(faults_.unusable);
         faults_.dropped = eachOnce(faults_.dropped);
@@ -80,6 +82,16 @@ private:
         for (const std::string& file : files_) {
             for (const DoubledKey& doubled : locator_.positionsIn(file).doubledKeys()) {
                 faults_.dropped.push_back({file, doubled.place, kDoubledKey, doubled.position});
+            }
+        }
+    }
+
+    // json-glib drops the backslash, so that "lib\.so" becomes a pattern for "libXso" as well.
+    void findWrongEscapes() {
+        for (const std::string& file : files_) {
+            for (const WrongEscape& wrong : locator_.positionsIn(file).wrongEscapes()) {
+                faults_.dropped.push_back(
+                    {file, wrong.place, kWrongEscape, wrong.position, wrong.text});
             }
         }
     }

@@ -21,6 +21,8 @@ constexpr const char* kBlank = "begins or ends with a blank, which must then be 
 constexpr std::string_view kLibraries = "libraries.";
 constexpr const char* kBareDot =
     "has a dot that stands for any character; a dot itself is written \\\\.";
+// What the strict reader says of an escape that JSON does not know.
+constexpr std::string_view kWrongEscape = "forbidden character after backslash";
 constexpr const char* kLenient =
     "is not strict JSON; it is read all the same, but not always as it was meant: ";
 
@@ -98,8 +100,8 @@ void warnAboutRepeats(const RuleSet& rules, std::vector<Fault>* warnings) {
 void warnAboutLenience(const RuleSet& rules, std::vector<Fault>* warnings) {
     for (const std::string& file : rules.files) {
         for (const Fault& fault : faultsOfJson(file)) {
-            // A key that stands twice has rules dropped, which is graver.
-            if (!fault.key.empty()) {
+            // A key that stands twice and a wrong escape have rules dropped, which is graver.
+            if (!fault.key.empty() || fault.cause.find(kWrongEscape) != std::string::npos) {
                 continue;
             }
             warnings->push_back({file, fault.key, kLenient + fault.cause, fault.position});

@@ -1,8 +1,10 @@
 // `pkgvet check` with waivers, baselines and --fail-on.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
 
 #include <nlohmann/json.hpp>
+#include <thread>
 
 #include "tests/support/package/package_builder.h"
 #include "tests/support/program/program.h"
@@ -182,6 +184,28 @@ TEST_F(PolicyCommand, BaselineThatCannotBeWrittenIsAUsageError) {
     const ProgramResult result = check({"--write-baseline", own_ / "none/known.json", package()});
     EXPECT_EQ(result.status, 2);
     EXPECT_THAT(result.errors, HasSubstr("none/known.json"));
+}
+
+// Through a pipe a file is read once, and no more.
+TEST_F(PolicyCommand, ReportNamesTheFilesByTheirDigestsWhateverTheyAreReadFrom) {
+    const std::string file = waivers(kRule);
+    const std::string baseline =
+        own_.write("known.json", R"({"schema_version": 1, "findings": []})");
+    const auto provenanceOf = [](const ProgramResult& result) {
+        return json::parse(result.output)["provenance"];
+    };
+    const json plain = provenanceOf(
+        check({"--format", "json", "--waivers", file, "--baseline", baseline, package()}));
+    EXPECT_EQ(plain["waivers"][0].get<std::string>().size(), 64U);
+    EXPECT_EQ(plain["baseline"].get<std::string>().size(), 64U);
+    const std::string pipe = own_ / "pipe";
+    ASSERT_EQ(mkfifo(pipe.c_str(), 0600), 0);
+    std::thread writer([&] { writeFile(pipe, readFile(file)); });
+    const json piped = provenanceOf(
+        check({"--format", "json", "--waivers", pipe, "--baseline", baseline, package()}));
+    writer.join();
+    EXPECT_EQ(piped, plain);
+    EXPECT_EQ(provenanceOf(check({"--format", "json", package()}))["baseline"], nullptr);
 }
 
 }  // namespace

@@ -75,11 +75,18 @@ TEST_F(ProjectFileInUse, ShownSettingsSayWhereTheyComeFrom) {
                   ":1:13)\nrules: the tree that comes with pkgvet (default)\n" +
                   "waivers: " + project_ / "a.json" + " (" + file +
                   ":2:13)\nwaivers: " + project_ / "b.json" + " (" + file +
-                  ":2:13)\nbaseline: none (default)\nfail-on: warning (command line)\n");
-    EXPECT_EQ(checkIn("sub", {"--show-settings", "--isolated"}).output,
-              "project file: ignored (--isolated)\nprofile: regular (default)\n"
-              "rules: the tree that comes with pkgvet (default)\nwaivers: none (default)\n"
-              "baseline: none (default)\nfail-on: none (default)\n");
+                  ":2:13)\nbaseline: none (default)\nfail-on: warning (command line)\n"
+                  "validation: off (command line)\n");
+    EXPECT_EQ(
+        checkIn("sub", {"--show-settings", "--isolated", "-j", "2", "--jobs", "3", "-o", "json:a",
+                        "-o", "text:b", "-q"})
+            .output,
+        "project file: ignored (--isolated)\nprofile: regular (default)\n"
+        "rules: the tree that comes with pkgvet (default)\nwaivers: none (default)\n"
+        "baseline: none (default)\nfail-on: none (default)\n"
+        "isolated: on (command line)\nvalidation: off (command line)\njobs: 3 (command line)\n"
+        "output: json:a (command line)\noutput: text:b (command line)\n"
+        "quiet: on (command line)\n");
 }
 
 TEST_F(ProjectFileInUse, OneThatMayNotBeUsedIsTold) {

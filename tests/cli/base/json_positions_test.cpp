@@ -81,4 +81,15 @@ TEST(JsonPositions, AnyBytesCanBeScanned) {
     EXPECT_EQ(text(JsonPositions(deep).nearest("[0][0]")), "1:3");
 }
 
+TEST(JsonPositions, EscapesThatJsonDoesNotKnowAreTold) {
+    const JsonPositions positions(
+        "{\"a\": [\"\\\\.\\n\\u0041\\/\",\n \"lib\\.so\\.1\"], 'b\\d': 1, \"c\": \"\\");
+    ASSERT_EQ(positions.wrongEscapes().size(), 2U);
+    EXPECT_EQ(positions.wrongEscapes()[0].place, "a[1]");
+    EXPECT_EQ(positions.wrongEscapes()[0].text, "\\.");
+    EXPECT_EQ(text(positions.wrongEscapes()[0].position), "2:2");
+    EXPECT_EQ(positions.wrongEscapes()[1].text, "\\d");
+    EXPECT_TRUE(JsonPositions("\"no escape\"").wrongEscapes().empty());
+}
+
 }  // namespace

@@ -131,4 +131,17 @@ TEST(OutputFile, TwoFilesOfOneNameDoNotMix) {
     EXPECT_EQ(filesIn(directory), 1U);
 }
 
+// Whatever ends the process, even without its knowledge.
+TEST(OutputFile, HasNoNameBeforeItIsWhole) {
+    const TemporaryDirectory directory;
+    OutputFile file(directory / "report");
+    file.write("half");
+    if (filesIn(directory) != 0) {
+        GTEST_SKIP() << "the file system has no files without names";
+    }
+    file.commit();
+    EXPECT_EQ(readFile(directory / "report"), "half");
+    EXPECT_EQ(filesIn(directory), 1U);
+}
+
 }  // namespace

@@ -37,6 +37,12 @@ TEST(OptionConflicts, WhatComesToNothingIsNamed) {
         {{"--timings", "--format", "github"}, "--timings"},
         {{"--split", "-o", "sarif:-"}, "--split"},
         {{"--sandbox", "off", "--scratch", "/tmp"}, "--scratch"},
+        {{"--integrity", "off", "--keyring", "keys"}, "--keyring"},
+        {{"-q", "--format", "gitlab"}, "--quiet"},
+        {{"--explain", "--format", "markdown"}, "--explain"},
+        {{"--timings", "--format", "markdown"}, "--timings"},
+        {{"--timings", "--format", "gitlab"}, "--timings"},
+        {{"--show-waived", "--format", "gitlab"}, "--show-waived"},
     };
     for (const Case& test : cases) {
         SCOPED_TRACE(test.option);
@@ -55,6 +61,7 @@ TEST(OptionConflicts, WhatHasAnEffectIsLeftAlone) {
         {"--color", "never", "--format", "json"},
         {"--split", "-o", "sarif:file"},
         {"--scratch", "/tmp"},
+        {"--keyring", "keys"},
     };
     for (const std::vector<const char*>& line : lines) {
         EXPECT_EQ(conflictOf(line), "");

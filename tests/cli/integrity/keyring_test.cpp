@@ -85,4 +85,17 @@ TEST_F(KeyringTest, ADirectoryWithoutKeysIsAFault) {
     EXPECT_EQ(found[0].cause, "No such file or directory");
 }
 
+TEST_F(KeyringTest, DigestFollowsTheKeysAndNotTheirFiles) {
+    EXPECT_EQ(digestOf(Keyring()), "");
+    Keyring two;
+    two.keys = {"a", "bc"};
+    Keyring turned;
+    turned.keys = {"bc", "a", "bc"};
+    Keyring other;
+    other.keys = {"ab", "c"};
+    EXPECT_EQ(digestOf(two).size(), 64U);
+    EXPECT_EQ(digestOf(two), digestOf(turned));
+    EXPECT_NE(digestOf(two), digestOf(other));
+}
+
 }  // namespace

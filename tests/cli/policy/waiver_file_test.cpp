@@ -24,6 +24,8 @@ TEST(WaiverFile, PatternMatchesItsTextAndNothingElse) {
         {"a|b", "a"},
         {"^x$", "x"},
         {"C:\\d*?", "C:\\d"},
+        {"\xff\xfe.so", "\xff\xfd.so"},
+        {"caf\xe9/\xc3\xa9", "caf\xe8/\xc3\xa9"},
         {"/usr/share/a b/é-\"x\"", "/usr/share/a b/e-\"x\""},
     };
     for (const Case& test : cases) {

@@ -177,7 +177,7 @@ TEST(ReportReader, EveryMemberIsLookedAt) {
 }
 
 TEST(ReportReader, FaultsHaveLineAndColumn) {
-    EXPECT_EQ(faultOf(lying({"/packages/0/arch", 1, ""})).substr(0, 8), "r:43:15:");
+    EXPECT_EQ(faultOf(lying({"/packages/0/arch", 1, ""})).substr(0, 8), "r:44:15:");
     struct Case {
         std::string content;
         std::string fault;

@@ -28,6 +28,8 @@ TEST(Folding, BreaksWhereALineIsFull) {
         {"phrase that no line holds", "see (e.g. a b)", 8, {"see", "(e.g. a", "b)"}},
         {"phrase without an end", "see (a b c", 6, {"see", "(a b c"}},
         {"long word", "a 1234567 b", 4, {"a", "1234", "567", "b"}},
+        {"path", "in /usr/share/org.x/icons", 14, {"in", "/usr/share/", "org.x/icons"}},
+        {"path with a long part", "/a/123456789/b", 6, {"/a/", "123456", "789/b"}},
         {"two columns each", "\u4e2d\u4e2d\u4e2d", 4, {"\u4e2d\u4e2d", "\u4e2d"}},
         {"colour", "\033[31mred\033[m blue", 8, {"\033[31mred\033[m blue"}},
     };

@@ -172,13 +172,14 @@ TEST(FormatJson, RunSaysHowItsVerdictsCameAbout) {
                       .validation = "on",
                       .integrity = false,
                       .failOn = "warning",
+                      .keyring = digest,
                       .waivers = {digest, ""},
                       .baseline = digest,
                       .limits = {1.5, 2, 3, 4, 5, 6}};
     const Json expected = Json::parse(R"({"profiles":[{"name":"mdm","rules_digest":")" + digest +
-                                      R"("}],"validation":"on","integrity":false,
-        "fail_on":"warning","waivers":[")" +
-                                      digest + R"(",null],"baseline":")" + digest +
+                                      R"("}],"validation":"on","integrity":false,"keyring":")" +
+                                      digest + R"(","fail_on":"warning","waivers":[")" + digest +
+                                      R"(",null],"baseline":")" + digest +
                                       R"(","limits":{"timeout":1.5,"cpu_time":2,"max_unpacked":3,
         "max_files":4,"memory":5,"max_report":6}})");
     EXPECT_EQ(json(run)["provenance"], expected);

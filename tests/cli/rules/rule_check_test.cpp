@@ -288,4 +288,12 @@ TEST_F(RuleCheck, SoundTreeDropsNothing) {
     }
 }
 
+TEST_F(RuleCheck, BackslashThatTheLibraryLosesDropsARule) {
+    writeFile(list("paths.json"), "{\"paths\": [\"/usr/a\",\n \"/usr/b\\.so\"]}");
+    EXPECT_THAT(dropped(), testing::ElementsAre(
+                               "profile-0/paths.json:2:2: \\. is not an escape of JSON, and its "
+                               "backslash is dropped"));
+    EXPECT_THAT(faults(), IsEmpty());
+}
+
 }  // namespace
