@@ -5,7 +5,7 @@
 # machine does not decide. Behind them comes the most memory that pkgvet's own processes took.
 #
 # At the end, bare unpacking into memory with and without the guard in front of cpio, in turns, the
-# best of all of them.
+# best of all of them. Then a check against the impact of a change of the rules, in turns.
 #
 # usage: judging_bench.sh PROGRAM [RUNS]
 set -euo pipefail
@@ -180,4 +180,24 @@ echo "18446744073709551615 18446744073709551615" >"$PKGVET_GUARD_ORDERS"
 printf '%-28s %10s %10s %21s\n' "ms for a package" "cpio" "guarded" "ratio"
 for package in tiny-gzip medium-gzip many-gzip big-zstd; do
     compare "$package"
+done
+
+# What a second rule tree costs: one check against `pkgvet impact` with a library and a path less.
+readonly rules=${program%/bin/*}/share/pkgvet/rules/pkgvet.json
+mkdir "$work/rules"
+regular=$(dirname "$(sed -n 's/.*"paths_list": "\(.*regular.*\)".*/\1/p' "$rules" | head -1)")
+sed '0,/"lib/s/"lib/"lab/' "$regular/libraries.json" >"$work/rules/libraries.json"
+sed '0,/"\/usr/s/"\/usr/"\/opt/' "$regular/paths.json" >"$work/rules/paths.json"
+sed "s|$regular/libraries.json|$work/rules/libraries.json|; s|$regular/paths.json|$work/rules/paths.json|" \
+    "$rules" >"$work/rules/pkgvet.json"
+printf '%-28s %10s %10s %21s\n' "ms for a package" "check" "impact" "ratio"
+for package in tiny-gzip medium-gzip many-gzip big-zstd; do
+    check=1000000000 impact=1000000000
+    for ((i = 0; i < runs; ++i)); do
+        check=$(lesser "$check" "$(duration "$program" check -q "$work/$package.rpm")")
+        impact=$(lesser "$impact" "$(duration "$program" impact --old "$rules" \
+            --new "$work/rules/pkgvet.json" "$work/$package.rpm")")
+    done
+    awk -v name="$package" -v check="$check" -v impact="$impact" 'BEGIN {
+        printf "%-28s %10.2f %10.2f %21.2f\n", name, check / 100, impact / 100, impact / check }'
 done

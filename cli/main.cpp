@@ -10,10 +10,12 @@
 #include "cli/command/check.h"
 #include "cli/command/compare.h"
 #include "cli/command/explain.h"
+#include "cli/command/impact.h"
 #include "cli/command/merge.h"
 #include "cli/command/options.h"
 #include "cli/command/report.h"
 #include "cli/command/rules.h"
+#include "cli/command/verify.h"
 #include "cli/command/waive.h"
 #include "pkgvet/base/descriptor.h"
 
@@ -38,12 +40,16 @@ int run(const pkgvet::cli::Options& options) {
             return compare(options.compare);
         case Command::Explain:
             return explain(options.explain);
+        case Command::Impact:
+            return impact(options.impact);
         case Command::Merge:
             return merge(options.merge);
         case Command::Report:
             return report(options.report);
         case Command::Rules:
             return rules(options.rules);
+        case Command::Verify:
+            return verify(options.verify);
         case Command::Waive:
             return waive(options.waive);
     }

@@ -17,6 +17,7 @@
 #include "cli/base/exit_status.h"
 #include "cli/command/option_conflicts.h"
 #include "cli/command/pool_options.h"
+#include "cli/command/quiet_run.h"
 #include "cli/command/run.h"
 #include "cli/command/run_files.h"
 #include "cli/command/settings.h"
@@ -36,17 +37,6 @@ constexpr const char* kExitStatuses =
     "could\n"
     "not be judged (3 outranks 1).";
 
-constexpr const char* kNothingToJudge =
-    "there is nothing to judge, which --allow-empty would permit";
-
-// Whether there is nothing to complain of.
-bool isSound(const std::vector<Fault>& faults) {
-    for (const Fault& fault : faults) {
-        complain(describe(fault));
-    }
-    return faults.empty();
-}
-
 // A tree that loses rules still judges, but not as its writer thinks.
 void warnOf(const std::vector<Fault>& faults) {
     for (const Fault& fault : faults) {
@@ -61,22 +51,8 @@ bool hasReader(int descriptor) {
     return poll(&output, 1, 0) < 0 || (output.revents & POLLERR) == 0;
 }
 
-// Says what leads to no package. Throws std::runtime_error when nothing leads to any.
-std::vector<Input> packagesOf(const InputOptions& options) {
-    CollectedInput collected = collectInput(options);
-    if (!options.allowEmpty) {
-        for (const std::string& empty : collected.empty) {
-            complain(printable(empty));
-        }
-        if (collected.packages.empty()) {
-            throw std::runtime_error(kNothingToJudge);
-        }
-    }
-    return std::move(collected.packages);
-}
-
-RunEnd judgeInputs(const Settings& settings, const std::string& rules, Policy policy,
-                   Judging judging) {
+RunEnd judgeInputs(const Settings& settings, const std::string& rules, const Keyring& keyring,
+                   Policy policy, Judging judging) {
     const CheckOptions& options = settings.options;
     std::optional<Run> run;
     try {
@@ -86,7 +62,8 @@ RunEnd judgeInputs(const Settings& settings, const std::string& rules, Policy po
             shard = keepShard(*options.input.shard, &packages);
         }
         guardFiles(settings, rules, packages);
-        run.emplace(options, rules, RunInputs{std::move(packages), shard}, std::move(policy));
+        run.emplace(options, rules, RunInputs{std::move(packages), shard}, keyring,
+                    std::move(policy));
     } catch (const std::runtime_error& error) {
         complain(printable(error.what()));
         return {};
@@ -107,10 +84,6 @@ int endOf(const RunEnd& end, bool isEndedByPipes) {
     return statusAfterOutput(end.status);
 }
 
-Keyring keyringOf(const IntegrityOptions& options, std::vector<Fault>* faults) {
-    return options.keyring.empty() ? Keyring() : readKeyring(options.keyring, faults);
-}
-
 int checkUnder(const Settings& settings) {
     const CheckOptions& options = settings.options;
     // A reader that goes away is an error like any other until all is cleared up.
@@ -120,9 +93,11 @@ int checkUnder(const Settings& settings) {
     std::vector<Fault> faults;
     const Keyring keyring = keyringOf(options.integrity, &faults);
     // It looks at the machine while this process looks at the rules.
-    Judging judging{poolOptions(options, rules, keyring), nullptr};
+    Judging judging{poolOptions(options, {rules}, keyring), nullptr};
     judging.from = std::make_unique<TemplateProcess>(judging.options.judging);
-    const RuleFaults faultsOfRules = checkRuleTree(rules, options.judging.profiles);
+    RuleFaults faultsOfRules = checkRuleTree(rules, options.judging.profiles);
+    own.nameFile(&faultsOfRules.dropped);
+    own.nameFile(&faultsOfRules.unusable);
     warnOf(faultsOfRules.dropped);
     faults.insert(faults.end(), faultsOfRules.unusable.begin(), faultsOfRules.unusable.end());
     Policy policy(options.policy, localDate(), &faults);
@@ -130,8 +105,19 @@ int checkUnder(const Settings& settings) {
         return kUsageError;
     }
     judging.from->prepare();
-    return endOf(judgeInputs(settings, rules, std::move(policy), std::move(judging)),
+    return endOf(judgeInputs(settings, rules, keyring, std::move(policy), std::move(judging)),
                  isEndedByPipes);
+}
+
+// For whoever asks what is in force.
+void noteWhenGiven(Option* option, std::vector<GivenOption>* given) {
+    const Setter set = option->set;
+    const std::string name = option->names.back();
+    const bool addsUp = option->mayRepeat;
+    option->set = [set, name, addsUp, given](const std::string& argument) {
+        given->push_back({name, argument, addsUp});
+        return set(argument);
+    };
 }
 
 std::vector<Option> allOptions(CheckOptions* options) {
@@ -141,6 +127,9 @@ std::vector<Option> allOptions(CheckOptions* options) {
                     judgingOptions(&options->judging), integrityOptions(&options->integrity),
                     policyOptions(&options->policy), reportOptions(&options->report)}) {
         all.insert(all.end(), some.begin(), some.end());
+    }
+    for (Option& option : all) {
+        noteWhenGiven(&option, &options->given);
     }
     return all;
 }

@@ -124,6 +124,8 @@ CommandRow commandTable(Options* options) {
         bound(Command::Merge, mergeCommand(&options->merge), options),
         bound(Command::Compare, compareCommand(&options->compare), options),
         bound(Command::Rules, rulesCommand(&options->rules), options),
+        bound(Command::Impact, impactCommand(&options->impact), options),
+        bound(Command::Verify, verifyCommand(&options->verify), options),
         bound(Command::Waive, waiveCommand(&options->waive), options),
     };
     return completed(std::move(table));

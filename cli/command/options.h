@@ -7,14 +7,16 @@
 #include "cli/command/command_table.h"
 #include "cli/command/compare.h"
 #include "cli/command/explain.h"
+#include "cli/command/impact.h"
 #include "cli/command/merge.h"
 #include "cli/command/report.h"
 #include "cli/command/rules.h"
+#include "cli/command/verify.h"
 #include "cli/command/waive.h"
 
 namespace pkgvet::cli {
 
-enum class Command { Check, Compare, Explain, Merge, Report, Rules, Waive };
+enum class Command { Check, Compare, Explain, Impact, Merge, Report, Rules, Verify, Waive };
 
 // What a command line asks for. Only the options of its command mean anything.
 struct Options {
@@ -22,9 +24,11 @@ struct Options {
     CheckOptions check;
     CompareOptions compare;
     ExplainOptions explain;
+    ImpactOptions impact;
     MergeOptions merge;
     RewriteOptions report;
     RulesOptions rules;
+    VerifyOptions verify;
     WaiveOptions waive;
 };
 

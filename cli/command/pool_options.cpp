@@ -17,12 +17,15 @@ namespace {
 using ManagedConfiguration::Validator::ParamFileValidator;
 
 std::vector<Configuration> configurationsOf(const JudgingOptions& options,
-                                            const std::string& rules) {
+                                            const std::vector<std::string>& trees) {
     std::vector<Configuration> configurations;
-    for (const Profiles profile : options.profiles) {
-        configurations.emplace_back(rules, profile);
-        if (options.validation != ValidationMode::Auto) {
-            configurations.back().setValidationEnabled(options.validation == ValidationMode::On);
+    for (const std::string& tree : trees) {
+        for (const Profiles profile : options.profiles) {
+            configurations.emplace_back(tree, profile);
+            if (options.validation != ValidationMode::Auto) {
+                configurations.back().setValidationEnabled(options.validation ==
+                                                           ValidationMode::On);
+            }
         }
     }
     return configurations;
@@ -30,10 +33,10 @@ std::vector<Configuration> configurationsOf(const JudgingOptions& options,
 
 // What all judges share, made once and in the process that they are copies of. It is never
 // destroyed, and neither are they.
-JudgeFunction prepareToJudge(const CheckOptions& options, const std::string& rules,
+JudgeFunction prepareToJudge(const CheckOptions& options, const std::vector<std::string>& trees,
                              const Keyring& keyring) {
     auto* const configurations =
-        new std::vector<Configuration>(configurationsOf(options.judging, rules));
+        new std::vector<Configuration>(configurationsOf(options.judging, trees));
     auto* const rpm = new RpmSession(keyring);
     return [configurations, &options, rpm](const Surroundings& surroundings) {
         return judge(surroundings, *configurations, options.integrity, rpm);
@@ -58,19 +61,21 @@ bool isValidationEnabled(const JudgingOptions& options, const std::string& rules
     return options.validation == ValidationMode::On;
 }
 
-PoolOptions poolOptions(const CheckOptions& options, const std::string& rules,
+PoolOptions poolOptions(const CheckOptions& options, const std::vector<std::string>& trees,
                         const Keyring& keyring) {
     const JudgingOptions& judging = options.judging;
     PoolOptions pool;
-    for (const Profiles profile : judging.profiles) {
-        pool.profiles.push_back(Configuration::getProfileName(profile));
+    for (std::size_t i = 0; i < trees.size(); ++i) {
+        for (const Profiles profile : judging.profiles) {
+            pool.profiles.push_back(Configuration::getProfileName(profile));
+        }
     }
     pool.jobs = judging.jobs == 0 ? availableProcessors() : judging.jobs;
     pool.scratch = judging.scratch;
     pool.judging.sandbox = judging.sandbox;
     pool.judging.limits = limitsOf(judging, pool.jobs);
-    pool.judging.prepare = [&options, &rules, &keyring] {
-        return prepareToJudge(options, rules, keyring);
+    pool.judging.prepare = [&options, trees, &keyring] {
+        return prepareToJudge(options, trees, keyring);
     };
     pool.judging.readable = {ParamFileValidator::standardSchemasDirectory()};
     return pool;

@@ -12,6 +12,7 @@
 #include "cli/command/judgement_digest.h"
 #include "cli/command/pool_options.h"
 #include "cli/command/provenance.h"
+#include "cli/command/quiet_run.h"
 #include "cli/command/report_style.h"
 #include "cli/report/tally.h"
 
@@ -28,11 +29,6 @@ void complainOf(const PackageReport& package) {
     complain(printable(package.path) + ": could not be judged: " + causeWithLastLine(package));
 }
 
-std::string sandboxRemark(const Sandbox& sandbox) {
-    const std::string reason = sandbox.missing.empty() ? "" : " (" + sandbox.missing + ")";
-    return "packages are shut off from the machine by " + sandbox.name() + reason;
-}
-
 // The report that a run goes on with is that of the whole run in the end.
 std::vector<Output> reportFilesOf(const CheckOptions& options) {
     std::vector<Output> files = filesOf(options.report);
@@ -42,24 +38,13 @@ std::vector<Output> reportFilesOf(const CheckOptions& options) {
     return files;
 }
 
-// Says what is missing, if something is. False when that is not to be put up with.
-bool isSandboxGoodEnough(const Sandbox& sandbox, const JudgingOptions& options) {
-    if (!options.scratch.empty() && !sandbox.namespaces) {
-        complain("--scratch needs namespaces: " + sandboxRemark(sandbox));
-        return false;
-    }
-    if (options.sandbox == SandboxMode::Off || sandbox.isWhole()) {
-        return true;
-    }
-    complain(sandboxRemark(sandbox));
-    return options.sandbox != SandboxMode::Require;
-}
-
 }  // namespace
 
-Run::Run(const CheckOptions& options, const std::string& rules, RunInputs inputs, Policy policy)
+Run::Run(const CheckOptions& options, const std::string& rules, RunInputs inputs,
+         const Keyring& keyring, Policy policy)
     : options_(options),
       rules_(rules),
+      keyring_(keyring),
       inputs_(std::move(inputs.packages)),
       size_(inputs_.size()),
       policy_(std::move(policy)),
@@ -95,7 +80,7 @@ RunEnd Run::judgeAll(Judging judging) {
 
 void Run::describeRun(const Sandbox& sandbox) {
     report_.sandbox = sandbox.name();
-    report_.provenance = provenanceOf(options_, rules_);
+    report_.provenance = provenanceOf(options_, rules_, keyring_, policy_.digests());
     if (needsDigests(options_)) {
         judgedBy_ = judgementDigest(options_, rules_, report_);
     }

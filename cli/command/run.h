@@ -10,6 +10,7 @@
 #include "cli/base/output_file.h"
 #include "cli/base/progress.h"
 #include "cli/command/check.h"
+#include "cli/integrity/keyring.h"
 #include "cli/model/model.h"
 #include "cli/policy/baseline.h"
 #include "cli/policy/policy.h"
@@ -37,12 +38,13 @@ struct RunInputs {
     std::optional<Shard> shard;  // of which input they are a part, if they are
 };
 
-// One run over all packages. The options and rules outlive it.
+// One run over all packages. The options, rules and keyring outlive it.
 class Run {
 public:
     // Opens all files that are to be written; std::runtime_error names one that cannot be. rules is
     // the path of the configuration file.
-    Run(const CheckOptions& options, const std::string& rules, RunInputs inputs, Policy policy);
+    Run(const CheckOptions& options, const std::string& rules, RunInputs inputs,
+        const Keyring& keyring, Policy policy);
 
     // Has the packages judged, writes the reports and says on standard error what they do not.
     RunEnd judgeAll(Judging judging);
@@ -60,6 +62,7 @@ private:
 
     const CheckOptions& options_;
     const std::string& rules_;
+    const Keyring& keyring_;
     std::vector<Input> inputs_;  // until they are handed to the judges
     std::size_t size_;           // how many they are
     Policy policy_;

@@ -25,6 +25,8 @@ FormatSteps stepsOf(Format format) {
             return {nullptr, finishMarkdown};
         case Format::Html:
             return {nullptr, finishHtml};
+        case Format::InToto:
+            return {nullptr, finishInToto};
     }
     return {addText, finishText};  // no such format
 }

@@ -9,9 +9,22 @@
 
 namespace pkgvet::cli {
 
-enum class Format { Text, Concise, Json, Jsonl, Sarif, Junit, Github, Gitlab, Markdown, Html };
+enum class Format {
+    Text,
+    Concise,
+    Json,
+    Jsonl,
+    Sarif,
+    Junit,
+    Github,
+    Gitlab,
+    Markdown,
+    Html,
+    InToto
+};
 
-// A report that goes to a file beside the one on standard output.
+// A report that goes to a file beside the one on standard output; to a directory in the case of
+// records.
 struct Output {
     Format format = Format::Text;
     std::string path;
@@ -94,5 +107,8 @@ void finishMarkdown(const RunReport& run, const ReportStyle& style, std::ostream
 
 // A page for a browser: one file, as cli/page writes it.
 void finishHtml(const RunReport& run, const ReportStyle& style, std::ostream& stream);
+
+// In-toto Statements, a line for each package and profile. What was not judged has none.
+void finishInToto(const RunReport& run, const ReportStyle& style, std::ostream& stream);
 
 }  // namespace pkgvet::cli

@@ -8,7 +8,7 @@ namespace pkgvet::cli {
 
 namespace {
 
-constexpr Words<Format, 10> kFormats = {{
+constexpr Words<Format, 11> kFormats = {{
     {"text", Format::Text},
     {"concise", Format::Concise},
     {"json", Format::Json},
@@ -19,6 +19,7 @@ constexpr Words<Format, 10> kFormats = {{
     {"gitlab", Format::Gitlab},
     {"markdown", Format::Markdown},
     {"html", Format::Html},
+    {"in-toto", Format::InToto},
 }};
 
 constexpr const char* kOutputArgument = "FORMAT:PATH";
@@ -43,7 +44,9 @@ std::optional<Output> outputOf(const std::string& word) {
 Option outputOption(std::vector<Output>* outputs) {
     Option option;
     option.names = {"-o", "--output"};
-    option.description = "Write a report to a file as well; may be repeated; - is standard output";
+    option.description =
+        "Write a report to a file as well, in-toto to a directory; may be repeated; - is "
+        "standard output";
     option.argument = kOutputArgument;
     option.takesFile = true;
     option.mayRepeat = true;

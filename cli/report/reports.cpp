@@ -8,6 +8,7 @@
 
 #include "cli/base/escape.h"
 #include "cli/base/terminal.h"
+#include "cli/report/record_files.h"
 #include "cli/report/sarif_documents.h"
 
 namespace pkgvet::cli {
@@ -30,6 +31,11 @@ void complainOfLimits(const SarifDocuments& documents, std::string_view name) {
         complain(printable(name) + ": holds the worst " + std::to_string(documents.told) + " of " +
                  std::to_string(documents.results) +
                  " results, which is what readers of SARIF take; --split writes further files");
+    }
+    if (documents.areTooLarge) {
+        complain(printable(name) +
+                 ": is larger than readers of SARIF take, by what it says of the packages "
+                 "themselves; judge fewer packages in one run");
     }
 }
 
@@ -82,14 +88,20 @@ Reports::Reports(Format format, const ReportStyle& style, std::ostream& stream,
                  const std::vector<Output>& files)
     : format_(format), style_(style), stream_(stream), streamed_(streamedIn(format, style)) {
     for (const Output& output : files) {
-        files_.push_back(
-            {output, OutputFile(output.path), streamedIn(output.format, styleOfFiles(style))});
+        if (output.format == Format::InToto) {
+            makeRecordDirectory(output.path);
+            recordDirectories_.push_back(output.path);
+        } else {
+            files_.push_back(
+                {output, OutputFile(output.path), streamedIn(output.format, styleOfFiles(style))});
+        }
     }
 }
 
 bool Reports::needsPackages() const {
-    return !streamed_ || std::any_of(files_.begin(), files_.end(),
-                                     [](const File& file) { return !file.streamed; });
+    return !streamed_ || !recordDirectories_.empty() ||
+           std::any_of(files_.begin(), files_.end(),
+                       [](const File& file) { return !file.streamed; });
 }
 
 void Reports::add(const PackageReport& package) {
@@ -112,6 +124,13 @@ void Reports::finish(const RunReport& run) {
             attempt(&file, [&] { finishFile(run, &file); });
         }
         failure = file.failure ? file.failure : failure;
+    }
+    for (const std::string& directory : recordDirectories_) {
+        try {
+            writeRecords(run, directory);
+        } catch (const std::exception&) {
+            failure = std::current_exception();
+        }
     }
     if (failure) {
         std::rethrow_exception(failure);

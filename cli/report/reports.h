@@ -50,6 +50,7 @@ private:
     std::ostream& stream_;
     std::optional<StreamedReport> streamed_;
     std::vector<File> files_;
+    std::vector<std::string> recordDirectories_;
 };
 
 // Where a further file of the report at path goes: "report-2.sarif" beside "report.sarif".

@@ -23,10 +23,10 @@ TEST(CommandTable, HoldsWhatUsersMayType) {
     for (const CommandRow& command : visibleCommands(table())) {
         paths.push_back(command.path);
     }
-    EXPECT_THAT(paths,
-                ElementsAre("pkgvet", "pkgvet check", "pkgvet explain", "pkgvet report",
-                            "pkgvet merge", "pkgvet compare", "pkgvet rules", "pkgvet rules check",
-                            "pkgvet rules show", "pkgvet rules diff", "pkgvet waive"));
+    EXPECT_THAT(paths, ElementsAre("pkgvet", "pkgvet check", "pkgvet explain", "pkgvet report",
+                                   "pkgvet merge", "pkgvet compare", "pkgvet rules",
+                                   "pkgvet rules check", "pkgvet rules show", "pkgvet rules diff",
+                                   "pkgvet impact", "pkgvet verify", "pkgvet waive"));
 }
 
 TEST(CommandTable, OptionsKnowTheirArguments) {
