@@ -51,7 +51,7 @@ for place in "$moved" "$work/stage/nowhere"; do
         fail "other rules than those in $place are shown"
 done
 sed -i '0,/"name": /s//"nam": "", &/' "$moved/share/pkgvet/rules/pkgvet.json"
-"$moved/bin/pkgvet" rules check |
+("$moved/bin/pkgvet" rules check || true) |
     grep -q "^error: $moved/share/pkgvet/rules/pkgvet.json:[0-9]*:[0-9]*: .*nam\" is not" ||
     fail "a fault of the rule tree in $moved has no place there"
 mv "$work/away" "$prefix"
