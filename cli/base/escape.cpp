@@ -15,17 +15,21 @@ struct Range {
     gunichar last;
 };
 
-// Controls, the marks, embeddings and isolates that set the direction of writing, and the two
-// non-characters that XML forbids.
-constexpr std::array<Range, 9> kEscaped = {{{0x00, 0x1f},
-                                            {0x7f, 0x9f},
-                                            {0x061c, 0x061c},
-                                            {0x200b, 0x200f},
-                                            {0x2028, 0x202e},
-                                            {0x2060, 0x2069},
-                                            {0xfeff, 0xfeff},
-                                            {0xfffe, 0xffff},
-                                            {0xe0000, 0xe007f}}};
+// Controls, the marks, embeddings and isolates that set the direction of writing, what is not seen
+// at all, such as a soft hyphen, and the two non-characters that XML forbids.
+constexpr std::array<Range, 13> kEscaped = {{{0x00, 0x1f},
+                                             {0x7f, 0x9f},
+                                             {0xad, 0xad},
+                                             {0x061c, 0x061c},
+                                             {0x180e, 0x180e},
+                                             {0x200b, 0x200f},
+                                             {0x2028, 0x202e},
+                                             {0x2060, 0x2069},
+                                             {0x3164, 0x3164},
+                                             {0xfeff, 0xfeff},
+                                             {0xfff9, 0xfffb},
+                                             {0xfffe, 0xffff},
+                                             {0xe0000, 0xe007f}}};
 
 bool isEscaped(gunichar c) {
     for (const Range& range : kEscaped) {

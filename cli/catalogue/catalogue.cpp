@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <functional>
 #include <tuple>
+#include <unordered_map>
 
 #include "cli/base/nearest.h"
 #include "cli/base/version.h"
@@ -95,18 +96,24 @@ std::string helpUri(std::string_view id) {
     return (programHomepage() + kFindingsPage).append(id);
 }
 
-template <typename Predicate>
-const Entry* firstEntry(const Predicate& isMeant) {
-    const auto found = std::find_if(entries().begin(), entries().end(), isMeant);
-    return found == entries().end() ? nullptr : *found;
-}
-
+// Every finding of a judge's answer is looked up.
 const Entry* findEntry(std::string_view id) {
-    return firstEntry([id](const Entry* entry) { return entry->id == id; });
+    static const auto byId = [] {
+        std::unordered_map<std::string_view, const Entry*> map;
+        for (const Entry* entry : entries()) {
+            map.emplace(entry->id, entry);
+        }
+        return map;
+    }();
+    const auto found = byId.find(id);
+    return found == byId.end() ? nullptr : found->second;
 }
 
 const Entry* findEntry(const Message& message) {
-    return firstEntry([&message](const Entry* entry) { return entry->message == &message; });
+    const auto found =
+        std::find_if(entries().begin(), entries().end(),
+                     [&message](const Entry* entry) { return entry->message == &message; });
+    return found == entries().end() ? nullptr : *found;
 }
 
 // A word that is part of an id, such as "setuid", is nearer to it than any misspelling. Where

@@ -26,6 +26,24 @@ constexpr std::size_t kFingerprintSize = 32;
 // No name holds it, so that two texts never run into one another.
 constexpr char kSeparator = '\0';
 
+// A cause may quote a package, and is repeated wherever the package is mentioned.
+constexpr std::size_t kMostOfACause = 4096;
+constexpr const char* kCutHere = "...";
+
+bool continuesCharacter(char c) {
+    return (static_cast<unsigned char>(c) & 0xc0U) == 0x80U;
+}
+
+// The beginning of text, without part of a character at its end.
+std::string beginningOf(const std::string& text, std::size_t size) {
+    constexpr std::size_t kMostContinuations = 3;
+    std::size_t end = size;
+    while (end + kMostContinuations > size && continuesCharacter(text[end])) {
+        --end;
+    }
+    return text.substr(0, end);
+}
+
 }  // namespace
 
 std::string LogLine::text() const {
@@ -34,7 +52,8 @@ std::string LogLine::text() const {
 
 void PackageReport::setCause(const Cause& why) {
     causeCode = why.code;
-    cause = why.text;
+    cause = why.text.size() <= kMostOfACause ? why.text
+                                             : beginningOf(why.text, kMostOfACause) + kCutHere;
 }
 
 bool PackageReport::passes() const {

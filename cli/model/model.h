@@ -112,6 +112,7 @@ struct PackageReport {
     bool judged() const { return cause.empty(); }
     // Whether every rule ran.
     bool complete() const { return judged() && incomplete.empty(); }
+    // Of a long text its beginning.
     void setCause(const Cause& why);
     bool passes() const;
 };

@@ -6,6 +6,8 @@
 #include <cstdint>
 #include <utility>
 
+#include "cli/catalogue/catalogue.h"
+
 namespace pkgvet::cli {
 
 namespace {
@@ -95,7 +97,9 @@ Finding decodeFinding(Decoder* decoder) {
     Finding finding;
     finding.rule = decoder->text();
     const std::uint32_t severity = decoder->number();
-    if (severity > static_cast<std::uint32_t>(Severity::Critical)) {
+    // Reports print ids as they stand.
+    if (severity > static_cast<std::uint32_t>(Severity::Critical) ||
+        findEntry(finding.rule) == nullptr) {
         decoder->fail();
         return finding;
     }
@@ -197,7 +201,7 @@ std::optional<PackageReport> decodeReport(std::string_view bytes,
                               &report.sha256, &report.cause, &report.incomplete}) {
         *text = decoder.text();
     }
-    report.causeCode = decodeCauseCode(&decoder);
+    report.setCause({decodeCauseCode(&decoder), report.cause});
     report.validationEnabled = decoder.flag();
     const std::size_t count = std::min<std::size_t>(decoder.number(), profiles.size() + 1);
     for (std::size_t i = 0; i < std::min(count, profiles.size()); ++i) {

@@ -41,6 +41,29 @@ TEST(PackageReport, IsCompleteWhenItWasJudgedByAllRules) {
     EXPECT_FALSE(report.complete());
 }
 
+TEST(PackageReport, LongCauseIsCutBetweenCharacters) {
+    struct Case {
+        const char* name;
+        std::string text;
+        std::string cause;
+    };
+    const std::string begin(4095, 'x');
+    const Case cases[] = {
+        {"just short enough", begin + "y", begin + "y"},
+        {"too long", begin + "yz", begin + "y..."},
+        {"a character at the place", begin + "\u00e4", begin + "..."},
+        {"a long one", begin.substr(2) + "\U0001f600", begin.substr(2) + "..."},
+        {"bytes that are none", std::string(5000, '\x80'), std::string(4093, '\x80') + "..."},
+    };
+    for (const Case& test : cases) {
+        SCOPED_TRACE(test.name);
+        PackageReport report;
+        report.setCause({CauseCode::Crashed, test.text});
+        EXPECT_EQ(report.cause, test.cause);
+        EXPECT_EQ(report.causeCode, CauseCode::Crashed);
+    }
+}
+
 TEST(Judgement, AcceptsWhenBothHalvesDo) {
     for (const bool meta : {false, true}) {
         for (const bool content : {false, true}) {

@@ -75,6 +75,7 @@ TEST(Outcome, CausesHaveCodes) {
 TEST(Outcome, NamesOfDirectoriesAreReplaced) {
     PackageReport report = acceptance();
     Finding finding;
+    finding.rule = "path-not-allowed";
     finding.subject = "/tmp/dir.aB3xyz/usr";
     finding.message = "/tmp/dir.aB3xyz/usr /tmp/dir.aB3xyz /tmp/dir.others";
     report.judgements[0].findings = {finding};

@@ -4,6 +4,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "cli/catalogue/catalogue.h"
+
 namespace {
 
 using namespace pkgvet::cli;
@@ -31,11 +33,13 @@ PackageReport sample() {
     report.judgements[1].metaAccepted = true;
     report.judgements[1].intact = false;
     Finding finding;
-    finding.rule = "rule-id";
+    finding.rule = "scripts-not-allowed";
     finding.severity = Severity::Critical;
     finding.subject = kBytes;
     finding.message = "[a] " + kBytes;
-    report.judgements[1].findings = {finding, Finding()};
+    Finding remark;
+    remark.rule = kOtherRemark;
+    report.judgements[1].findings = {finding, remark};
     return report;
 }
 
@@ -69,7 +73,7 @@ TEST(Wire, ReportComesThroughWithEveryByte) {
     EXPECT_FALSE(second.intact);
     EXPECT_FALSE(second.passes);
     ASSERT_EQ(second.findings.size(), 2U);
-    EXPECT_EQ(second.findings[0].rule, "rule-id");
+    EXPECT_EQ(second.findings[0].rule, "scripts-not-allowed");
     EXPECT_EQ(second.findings[0].severity, Severity::Critical);
     EXPECT_EQ(second.findings[0].subject, kBytes);
     EXPECT_EQ(second.findings[0].message, "[a] " + kBytes);
@@ -112,6 +116,23 @@ TEST(Wire, ReportForOtherProfilesIsNone) {
     EXPECT_FALSE(heard(reportMessage(PackageReport(), kMostBytes), kOneProfile));
 }
 
+TEST(Wire, FindingOfARuleThatIsNotThereIsRefused) {
+    for (const char* const id : {"", "scripts-not-allowed ", "\033[2J", "no-such-rule"}) {
+        PackageReport report = sample();
+        report.judgements[1].findings[1].rule = id;
+        EXPECT_FALSE(heard(reportMessage(report, kMostBytes))) << id;
+    }
+}
+
+TEST(Wire, LongCauseIsCut) {
+    PackageReport report;
+    report.causeCode = CauseCode::Crashed;
+    report.cause.assign(100'000, 'x');
+    const auto result = heard(reportMessage(report, kMostBytes));
+    ASSERT_TRUE(result);
+    EXPECT_LT(result->cause.size(), 5000U);
+}
+
 TEST(Wire, AnythingShortOrLongIsNoReport) {
     const std::string message = reportMessage(sample(), kMostBytes);
     for (std::size_t size = 0; size < message.size(); ++size) {
@@ -137,7 +158,7 @@ TEST(Wire, ChangedBytesAreRefusedOrReadAsText) {
 
 TEST(Wire, ReportAboveTheBoundIsOfAPackageThatCouldNotBeJudged) {
     PackageReport report = sample();
-    report.judgements[0].findings.resize(1);
+    report.judgements[0].findings = {report.judgements[1].findings[0]};
     report.judgements[0].findings[0].message.assign(kMostBytes, 'x');
     const std::string message = reportMessage(report, kMostBytes);
     EXPECT_LT(message.size(), kMostBytes);
