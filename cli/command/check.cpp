@@ -15,6 +15,7 @@
 #include "cli/base/date.h"
 #include "cli/base/escape.h"
 #include "cli/base/exit_status.h"
+#include "cli/base/standard_output.h"
 #include "cli/command/option_conflicts.h"
 #include "cli/command/pool_options.h"
 #include "cli/command/quiet_run.h"
@@ -88,6 +89,7 @@ int checkUnder(const Settings& settings) {
     const CheckOptions& options = settings.options;
     // A reader that goes away is an error like any other until all is cleared up.
     const bool isEndedByPipes = signal(SIGPIPE, SIG_IGN) != SIG_IGN;
+    const StandardOutput output;
     const DefaultRules own;
     const std::string rules = options.judging.rules.empty() ? own.path() : options.judging.rules;
     std::vector<Fault> faults;

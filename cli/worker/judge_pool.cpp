@@ -21,6 +21,7 @@ using Seconds = std::chrono::duration<double>;
 
 constexpr const char* kNoJudge = "no judge could be started: ";
 constexpr const char* kNotAFile = "not a regular file";
+constexpr const char* kTooLarge = "the package itself is larger than --max-unpacked allows";
 // Reports that wait for one before them. Beyond that no package is begun, since memory is not to
 // grow with the input.
 constexpr std::size_t kMostWaiting = 1000;
@@ -34,8 +35,9 @@ PackageReport notJudged(const Cause& cause) {
     return report;
 }
 
-// The package, opened once for all that is said of it. A pipe is not waited for.
-Descriptor openPackage(const std::string& path, Cause* cause) {
+// The package, opened once for all that is said of it. A pipe is not waited for. It is judged by a
+// copy in memory, which a file of holes would fill up.
+Descriptor openPackage(const std::string& path, std::uint64_t mostBytes, Cause* cause) {
     Descriptor package(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY | O_NONBLOCK));
     struct stat status {};
     if (!package.isOpen() || fstat(package.get(), &status) != 0) {
@@ -44,6 +46,10 @@ Descriptor openPackage(const std::string& path, Cause* cause) {
     }
     if (!S_ISREG(status.st_mode)) {
         *cause = {CauseCode::Unreadable, kNotAFile};
+        return Descriptor();
+    }
+    if (static_cast<std::uint64_t>(status.st_size) > mostBytes) {
+        *cause = {CauseCode::TooLarge, kTooLarge};
         return Descriptor();
     }
     return package;
@@ -110,7 +116,8 @@ bool JudgePool::start(std::size_t index) {
         return true;
     }
     Cause cause;
-    const Descriptor package = openPackage(inputs_[index].path, &cause);
+    const Descriptor package =
+        openPackage(inputs_[index].path, options_.judging.limits.unpackedBytes, &cause);
     if (!package.isOpen()) {
         keep(index, notJudged(cause));
         return true;
@@ -226,10 +233,16 @@ void JudgePool::keep(std::size_t index, PackageReport report) {
     ready_.emplace(index, std::move(report));
 }
 
+// While whoever reads the reports keeps the program waiting, nobody listens to the judges, and the
+// time is not theirs.
 void JudgePool::handOn() {
+    const Clock::time_point before = Clock::now();
     while (!interrupted_ && !ready_.empty() && ready_.begin()->first == received_) {
         interrupted_ = !receiver_(std::move(ready_.extract(ready_.begin()).mapped()));
         ++received_;
+    }
+    for (Job& job : jobs_) {
+        job.start += Clock::now() - before;
     }
 }
 

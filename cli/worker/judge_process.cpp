@@ -109,8 +109,7 @@ void JudgeProcess::readRest() {
 
 JudgeEnd JudgeProcess::end() {
     const pid_t process = std::exchange(judge_.process, -1);
-    kill(-process, SIGKILL);
-    kill(process, SIGKILL);
+    template_->kill(process);
     JudgeEnd end;
     end.status = waitForEnd(process);
     waitForGroup(process);

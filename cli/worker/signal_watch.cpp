@@ -8,6 +8,8 @@
 #include <cerrno>
 #include <system_error>
 
+#include "cli/base/ending_signals.h"
+
 namespace pkgvet::cli {
 
 namespace {
@@ -22,7 +24,7 @@ bool isIgnored(int signal) {
 SignalWatch::SignalWatch() {
     sigset_t signals{};
     sigemptyset(&signals);
-    for (const int signal : {SIGINT, SIGTERM, SIGHUP, SIGQUIT}) {
+    for (const int signal : kEndingSignals) {
         if (!isIgnored(signal)) {
             sigaddset(&signals, signal);
         }

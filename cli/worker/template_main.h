@@ -7,6 +7,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "cli/judge/judge.h"
@@ -41,6 +42,8 @@ inline constexpr const char kCopyTemplate[] = "/tmp/pkgvet.XXXXXX";
 inline constexpr const char* kPrepareRequest = "prepare";
 // Asks for a judge. What else comes over the channel is the id of a judge that has ended.
 inline constexpr const char* kStartRequest = "start";
+// With the number of a judge behind it.
+inline constexpr std::string_view kKillRequest = "kill";
 
 // The answer to a request for a judge.
 struct StartAnswer {

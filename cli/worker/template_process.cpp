@@ -56,7 +56,7 @@ TemplateProcess::TemplateProcess(const TemplateOptions& options) : patience_(opt
 TemplateProcess::~TemplateProcess() {
     channel_.reset();
     if (isBroken_) {
-        kill(process_, SIGKILL);
+        ::kill(process_, SIGKILL);
     }
     waitForEnd(process_);
 }
@@ -128,6 +128,14 @@ StartAnswer TemplateProcess::ask(const std::vector<int>& descriptors) {
         fail(ECHILD, "cannot start a judge");
     }
     return answer;
+}
+
+void TemplateProcess::kill(pid_t judge) {
+    if (::kill(-judge, SIGKILL) != 0 && errno == EPERM) {
+        sendParcel(channel_.get(), std::string(kKillRequest).append(bytesOf(judge)));
+    }
+    // One that was only just made has no group yet.
+    ::kill(judge, SIGKILL);
 }
 
 void TemplateProcess::finish(pid_t judge) {

@@ -63,6 +63,9 @@ public:
     // Waits until it is prepared. Throws std::system_error when there is no process to be had, or
     // no template any more.
     StartedJudge start(const JudgeStart& start);
+    // Kills the judge and all of its group, the template's help included: a superuser whose rights
+    // were cut may not be allowed to signal another user, as whom judges run.
+    void kill(pid_t judge);
     // Has to be told when a judge has ended and its directories are removed.
     void finish(pid_t judge);
 

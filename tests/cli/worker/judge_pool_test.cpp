@@ -102,6 +102,20 @@ TEST_F(JudgePool, HangingJudgeIsEnded) {
     EXPECT_EQ(result.errors, notJudged("it took longer than --timeout allows\n"));
 }
 
+// Judges run as another user then, whom the program may not signal by itself.
+TEST_F(JudgePool, HangingJudgeIsEndedByASuperuserWithoutTheRightToKill) {
+    if (geteuid() != 0) {
+        GTEST_SKIP() << "only the superuser has rights to lose";
+    }
+    replaceCpio(kHang);
+    std::vector<std::string> environment = words();
+    environment.insert(environment.end(),
+                       {"setpriv", "--bounding-set", "-kill", "--inh-caps", "-kill"});
+    const ProgramResult result = runPkgvet(command({"--timeout", "1", package()}), environment);
+    EXPECT_EQ(result.status, 3);
+    EXPECT_EQ(result.errors, notJudged("it took longer than --timeout allows\n"));
+}
+
 TEST_F(JudgePool, JudgeThatNeverComesToAnythingIsEnded) {
     replaceCpio(kHang);
     const ProgramResult result = check({"--timeout", "0.001", package(), package()});
