@@ -9,11 +9,13 @@
 #include <algorithm>
 #include <cerrno>
 #include <filesystem>
+#include <optional>
 
 #include "tests/support/base/extracted_trees.h"
 #include "tests/support/package/accepted_package.h"
 #include "tests/support/program/judged_package.h"
 #include "tests/support/program/program.h"
+#include "tests/support/program/watched_machine.h"
 
 namespace {
 
@@ -70,7 +72,7 @@ protected:
     }
 
     Words words() const {
-        Words words = {"check", "--max-unpacked", "64M", "--max-files", "10000", "--timeout", "60"};
+        Words words = {"check", "--max-unpacked", "80M", "--max-files", "10000", "--timeout", "60"};
         words.insert(words.end(), GetParam().options.begin(), GetParam().options.end());
         return words;
     }
@@ -86,11 +88,18 @@ protected:
         return paths;
     }
 
+    // The environment of the sandbox in a view of the machine, if it gives one.
+    Words environment() const {
+        Words words = machine_ ? machine_->words() : Words();
+        words.insert(words.end(), GetParam().environment.begin(), GetParam().environment.end());
+        return words;
+    }
+
     void expectOutcomes(const std::vector<HostilePackage>& packages) {
         const Words paths = write(packages);
         const Words all = words();
-        const auto judged = judgePackages(acceptingRules(), paths, {all.begin() + 1, all.end()},
-                                          GetParam().environment);
+        const auto judged =
+            judgePackages(acceptingRules(), paths, {all.begin() + 1, all.end()}, environment());
         ASSERT_EQ(judged.size(), packages.size());
         for (std::size_t i = 0; i < packages.size(); ++i) {
             SCOPED_TRACE(packages[i].name);
@@ -124,6 +133,7 @@ protected:
             }
         }
         EXPECT_EQ(extractedTreesWith(marker()), Words());
+        EXPECT_EQ(machine_ ? machine_->changes() : Words(), Words());
         EXPECT_EQ(waitpid(-1, nullptr, WNOHANG), -1);
         EXPECT_EQ(errno, ECHILD);
     }
@@ -132,6 +142,9 @@ protected:
         if (!isPossible()) {
             GTEST_SKIP() << "this machine has no such sandbox";
         }
+        if (WatchedMachine::isPossible()) {
+            machine_.emplace();
+        }
         expectOutcomes(packages);
         expectNothingLeft();
     }
@@ -139,6 +152,7 @@ protected:
     TemporaryDirectory directory_;
     TemporaryDirectory outside_;
     Target target_;
+    std::optional<WatchedMachine> machine_;
 };
 
 }  // namespace
@@ -149,6 +163,32 @@ TEST_P(HostilePackages, DoNotReachOut) {
 
 TEST_P(HostilePackages, DoNotUseTheMachineUp) {
     judge(packagesWithBadStreams());
+}
+
+TEST_P(HostilePackages, MayBeOfAnySize) {
+    judge(packagesOfRealSizes());
+}
+
+TEST_P(HostilePackages, MayGoToTheLimits) {
+    judge(packagesAtTheLimits());
+}
+
+TEST_P(HostilePackages, HoldNothingThatIsRun) {
+    judge(packagesThatWantToBeRun());
+}
+
+// A file of holes takes up no room on disk, and would in memory.
+TEST_P(HostilePackages, MayBeFilesOfHoles) {
+    if (!isPossible()) {
+        GTEST_SKIP() << "this machine has no such sandbox";
+    }
+    const std::string path = acceptedPackage().write(directory_);
+    fs::resize_file(path, std::uintmax_t{100} << 30U);
+    const Words all = words();
+    const auto judged = judgePackages(acceptingRules(), {path}, {all.begin() + 1, all.end()},
+                                      GetParam().environment);
+    ASSERT_EQ(judged.size(), 1U);
+    EXPECT_EQ(judged[0].cause, "the package itself is larger than --max-unpacked allows");
 }
 
 TEST_P(HostilePackages, DoNotLieInTheirHeader) {

@@ -30,3 +30,9 @@ std::vector<HostilePackage> packagesThatReachOut();
 std::vector<HostilePackage> packagesWithBadStreams();
 // In the header.
 std::vector<HostilePackage> packagesWithBadHeaders();
+// In sizes that are as large as they say.
+std::vector<HostilePackage> packagesOfRealSizes();
+// In files that go as far as their readers do, or beyond.
+std::vector<HostilePackage> packagesAtTheLimits();
+// In what makes a mark as soon as anything runs or believes it.
+std::vector<HostilePackage> packagesThatWantToBeRun();
