@@ -141,6 +141,42 @@ TEST_P(TemplateProcess, WhatAJudgeStartedEndsWithIt) {
     EXPECT_TRUE(waitUntil([before] { return processesCalled("sleep") <= before; }));
 }
 
+// The program may give a judge up at any time, with what that has made and started.
+TEST_P(TemplateProcess, JudgeEndsWithItsObject) {
+    adoptOrphans();
+    // Those of other tests.
+    while (waitpid(-1, nullptr, WNOHANG) > 0) {
+    }
+    TemplateOptions options;
+    options.sandbox = GetParam();
+    options.prepare = [] {
+        return [](const Surroundings& surroundings) -> PackageReport {
+            std::ofstream(surroundings.copyPath) << "x" << std::flush;
+            fork();
+            for (;;) {
+                pause();
+            }
+        };
+    };
+    pkgvet::cli::TemplateProcess from(options);
+    const pkgvet::Descriptor package(open("/dev/null", O_RDONLY));
+    std::vector<std::string> directories;
+    {
+        const JudgeProcess judge(&from, package.get(), -1, 100);
+        directories = judge.directories();
+        EXPECT_EQ(directories.empty(), from.sandbox().namespaces);
+    }
+    for (const std::string& directory : directories) {
+        EXPECT_FALSE(fs::exists(directory)) << directory;
+    }
+    // All that is left is the template, and nobody else has ended unnoticed.
+    kill(from.process(), SIGSTOP);
+    siginfo_t info{};
+    EXPECT_EQ(waitid(P_ALL, 0, &info, WEXITED | WSTOPPED | WNOWAIT), 0);
+    EXPECT_EQ(info.si_pid, from.process());
+    kill(from.process(), SIGCONT);
+}
+
 INSTANTIATE_TEST_SUITE_P(Each, TemplateProcess,
                          testing::Values(SandboxMode::Auto, SandboxMode::Off),
                          [](const auto& mode) {
@@ -170,6 +206,44 @@ TEST(Template, ThatDoesNotAnswerIsGivenUp) {
     // Late answers would be taken for those to later requests.
     kill(from.process(), SIGCONT);
     EXPECT_FALSE(from.isAlive());
+}
+
+bool isGone(pid_t process) {
+    return kill(process, 0) != 0 && errno == ESRCH;
+}
+
+TEST(Template, EndsWithItsObject) {
+    TemplateOptions options;
+    options.prepare = simpleJudge;
+    pid_t process = -1;
+    {
+        pkgvet::cli::TemplateProcess from(options);
+        process = from.process();
+    }
+    EXPECT_TRUE(isGone(process));
+    {
+        pkgvet::cli::TemplateProcess from(options);
+        from.waitUntilPrepared();
+        process = from.process();
+    }
+    EXPECT_TRUE(isGone(process));
+}
+
+// One that is stopped would be waited for without end.
+TEST(Template, ThatDoesNotAnswerIsKilledWithItsObject) {
+    TemplateOptions options;
+    options.prepare = simpleJudge;
+    options.patience = 100;
+    pid_t process = -1;
+    {
+        pkgvet::cli::TemplateProcess from(options);
+        from.waitUntilPrepared();
+        process = from.process();
+        kill(process, SIGSTOP);
+        const pkgvet::Descriptor package(open("/dev/null", O_RDONLY));
+        EXPECT_THROW(JudgeProcess(&from, package.get(), -1, 100), std::system_error);
+    }
+    EXPECT_TRUE(isGone(process));
 }
 
 // The rules are read once the program found them sound.

@@ -27,6 +27,11 @@ std::string programPath() {
     return PKGVET_PROGRAM;
 }
 
+std::string sanitizerOptions(const std::string& options) {
+    const char* const own = std::getenv("ASAN_OPTIONS");
+    return "ASAN_OPTIONS=" + (own == nullptr ? std::string() : std::string(own) + ":") + options;
+}
+
 ProgramResult runPkgvet(const std::vector<std::string>& arguments,
                         const std::vector<std::string>& environment) {
     const TemporaryDirectory directory;

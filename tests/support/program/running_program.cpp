@@ -30,7 +30,17 @@ RunningProgram::RunningProgram(const std::vector<std::string>& arguments,
     posix_spawn_file_actions_addopen(&actions, STDIN_FILENO, "/dev/null", O_RDONLY, 0);
     posix_spawn_file_actions_addopen(&actions, STDOUT_FILENO, output.c_str(), kWriting, S_IRWXU);
     posix_spawn_file_actions_addopen(&actions, STDERR_FILENO, errors.c_str(), kWriting, S_IRWXU);
-    const int error = posix_spawnp(&process_, "env", &actions, nullptr, pointers.data(), environ);
+    posix_spawnattr_t attributes{};
+    posix_spawnattr_init(&attributes);
+    posix_spawnattr_setpgroup(&attributes, 0);
+    // In the background of a shell, or under nohup, some are ignored.
+    sigset_t signals{};
+    sigfillset(&signals);
+    posix_spawnattr_setsigdefault(&attributes, &signals);
+    posix_spawnattr_setflags(&attributes, POSIX_SPAWN_SETPGROUP | POSIX_SPAWN_SETSIGDEF);
+    const int error =
+        posix_spawnp(&process_, "env", &actions, &attributes, pointers.data(), environ);
+    posix_spawnattr_destroy(&attributes);
     posix_spawn_file_actions_destroy(&actions);
     if (error != 0) {
         throw std::runtime_error("cannot run pkgvet");
@@ -46,6 +56,10 @@ RunningProgram::~RunningProgram() {
 
 void RunningProgram::signal(int number) const {
     ::kill(process_, number);
+}
+
+void RunningProgram::signalGroup(int number) const {
+    ::kill(-process_, number);
 }
 
 void RunningProgram::kill() const {

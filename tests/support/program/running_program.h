@@ -10,7 +10,8 @@
 #include "tests/support/base/temporary_directory.h"
 #include "tests/support/program/program.h"
 
-// Runs the built program as runPkgvet() does, beside the test. It is killed with the object.
+// Runs the built program as runPkgvet() does, beside the test, in a process group of its own. It is
+// killed with the object.
 class RunningProgram {
 public:
     explicit RunningProgram(const std::vector<std::string>& arguments,
@@ -22,6 +23,7 @@ public:
     ~RunningProgram();
 
     void signal(int number) const;
+    void signalGroup(int number) const;
     // Kills it and all processes that it has started, before any of them notices.
     void kill() const;
     // Waits for its end; status as that of runPkgvet().

@@ -1,0 +1,73 @@
+// Processes of the program that something kills, wherever they have got to.
+#include <gtest/gtest.h>
+
+#include <nlohmann/json.hpp>
+
+#include "tests/support/program/fault_run.h"
+
+namespace {
+
+using Json = nlohmann::json;
+
+constexpr std::size_t kPoints = 10;
+
+class KilledProcess : public testing::TestWithParam<const char*> {
+protected:
+    void SetUp() override {
+        if (!canTrace()) {
+            GTEST_SKIP() << "this machine does not let a test trace the program";
+        }
+    }
+
+    // The run in which process is killed as it is about to make its call of this number.
+    static TracedRun killedAt(FaultRun* faults, const std::string& process, std::size_t number) {
+        std::size_t calls = 0;
+        return faults->run([&process, &calls, number](const SystemCall& call) {
+            const bool isMeant = call.process == process && calls++ == number;
+            return isMeant ? Answer{Answer::Kind::KillProcess} : Answer();
+        });
+    }
+};
+
+TEST_P(KilledProcess, JudgeCostsItsPackage) {
+    FaultRun faults({"--sandbox", GetParam()});
+    ASSERT_EQ(faults.undisturbed().status, 0) << faults.undisturbed().errors;
+    ASSERT_GT(faults.cast().callsOfJudge, 10 * kPoints);
+    for (std::size_t i = 0; i < kPoints; ++i) {
+        const std::size_t number = i * faults.cast().callsOfJudge / kPoints;
+        SCOPED_TRACE(number);
+        const TracedRun run = killedAt(&faults, faults.cast().judge, number);
+        EXPECT_EQ(run.result.status, 3);
+        EXPECT_EQ(run.left, 0U);
+        EXPECT_EQ(faults.directoriesLeft(), std::vector<std::string>());
+        const Json report = Json::parse(run.result.output, nullptr, false);
+        ASSERT_TRUE(report.is_object()) << run.result.output << run.result.errors;
+        EXPECT_EQ(report["packages"][0]["cause"], "the judge was ended by signal 9 (Killed)");
+        EXPECT_EQ(report["packages"][0]["cause_code"], "crashed");
+    }
+}
+
+// A judge that was started before needs it no longer.
+TEST_P(KilledProcess, TemplateCostsItsPackageOrNothing) {
+    FaultRun faults({"--sandbox", GetParam()});
+    ASSERT_EQ(faults.undisturbed().status, 0) << faults.undisturbed().errors;
+    ASSERT_GT(faults.cast().callsOfMaker, 10 * kPoints);
+    for (std::size_t i = 0; i < kPoints; ++i) {
+        const std::size_t number = i * faults.cast().callsOfMaker / kPoints;
+        SCOPED_TRACE(number);
+        const TracedRun run = killedAt(&faults, faults.cast().maker, number);
+        EXPECT_EQ(run.left, 0U);
+        EXPECT_EQ(faults.directoriesLeft(), std::vector<std::string>());
+        if (run.result.status == 0) {
+            EXPECT_EQ(run.result.output, faults.undisturbed().output);
+        } else {
+            EXPECT_EQ(run.result.status, 3) << run.result.output;
+            EXPECT_NE(run.result.errors, "");
+        }
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Sandbox, KilledProcess, testing::Values("auto", "off"),
+                         [](const auto& mode) { return std::string(mode.param); });
+
+}  // namespace

@@ -1,0 +1,130 @@
+// A machine that lacks what judging needs.
+#include <gtest/gtest.h>
+#include <sys/syscall.h>
+
+#include <cerrno>
+#include <nlohmann/json.hpp>
+#include <string_view>
+#include <vector>
+
+#include "tests/support/program/fault_run.h"
+
+namespace {
+
+using Json = nlohmann::json;
+
+bool executes(const SystemCall& call, std::string_view tool) {
+    return call.number == SYS_execve && (call.text(0) == "/usr/bin/" + std::string(tool) ||
+                                         call.text(0) == "/bin/" + std::string(tool));
+}
+
+bool executesGuard(const SystemCall& call) {
+    return call.number == SYS_execve && call.text(0).ends_with("/cpio") && !executes(call, "cpio");
+}
+
+// What the program does in /tmp: of its own directories, and to the place as such.
+bool isInTmp(const SystemCall& call) {
+    for (std::size_t i = 0; i < 3; ++i) {
+        const std::string path = call.text(i);
+        if (path == "/tmp" || path.starts_with("/tmp/dir.") || path.starts_with("/tmp/pkgvet.") ||
+            path.starts_with("/tmp/package.rpm") || path.starts_with("/tmp/guard")) {
+            return true;
+        }
+    }
+    return false;
+}
+
+bool makesDirectory(const SystemCall& call) {
+#if defined(SYS_mkdir)
+    return call.number == SYS_mkdir || call.number == SYS_mkdirat;
+#else
+    return call.number == SYS_mkdirat;
+#endif
+}
+
+using Predicate = bool (*)(const SystemCall&);
+
+// The process that becomes a tool is killed at one of its later system calls.
+SystemCallObserver killing(Predicate becomes, std::size_t number) {
+    return [becomes, number, process = std::string(),
+            calls = std::size_t{0}](const SystemCall& call) mutable {
+        if (becomes(call)) {
+            process = call.process;
+        }
+        calls += call.process == process ? 1 : 0;
+        return call.process == process && calls == number ? Answer{Answer::Kind::KillProcess}
+                                                          : Answer();
+    };
+}
+
+SystemCallObserver failing(Predicate isMeant, int error) {
+    return [isMeant, error](const SystemCall& call) {
+        return isMeant(call) ? Answer{Answer::Kind::Fail, error} : Answer();
+    };
+}
+
+bool executesRpm2cpio(const SystemCall& call) {
+    return executes(call, "rpm2cpio");
+}
+
+bool executesCpio(const SystemCall& call) {
+    return executes(call, "cpio");
+}
+
+bool executesShell(const SystemCall& call) {
+    return executes(call, "sh");
+}
+
+bool makesDirectoryInTmp(const SystemCall& call) {
+    return makesDirectory(call) && isInTmp(call);
+}
+
+struct Case {
+    const char* name;
+    SystemCallObserver observer;
+    const char* code;
+};
+
+// Observers remember what they saw, so that each run has its own.
+std::vector<Case> cases() {
+    return {
+        {"rpm2cpio is missing", failing(executesRpm2cpio, ENOENT), "unpack-failed"},
+        {"rpm2cpio may not be executed", failing(executesRpm2cpio, EACCES), "unpack-failed"},
+        {"rpm2cpio is killed as it starts", killing(executesRpm2cpio, 20), "unpack-failed"},
+        {"rpm2cpio is killed as it works", killing(executesRpm2cpio, 150), "unpack-failed"},
+        {"cpio is missing", failing(executesCpio, ENOENT), "unpack-failed"},
+        {"cpio may not be executed", failing(executesCpio, EACCES), "unpack-failed"},
+        {"cpio is killed as it starts", killing(executesCpio, 10), "unpack-failed"},
+        {"cpio is killed as it works", killing(executesCpio, 60), "unpack-failed"},
+        {"the guard is missing", failing(executesGuard, ENOENT), "crashed"},
+        {"the guard is killed as it starts", killing(executesGuard, 10), "crashed"},
+        {"the shell is missing", failing(executesShell, ENOENT), "crashed"},
+        {"/tmp is missing", failing(isInTmp, ENOENT), "crashed"},
+        {"/tmp cannot be written to", failing(makesDirectoryInTmp, EROFS), "crashed"},
+        {"/tmp is somebody else's", failing(makesDirectoryInTmp, EACCES), "crashed"},
+    };
+}
+
+class MissingThing : public testing::TestWithParam<const char*> {};
+
+TEST_P(MissingThing, CostsThePackageAndLeavesNothing) {
+    if (!canTrace()) {
+        GTEST_SKIP() << "this machine does not let a test trace the program";
+    }
+    FaultRun faults({"--sandbox", GetParam()});
+    for (const Case& test : cases()) {
+        SCOPED_TRACE(test.name);
+        const TracedRun run = faults.run(test.observer);
+        EXPECT_EQ(run.result.status, 3);
+        EXPECT_EQ(run.left, 0U);
+        EXPECT_EQ(faults.directoriesLeft(), std::vector<std::string>());
+        const Json report = Json::parse(run.result.output, nullptr, false);
+        ASSERT_TRUE(report.is_object()) << run.result.output << run.result.errors;
+        EXPECT_EQ(report["packages"][0]["cause_code"], test.code) << run.result.errors;
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Sandbox, MissingThing, testing::Values("auto", "off"),
+                         [](const auto& mode) { return std::string(mode.param); });
+
+}  // namespace
