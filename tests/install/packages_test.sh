@@ -4,7 +4,8 @@
 set -euo pipefail
 build=$1
 source=$2
-work=$(mktemp -d)
+# rpmbuild cannot work below a path with a blank.
+work=$(TMPDIR=/tmp mktemp -d)
 trap 'rm -rf "$work"' EXIT
 
 fail() {

@@ -22,10 +22,19 @@ void makeRemovable(const fs::path& root) {
     }
 }
 
+// A directory that TMPDIR names and that is not there is as good as none, and rpmbuild cannot work
+// below a path with a blank.
+fs::path placeOfTemporaries() {
+    std::error_code error;
+    const fs::path place = fs::temp_directory_path(error);
+    const bool isUsable = !error && place.string().find(' ') == std::string::npos;
+    return isUsable ? place : fs::path("/tmp");
+}
+
 }  // namespace
 
 TemporaryDirectory::TemporaryDirectory() {
-    std::string name = fs::temp_directory_path() / "pkgvet-test-XXXXXX";
+    std::string name = placeOfTemporaries() / "pkgvet-test-XXXXXX";
     if (mkdtemp(name.data()) == nullptr) {
         throw std::runtime_error("cannot make " + name);
     }
