@@ -32,20 +32,18 @@ using testing::HasSubstr;
 
 namespace fs = std::filesystem;
 
-constexpr const char* kHelper = "pkgvet-helper-of-a-test";
-
 std::string causeOf(const JudgeFunction& judge, SandboxMode sandbox, const Limits& limits = {}) {
     const PackageReport report = runJudge(judge, sandbox, limits);
     return std::string(causeCodeName(report.causeCode)) + ": " + report.cause;
 }
 
-// How many processes of this machine have this name.
-std::size_t processesCalled(const std::string& name) {
+// How many processes of this machine have such an argument.
+std::size_t processesWith(const std::string& argument) {
     std::size_t count = 0;
     for (const auto& entry : fs::directory_iterator("/proc")) {
-        std::ifstream stream(entry.path() / "comm");
-        std::string comm;
-        count += std::getline(stream, comm) && comm == name.substr(0, 15) ? 1 : 0;
+        std::ifstream stream(entry.path() / "cmdline");
+        std::string line;
+        count += std::getline(stream, line) && line.find(argument) != std::string::npos ? 1 : 0;
     }
     return count;
 }
@@ -126,19 +124,20 @@ TEST_P(TemplateProcess, LastLineOnStandardErrorIsKept) {
 }
 
 TEST_P(TemplateProcess, WhatAJudgeStartedEndsWithIt) {
-    const auto leaveBehind = [](const Surroundings&) {
+    // Nobody else sleeps for just as long.
+    const std::string seconds = "1000." + std::to_string(getpid());
+    const std::string command = "sleep " + seconds + "; sleep " + seconds;
+    const auto leaveBehind = [&command](const Surroundings&) {
         if (fork() == 0) {
             if (fork() == 0) {
-                execl("/bin/sh", kHelper, "-c", "exec -a x sleep 1000; sleep 1000",
-                      static_cast<char*>(nullptr));
+                execl("/bin/sh", "sh", "-c", command.c_str(), static_cast<char*>(nullptr));
             }
             _exit(0);
         }
         return acceptedReport("x");
     };
-    const std::size_t before = processesCalled("sleep");
     runJudge(leaveBehind, GetParam());
-    EXPECT_TRUE(waitUntil([before] { return processesCalled("sleep") <= before; }));
+    EXPECT_TRUE(waitUntil([&seconds] { return processesWith(seconds) == 0; }));
 }
 
 // The program may give a judge up at any time, with what that has made and started.
