@@ -111,9 +111,9 @@ void plainReading(benchmark::State& state) {
 }
 
 void search(benchmark::State& state) {
-    std::string buffer;
-    measure(state, [&buffer](const std::string& path) {
-        benchmark::DoNotOptimize(pkgvet::holdsHardcodedPath(path, &buffer));
+    measure(state, [](const std::string& path) {
+        pkgvet::HardcodedPathFinder finder;
+        benchmark::DoNotOptimize(finder.isIn(path));
     });
 }
 

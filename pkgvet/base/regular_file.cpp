@@ -41,6 +41,13 @@ bool mayNeverEnd(const char* path) {
     return stat(path, &status) == 0 && !S_ISREG(status.st_mode) && !S_ISDIR(status.st_mode);
 }
 
+std::optional<FileIdentity> identityOf(const std::string& path) {
+    struct stat status {};
+    return stat(path.c_str(), &status) == 0
+               ? std::optional(FileIdentity{status.st_dev, status.st_ino})
+               : std::nullopt;
+}
+
 OpenFile openRegularFile(const std::string& path) {
     return isRegularFile(path) ? openFileSeenRegular(path) : OpenFile();
 }
@@ -55,6 +62,7 @@ OpenFile openFileSeenRegular(const std::string& path) {
     file.size = isGeneratedByKernel(descriptor.get(), status)
                     ? 0
                     : static_cast<std::uint64_t>(status.st_size);
+    file.identity = {status.st_dev, status.st_ino};
     file.descriptor = std::move(descriptor);
     return file;
 }

@@ -1,6 +1,9 @@
 // Reading files of a package, of which any may be something other than a file.
 #pragma once
 
+#include <sys/types.h>
+
+#include <compare>
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
@@ -24,10 +27,23 @@ bool isRegularFile(const std::string& path);
 // end. False for directories and for what is missing: those who read it say what is wrong with it.
 bool mayNeverEnd(const char* path);
 
-// A file that is open for reading, and the size that it stated when it was opened.
+// What tells one file from another, whatever the paths that lead to it. A package may list one file
+// a thousand times, under names of its own or through links, and what it holds is read once.
+struct FileIdentity {
+    dev_t device = 0;
+    ino_t inode = 0;
+
+    auto operator<=>(const FileIdentity&) const = default;
+};
+
+// The identity of what path, on disk, leads to; nothing where it leads nowhere.
+std::optional<FileIdentity> identityOf(const std::string& path);
+
+// A file that is open for reading, and what it stated when it was opened.
 struct OpenFile {
     Descriptor descriptor;  // not open when there is no such file or it cannot be read
     std::uint64_t size = 0;
+    FileIdentity identity = {};
 };
 
 // Opens the regular file that path leads to, and nothing else, and never waits. All reading of

@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <regex>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "pkgvet/desktop/desktop_entry.h"
@@ -16,17 +17,19 @@ namespace {
 // Three digits are accepted too, although the message names six only.
 constexpr const char* kColor = "^#([A-Fa-f0-9]{6}|[A-Fa-f0-9]{3})$";
 
-// Whether all values of the list are permitted.
-bool judgeValues(const std::string& group, const std::string& field, const WordSet& values,
-                 const DesktopEntry& entry, Findings* findings) {
-    bool areAllPermitted = true;
-    for (const std::string& value : entry.stringList(group, field)) {
-        if (values.count(value) == 0) {
-            areAllPermitted = false;
-            findings->violation(kValueInvalid, {value, group, field});
-        }
+// The values of the list that are not permitted.
+std::vector<std::string> invalidValues(const std::string& group, const std::string& field,
+                                       const WordSet& values, const DesktopEntry& entry) {
+    std::vector<std::string> invalid = entry.stringList(group, field);
+    std::erase_if(invalid, [&](const std::string& value) { return values.count(value) != 0; });
+    return invalid;
+}
+
+void reportValues(const std::string& group, const std::string& field,
+                  const std::vector<std::string>& invalid, Findings* findings) {
+    for (const std::string& value : invalid) {
+        findings->violation(kValueInvalid, {value, group, field});
     }
-    return areAllPermitted;
 }
 
 }  // namespace
@@ -34,25 +37,29 @@ bool judgeValues(const std::string& group, const std::string& field, const WordS
 void validateDesktopEntryFieldStringValues(const std::string& group, const std::string& field,
                                            const WordSet& values, const DesktopEntry& entry,
                                            Findings* findings) {
-    judgeValues(group, field, values, entry, findings);
+    reportValues(group, field, invalidValues(group, field, values, entry), findings);
 }
 
-// A key that is set a million times is listed a million times, each time with its last value. Where
-// that value has no finding, it is not read again, which would only take time.
+// A key that is set a million times is listed a million times, each time with its last value. That
+// is judged once, and what there is to say is said as often.
 void validateDesktopEntryGroupStringFields(const std::string& group,
                                            const std::vector<FieldRow>& rows,
                                            const DesktopEntry& entry, Findings* findings) {
-    WordSet accepted;
+    std::unordered_map<std::string, std::vector<std::string>> judged;
     for (const std::string& key : entry.keys(group)) {
         const auto row = std::find_if(rows.begin(), rows.end(), [&key](const FieldRow& candidate) {
             return candidate.first.count(key) != 0;
         });
         if (row == rows.end()) {
             findings->violation(kFieldNameInvalid, {key, group});
-        } else if (accepted.count(key) == 0 &&
-                   judgeValues(group, key, row->second, entry, findings)) {
-            accepted.insert(key);
+            continue;
         }
+        const auto known = judged.find(key);
+        const auto& invalid =
+            known != judged.end()
+                ? known->second
+                : judged.emplace(key, invalidValues(group, key, row->second, entry)).first->second;
+        reportValues(group, key, invalid, findings);
     }
 }
 

@@ -1,10 +1,13 @@
 // The rule on what may be executable in a package, and where.
 #include <sys/stat.h>
 
+#include <map>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "pkgvet/base/regular_file.h"
 #include "pkgvet/elf/binary_facts.h"
 #include "pkgvet/elf/binary_messages.h"
 #include "pkgvet/elf/binary_rules.h"
@@ -68,16 +71,36 @@ bool isExecutableMode(mode_t mode) {
     return (mode & kWanted) == kWanted;
 }
 
+// Judges the format of each file once, whatever the number of its paths.
+class FormatJudge {
+public:
+    bool isGood(const std::string& file) {
+        const std::optional<FileIdentity> identity = identityOf(file);
+        if (!identity) {
+            return false;
+        }
+        const auto [answer, isNew] = answers_.try_emplace(*identity, false);
+        if (isNew) {
+            answer->second = hasGoodFormat(file);
+        }
+        return answer->second;
+    }
+
+private:
+    std::map<FileIdentity, bool> answers_;
+};
+
 // Judges the format of all executables, and returns the paths of the good ones.
 std::vector<std::string> checkFormats(const PackageFiles& files, BinaryFacts* facts,
                                       Findings* findings) {
     std::vector<std::string> goodPaths;
+    FormatJudge formats;
     for (std::size_t i = 0; i < files.paths.size(); ++i) {
         const std::string& path = files.paths[i];
         if (!isExecutableMode(files.modes[i])) {
             continue;
         }
-        if (!hasGoodFormat(files.root + path)) {
+        if (!formats.isGood(files.root + path)) {
             findings->violation(kExecutableBadFormat, {path});
             continue;
         }

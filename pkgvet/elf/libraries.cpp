@@ -5,6 +5,7 @@
 #include <set>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <unordered_set>
 #include <vector>
 
@@ -33,10 +34,27 @@ struct LibraryFinding {
     LibraryProblem kind;
 };
 
+// Tries a list of patterns on each name once, as a file may need one library a million times.
+class NameList {
+public:
+    explicit NameList(const std::vector<std::string>& patterns) : patterns_(patterns) {}
+
+    bool matches(const std::string& name) {
+        const auto known = answers_.find(name);
+        return known != answers_.end()
+                   ? known->second
+                   : answers_.emplace(name, patterns_.matches(name)).first->second;
+    }
+
+private:
+    PatternList patterns_;
+    std::unordered_map<std::string, bool> answers_;
+};
+
 // Elements keep their order and duplicates.
 std::vector<std::string> notMatching(const std::vector<std::string>& names,
                                      const std::vector<std::string>& patterns) {
-    PatternList list(patterns);
+    NameList list(patterns);
     std::vector<std::string> result;
     std::remove_copy_if(names.begin(), names.end(), std::back_inserter(result),
                         [&list](const std::string& name) { return list.matches(name); });
@@ -46,7 +64,7 @@ std::vector<std::string> notMatching(const std::vector<std::string>& names,
 void appendTolerated(const std::vector<std::string>& suspects,
                      const std::vector<std::string>& patterns,
                      std::vector<LibraryFinding>* findings) {
-    PatternList list(patterns);
+    NameList list(patterns);
     for (const std::string& name : suspects) {
         if (list.matches(name)) {
             findings->push_back({name, LibraryProblem::UnstableOrDeprecated});

@@ -5,8 +5,7 @@
 #include <array>
 #include <cstdint>
 #include <cstring>
-
-#include "pkgvet/base/regular_file.h"
+#include <utility>
 
 namespace pkgvet {
 
@@ -119,14 +118,27 @@ bool HardcodedPathSearch::feed(std::string_view piece) {
     return matched_ == kHomeDirectory.size();
 }
 
+bool HardcodedPathFinder::isIn(const std::string& path) {
+    OpenFile file = openFileSeenRegular(path);
+    if (!file.descriptor.isOpen()) {
+        return false;
+    }
+    const auto [answer, isNew] = answers_.try_emplace(file.identity, false);
+    if (isNew) {
+        answer->second = search(std::move(file));
+    }
+    return answer->second;
+}
+
 // Of a file that cannot be read to its end, the part that was read is searched.
-bool holdsHardcodedPath(const std::string& path, std::string* buffer) {
-    RegularFileReader file(openFileSeenRegular(path));
+bool HardcodedPathFinder::search(OpenFile openFile) {
+    RegularFileReader file(std::move(openFile));
     HardcodedPathSearch search;
     while (file.remaining() > 0) {
-        buffer->resize(static_cast<std::size_t>(std::min(file.remaining(), kPieceSize)));
-        file.read(buffer);
-        if (search.feed(*buffer)) {
+        buffer_.resize(static_cast<std::size_t>(std::min(file.remaining(), kPieceSize)));
+        file.read(&buffer_);
+        bytesRead_ += buffer_.size();
+        if (search.feed(buffer_)) {
             return true;
         }
     }

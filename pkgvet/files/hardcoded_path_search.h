@@ -2,8 +2,12 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
+#include <map>
 #include <string>
 #include <string_view>
+
+#include "pkgvet/base/regular_file.h"
 
 namespace pkgvet {
 
@@ -22,9 +26,23 @@ private:
     std::size_t matched_ = 0;  // characters of the path that the text last held
 };
 
-// Whether the text of the file at path, on disk, holds the home directory. The path was found to
-// lead to a regular file; what cannot be opened has no text. buffer holds the pieces,
-// so that a caller with many files allocates it once.
-bool holdsHardcodedPath(const std::string& path, std::string* buffer);
+// Searches the files of one package. It reads each file once, whatever the number of its paths, and
+// keeps the buffer that it reads through.
+class HardcodedPathFinder {
+public:
+    // Whether the text of the file at path, on disk, holds the home directory. The path was found
+    // to lead to a regular file; what cannot be opened has no text.
+    bool isIn(const std::string& path);
+
+    // How many bytes were read so far.
+    std::uint64_t bytesRead() const { return bytesRead_; }
+
+private:
+    bool search(OpenFile file);
+
+    std::map<FileIdentity, bool> answers_;
+    std::string buffer_;
+    std::uint64_t bytesRead_ = 0;
+};
 
 }  // namespace pkgvet

@@ -14,9 +14,9 @@ namespace pkgvet {
 // end.
 void checkSandboxing(const std::vector<std::string>& paths, const std::vector<mode_t>& modes,
                      const std::string& tempDir, Findings* findings) {
-    std::string buffer;
+    HardcodedPathFinder finder;
     for (std::size_t i = 0; i < paths.size(); ++i) {
-        if (S_ISREG(modes[i]) && holdsHardcodedPath(tempDir + paths[i], &buffer)) {
+        if (S_ISREG(modes[i]) && finder.isIn(tempDir + paths[i])) {
             findings->violation(kHardcodedPath, {paths[i]});
         }
     }

@@ -7,7 +7,7 @@
 #include "pkgvet/files/file_messages.h"
 #include "pkgvet/files/file_rules.h"
 #include "pkgvet/files/png_size.h"
-#include "pkgvet/pattern/pattern_list.h"
+#include "pkgvet/pattern/package_patterns.h"
 #include "pkgvet/rules/configuration.h"
 
 namespace pkgvet {
@@ -33,12 +33,16 @@ bool isIconOfSize(const std::string& file, int size) {
 void checkIcons(const std::string& packageName, const std::vector<std::string>& paths,
                 const Configuration& configuration, const std::string& tempDir,
                 Findings* findings) {
-    PatternList packagePaths(paths);
+    const std::vector<int>& sizes = configuration.iconSizes();
+    std::vector<std::string> iconPaths;
+    for (const int size : sizes) {
+        iconPaths.push_back(iconPathFor(size, configuration.iconDir(), packageName));
+    }
+    const std::vector<PatternAnswer> listed = matchPackagePatterns(paths, iconPaths);
     std::vector<std::string> missingIcons;
-    for (const int size : configuration.iconSizes()) {
-        const std::string iconPath = iconPathFor(size, configuration.iconDir(), packageName);
-        if (!packagePaths.matches(iconPath) || !isIconOfSize(tempDir + iconPath, size)) {
-            missingIcons.push_back(iconPath);
+    for (std::size_t i = 0; i < sizes.size(); ++i) {
+        if (!listed[i].get() || !isIconOfSize(tempDir + iconPaths[i], sizes[i])) {
+            missingIcons.push_back(iconPaths[i]);
         }
     }
     if (!configuration.iconRequirement()) {

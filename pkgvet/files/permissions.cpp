@@ -5,10 +5,13 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <unordered_map>
+#include <utility>
+#include <vector>
 
 #include "pkgvet/files/file_messages.h"
 #include "pkgvet/files/file_rules.h"
-#include "pkgvet/pattern/pattern_list.h"
+#include "pkgvet/pattern/package_patterns.h"
 #include "pkgvet/pattern/regex.h"
 #include "pkgvet/pattern/rule_pattern.h"
 #include "pkgvet/rules/configuration.h"
@@ -54,8 +57,10 @@ std::string executablePatternText(const std::string& name) {
 class ModeWalk {
 public:
     ModeWalk(const std::string& packageName, const std::vector<std::string>& paths,
-             const std::string& ruleSetName, const std::string& tempDir, Findings* findings)
+             const std::vector<mode_t>& modes, const std::string& ruleSetName,
+             const std::string& tempDir, Findings* findings)
         : paths_(paths),
+          modes_(modes),
           tempDir_(tempDir),
           isLenient_(ruleSetName == kLenientRuleSet),
           executablePattern_(rulePattern(executablePatternText(Regex::escape(packageName)))),
@@ -67,17 +72,22 @@ public:
 private:
     void judgeUnreadable(const std::string& path);
     void judgeLink(const std::string& path);
+    std::string targetOf(const std::string& path) const;
+    bool isLink(const std::string& path) const;
     void judgeSpecialBits(const std::string& path, mode_t mode);
     void judgeExecutable(const std::string& path, mode_t mode);
     void judgeWritable(const std::string& path, mode_t mode);
     bool isPackagePath(const std::string& target);
+    void judgeTargets();
 
     const std::vector<std::string>& paths_;
+    const std::vector<mode_t>& modes_;
     const std::string& tempDir_;
     const bool isLenient_;
     const Regex executablePattern_;
     Findings& findings_;
-    std::optional<PatternList> packagePaths_;  // made for the first link that needs it
+    // Of all links that lead nowhere, by their targets; made for the first of them.
+    std::optional<std::unordered_map<std::string, PatternAnswer>> targets_;
 };
 
 // A link that leads somewhere, in the tree or on this machine, is judged by what it leads to.
@@ -95,26 +105,35 @@ bool ModeWalk::judge(const std::string& path, mode_t mode) {
 }
 
 void ModeWalk::judgeUnreadable(const std::string& path) {
-    struct stat status {};
-    if (lstat((tempDir_ + path).c_str(), &status) == 0 && (status.st_mode & kLinkBits) != 0) {
+    if (isLink(path)) {
         judgeLink(path);
     } else {
         findings_.violation(kAttributesNotRead, {path});
     }
 }
 
+// Of a path that cannot be read.
+bool ModeWalk::isLink(const std::string& path) const {
+    struct stat status {};
+    return lstat((tempDir_ + path).c_str(), &status) == 0 && (status.st_mode & kLinkBits) != 0;
+}
+
 // The "exclusive paths" of the message do not exist: a link that leads nowhere may lead into the
-// package only. Its target is compared as it is written, ".." and all, with the paths of the
-// package.
+// package only.
 void ModeWalk::judgeLink(const std::string& path) {
     findings_.info(kBewareOfLinks, {path});
-    std::filesystem::path target = std::filesystem::read_symlink(tempDir_ + path);
-    if (!target.has_root_directory()) {
-        target = std::filesystem::path(path).parent_path() / target;
+    const std::string target = targetOf(path);
+    if (!isPackagePath(target)) {
+        findings_.violation(kLinkTargetNotAllowed, {path, target});
     }
-    if (!isPackagePath(target.native())) {
-        findings_.violation(kLinkTargetNotAllowed, {path, target.native()});
-    }
+}
+
+// As it is written, ".." and all.
+std::string ModeWalk::targetOf(const std::string& path) const {
+    const std::filesystem::path target = std::filesystem::read_symlink(tempDir_ + path);
+    return target.has_root_directory()
+               ? target.native()
+               : (std::filesystem::path(path).parent_path() / target).native();
 }
 
 // It rejects the package in any case, though its line has the level of an ordinary finding.
@@ -142,12 +161,26 @@ void ModeWalk::judgeWritable(const std::string& path, mode_t mode) {
     }
 }
 
-// The paths serve as patterns, operators and all: a "+" in one keeps it from matching itself.
 bool ModeWalk::isPackagePath(const std::string& target) {
-    if (!packagePaths_) {
-        packagePaths_.emplace(paths_);
+    if (!targets_) {
+        judgeTargets();
     }
-    return packagePaths_->matches(target);
+    return targets_->at(target).get();
+}
+
+// The paths serve as patterns, operators and all: a "+" in one keeps it from matching itself.
+void ModeWalk::judgeTargets() {
+    std::vector<std::string> targets;
+    for (std::size_t i = 0; i < paths_.size(); ++i) {
+        if (modes_[i] == 0 && isLink(paths_[i])) {
+            targets.push_back(targetOf(paths_[i]));
+        }
+    }
+    std::vector<PatternAnswer> answers = matchPackagePatterns(paths_, targets);
+    targets_.emplace();
+    for (std::size_t i = 0; i < targets.size(); ++i) {
+        targets_->emplace(std::move(targets[i]), std::move(answers[i]));
+    }
 }
 
 }  // namespace
@@ -156,7 +189,7 @@ void processPermissions(const std::string& packageName, const std::vector<std::s
                         const std::vector<mode_t>& modes, const std::vector<std::string>& users,
                         const std::vector<std::string>& groups, const Configuration& configuration,
                         const std::string& tempDir, Findings* findings) {
-    ModeWalk walk(packageName, paths, configuration.name(), tempDir, findings);
+    ModeWalk walk(packageName, paths, modes, configuration.name(), tempDir, findings);
     for (std::size_t i = 0; i < paths.size(); ++i) {
         if (!walk.judge(paths[i], modes[i])) {
             continue;

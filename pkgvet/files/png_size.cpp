@@ -5,6 +5,7 @@
 
 #include <array>
 #include <csetjmp>
+#include <cstdlib>
 
 namespace pkgvet {
 
@@ -17,12 +18,25 @@ constexpr std::size_t kSignatureSize = 8;
 // the header.
 constexpr png_uint_32 kMaxTexts = 4;
 
+// A block that is larger is refused, and libpng then skips the chunk that it was for. A chunk that
+// claims 2 GiB would get them before its first byte is read.
+constexpr png_alloc_size_t kMaxBlock = png_alloc_size_t{8} << 20U;
+
+png_voidp allocate(png_structp /*png*/, png_alloc_size_t size) {
+    return size > kMaxBlock ? nullptr : std::malloc(size);
+}
+
+void release(png_structp /*png*/, png_voidp block) {
+    std::free(block);
+}
+
 // The two structures of a reader, released together. libpng's own handlers write its errors and
 // warnings to standard error.
 class PngReader {
 public:
     PngReader()
-        : png_(png_create_read_struct(PNG_LIBPNG_VER_STRING, nullptr, nullptr, nullptr)),
+        : png_(png_create_read_struct_2(PNG_LIBPNG_VER_STRING, nullptr, nullptr, nullptr, nullptr,
+                                        allocate, release)),
           info_(png_ != nullptr ? png_create_info_struct(png_) : nullptr) {}
     PngReader(const PngReader&) = delete;
     PngReader(PngReader&&) = delete;

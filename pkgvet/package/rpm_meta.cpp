@@ -12,6 +12,7 @@
 
 #include <algorithm>
 #include <array>
+#include <stdexcept>
 #include <string_view>
 #include <type_traits>
 
@@ -129,16 +130,24 @@ bool hasScripts(Header header) {
     });
 }
 
+// A header names each directory once and each file by its last part alone, so that the paths of a
+// header of a megabyte can take gigabytes.
+constexpr std::size_t kMaxPathsSize = std::size_t{256} << 20;
+
 // All three lists grow in one step, so that they stay parallel.
 void readFiles(Header header, RpmMetaPrivate* record) {
     const FileIteratorHandle files(rpmfiNew(nullptr, header, RPMTAG_BASENAMES, RPMFI_KEEPHEADER));
     if (!files) {
         return;
     }
+    std::size_t size = 0;
     while (rpmfiNext(files.get()) != -1) {
         record->users.emplace_back(rpmfiFUser(files.get()));
         record->groups.emplace_back(rpmfiFGroup(files.get()));
-        record->paths.emplace_back(rpmfiFN(files.get()));
+        size += record->paths.emplace_back(rpmfiFN(files.get())).size();
+        if (size > kMaxPathsSize) {
+            throw std::length_error("the paths of the package take more than 256 MiB");
+        }
     }
 }
 

@@ -24,7 +24,7 @@ public:
     // kept and leaves with the verification flags that it came with. Digests and signatures of the
     // header are not verified; a package that librpm answers with anything but plain success, such
     // as an unknown key, counts as unreadable. Throws std::logic_error for a header in which a text
-    // has another type.
+    // has another type, and std::length_error for one whose paths take more than 256 MiB.
     RpmMeta(const char* path, rpmts ts);
     // The same with no transaction set, which cannot carry the flags above.
     explicit RpmMeta(const char* path);

@@ -13,10 +13,6 @@ namespace {
 // Trying a lookahead costs as much as its memory; it copies some ten places in the text.
 constexpr std::size_t kLookaheadMemoryOfAStep = 1024;
 
-// Stands for "." in plain text. A pattern that holds a line end of its own goes to the engine, so
-// the two are never confused.
-constexpr char kAnyCharacter = '\n';
-
 // Characters that std::regex gives no meaning, alone or, for the last, behind a backslash.
 // Whatever stands in neither list goes to the engine, the safe side.
 constexpr std::string_view kOrdinaryPunctuation = " !\"#%&',-/:;<=>@_`~";
@@ -31,7 +27,7 @@ bool isOrdinary(char c) {
 }
 
 // The text that pattern stands for, or nothing when it needs the engine.
-std::optional<std::string> plainText(std::string_view pattern) {
+std::optional<std::string> plainTextOf(std::string_view pattern) {
     std::string text;
     text.reserve(pattern.size());
     for (std::size_t i = 0; i < pattern.size(); ++i) {
@@ -50,25 +46,44 @@ std::optional<std::string> plainText(std::string_view pattern) {
     return text;
 }
 
-bool isLineEnd(char c) {
-    return c == '\n' || c == '\r';
-}
+// Takes what the engine has used off the steps that are left, however it ends.
+class StepCount {
+public:
+    StepCount(const EngineBudget& budget, std::size_t most, std::size_t* steps)
+        : budget_(budget), most_(most), steps_(*steps) {}
+    StepCount(const StepCount&) = delete;
+    StepCount(StepCount&&) = delete;
+    StepCount& operator=(const StepCount&) = delete;
+    StepCount& operator=(StepCount&&) = delete;
+    ~StepCount() { steps_ -= most_ - budget_.steps; }
+
+private:
+    const EngineBudget& budget_;
+    const std::size_t most_;
+    std::size_t& steps_;
+};
 
 }  // namespace
 
 WholePattern::WholePattern(const std::string& pattern) : text_(pattern), plain_(false) {
-    if (std::optional<std::string> plain = plainText(pattern)) {
+    if (std::optional<std::string> plain = plainTextOf(pattern)) {
         text_ = std::move(*plain);
         plain_ = true;
     }
 }
 
 bool WholePattern::matches(const std::string& text) {
+    // In either mode.
+    std::size_t steps = 2 * kMaxSteps;
+    return matches(text, &steps);
+}
+
+bool WholePattern::matches(const std::string& text, std::size_t* steps) {
     if (plain_) {
         return matchesPlainText(text);
     }
     compile();
-    return matchesCompiled(text);
+    return matchesCompiled(text, steps);
 }
 
 std::optional<std::string> WholePattern::fault() {
@@ -84,25 +99,26 @@ std::optional<std::string> WholePattern::fault() {
 // polynomial mode comes first: it does not recurse for each character, and takes no exponential
 // time on a pattern that a stranger chose. On some patterns with thousands of states it takes too
 // many steps all the same, while the backtracking mode is quick.
-bool WholePattern::matchesCompiled(const std::string& text) {
+bool WholePattern::matchesCompiled(const std::string& text, std::size_t* steps) {
     if (polynomial_) {
         try {
-            return run(*polynomial_, text);
+            return run(*polynomial_, text, steps);
         } catch (const std::regex_error&) {
             if (!backtracking_) {
                 backtracking_.emplace(text_, std::regex::ECMAScript);
             }
         }
     }
-    return run(*backtracking_, text);
+    return run(*backtracking_, text, steps);
 }
 
-bool WholePattern::run(const std::regex& regex, const std::string& text) const {
+bool WholePattern::run(const std::regex& regex, const std::string& text, std::size_t* steps) const {
     const std::size_t unseen = shape_.alternatives * engineFrames().alternative;
     const std::size_t stack = kMaxEngineStack - std::min(unseen, kMaxEngineStack);
     const std::size_t ofLookaheads = shape_.lookaheadMemory / kLookaheadMemoryOfAStep;
-    EngineBudget budget{kMaxSteps, kStepsOfACopy + ofLookaheads,
-                        EngineBudget::currentFrame() - stack};
+    const std::size_t most = std::min(kMaxSteps, *steps);
+    EngineBudget budget{most, kStepsOfACopy + ofLookaheads, EngineBudget::currentFrame() - stack};
+    const StepCount count(budget, most, steps);
     const CountingIterator begin(text.data(), &budget);
     const CountingIterator end(text.data() + text.size(), &budget);
     return std::regex_match(begin, end, regex);
@@ -121,6 +137,9 @@ void WholePattern::compile() {
         return;
     }
     shape_ = shapeOf(text_);
+    if (shape_.hasHugeNumber) {
+        throw std::regex_error(std::regex_constants::error_complexity);
+    }
     if (shape_.compilerStack > kMaxEngineStack ||
         shape_.lookaheadDepth * shape_.lookaheadMemory > kMaxLookaheadMemory) {
         throw std::regex_error(std::regex_constants::error_stack);

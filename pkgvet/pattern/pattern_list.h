@@ -17,6 +17,15 @@ namespace pkgvet {
 inline constexpr std::size_t kMaxSteps = 50'000'000;
 inline constexpr std::size_t kStepsOfACopy = 5;
 
+// Stands for "." in plain text. A pattern that holds a line end of its own goes to the engine, so
+// the two are never confused.
+inline constexpr char kAnyCharacter = '\n';
+
+// What kAnyCharacter does not stand for.
+constexpr bool isLineEnd(char c) {
+    return c == '\n' || c == '\r';
+}
+
 // One whole-string pattern, std::regex in the ECMAScript grammar. Plain text, that is letters,
 // digits, harmless or escaped punctuation and "." as any character but a line end, is compared
 // without an engine; any other pattern is compiled once, when it is first tried.
@@ -28,6 +37,11 @@ public:
     // does not compile, each time, where the engine would overflow the stack (error_stack), see
     // pattern_shape.h, and where it gives up (error_complexity).
     bool matches(const std::string& text);
+    // The same with no more than *steps, which become fewer by those that were taken.
+    bool matches(const std::string& text, std::size_t* steps);
+
+    // The text that a pattern of plain text stands for, with kAnyCharacter in it; null for others.
+    const std::string* plainText() const { return plain_ ? &text_ : nullptr; }
 
     // Why the pattern cannot be tried on any text, in the words of the engine; nothing where it
     // can.
@@ -36,8 +50,8 @@ public:
 private:
     bool matchesPlainText(const std::string& text) const;
     void compile();
-    bool matchesCompiled(const std::string& text);
-    bool run(const std::regex& regex, const std::string& text) const;
+    bool matchesCompiled(const std::string& text, std::size_t* steps);
+    bool run(const std::regex& regex, const std::string& text, std::size_t* steps) const;
 
     std::string text_;  // the pattern, or the plain text that it stands for
     bool plain_;

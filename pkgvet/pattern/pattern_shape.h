@@ -33,6 +33,12 @@ struct PatternShape {
     // The most lookaheads in one another, and the most memory that one of them may take.
     std::size_t lookaheadDepth = 0;
     std::size_t lookaheadMemory = 0;
+    // Whether a repeat or a back-reference has a number at which the engine's own would overflow.
+    bool hasHugeNumber = false;
+    // The most states that the pattern may have, and what it takes to make them, in units of what
+    // one look at a text takes.
+    std::size_t states = 0;
+    std::size_t compilerSteps = 0;
 };
 
 // Reads pattern as the engine's compiler does (ECMAScript grammar) and in the same order, up to the

@@ -4,6 +4,7 @@
 #include <algorithm>
 #include <cstdint>
 #include <regex>
+#include <utility>
 
 namespace pkgvet {
 
@@ -15,6 +16,8 @@ constexpr std::size_t kPieceSize = std::size_t{64} << 10;
 }  // namespace
 
 LineReader::LineReader(const std::string& path) : file_(path) {}
+
+LineReader::LineReader(OpenFile file) : file_(std::move(file)) {}
 
 bool LineReader::next(std::string* line) {
     line->clear();

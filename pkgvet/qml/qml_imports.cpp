@@ -1,6 +1,6 @@
 // The rule on what the package's QML files import.
 #include <algorithm>
-#include <iterator>
+#include <map>
 #include <optional>
 #include <set>
 #include <string>
@@ -9,6 +9,8 @@
 #include <utility>
 #include <vector>
 
+#include "pkgvet/base/regular_file.h"
+#include "pkgvet/pattern/package_patterns.h"
 #include "pkgvet/pattern/pattern_list.h"
 #include "pkgvet/pattern/regex.h"
 #include "pkgvet/pattern/rule_pattern.h"
@@ -74,44 +76,66 @@ struct LinePatterns {
     Regex anyImport = textPattern(kImportPattern);
 };
 
-// The text of the import in line, if it has one that goes to the lists. Neither the import of the
-// toolkit nor that of the XML list model does.
-std::optional<std::string> importIn(const std::string& line, const LinePatterns& patterns,
-                                    bool isOstrandQt5Application, QmlFacts* facts,
-                                    Findings* findings) {
-    if (line.find(kImportWord) == std::string::npos) {
-        return std::nullopt;
-    }
-    if (patterns.ostrand.match(line)) {
-        facts->ostrandImport = true;
-        if (!isOstrandQt5Application) {
-            findings->warning(kShouldBeOstrandQt5);
+// Reads the QML files of one package, each once, whatever the number of its paths.
+class ImportReader {
+public:
+    // How many imports of the toolkit the file has, which are neither in imports() nor judged by
+    // the lists. Nor are those of the XML list model.
+    std::size_t read(const std::string& path, QmlFacts* facts) {
+        OpenFile file = openRegularFile(path);
+        if (!file.descriptor.isOpen()) {
+            return 0;
         }
-        return std::nullopt;
+        const auto [count, isNew] = ostrandImports_.try_emplace(file.identity, 0);
+        if (isNew) {
+            LineReader lines(std::move(file));
+            while (lines.next(&line_)) {
+                count->second += readLine(facts) ? 1 : 0;
+            }
+        }
+        return count->second;
     }
-    if (patterns.xmlListModel.match(line)) {
-        facts->xmlListModelImport = true;
-        return std::nullopt;
+
+    Imports takeImports() { return std::move(imports_); }
+
+private:
+    // Whether line_ imports the toolkit.
+    bool readLine(QmlFacts* facts) {
+        if (line_.find(kImportWord) == std::string::npos) {
+            return false;
+        }
+        if (patterns_.ostrand.match(line_)) {
+            facts->ostrandImport = true;
+            return true;
+        }
+        if (patterns_.xmlListModel.match(line_)) {
+            facts->xmlListModelImport = true;
+            return false;
+        }
+        const std::optional<MatchInfo> match = patterns_.anyImport.match(line_);
+        if (std::optional<std::string> text = match ? match->fetch(kImportText) : std::nullopt) {
+            imports_.insert(*std::move(text));
+        }
+        return false;
     }
-    const std::optional<MatchInfo> match = patterns.anyImport.match(line);
-    return match ? match->fetch(kImportText) : std::nullopt;
-}
+
+    const LinePatterns patterns_ = {};
+    Imports imports_;
+    std::map<FileIdentity, std::size_t> ostrandImports_;
+    std::string line_;
+};
 
 // Text is not understood: an import in a comment of several lines counts.
 Imports readImports(const std::vector<std::string>& qmlFiles, bool isOstrandQt5Application,
                     QmlFacts* facts, Findings* findings) {
-    const LinePatterns patterns;
-    Imports imports;
-    std::string line;
+    ImportReader reader;
     for (const std::string& file : qmlFiles) {
-        LineReader reader(file);
-        while (reader.next(&line)) {
-            if (auto text = importIn(line, patterns, isOstrandQt5Application, facts, findings)) {
-                imports.insert(*std::move(text));
-            }
+        const std::size_t count = reader.read(file, facts);
+        for (std::size_t i = 0; i < count && !isOstrandQt5Application; ++i) {
+            findings->warning(kShouldBeOstrandQt5);
         }
     }
-    return imports;
+    return reader.takeImports();
 }
 
 // The quoted imports that lead to a file of the package. They are resolved in base, the package's
@@ -147,12 +171,15 @@ std::vector<std::string> packagedAmong(const Imports& imports, const std::string
 std::vector<std::string> suspectsAmong(const Imports& imports,
                                        const std::vector<std::string>& packagedImports,
                                        const Configuration& configuration) {
-    PatternList packaged(packagedImports);
+    const std::vector<std::string> texts(imports.begin(), imports.end());
+    const std::vector<PatternAnswer> packaged = matchPackagePatterns(packagedImports, texts);
     PatternList allowed(configuration.allowedQmlimports());
     std::vector<std::string> suspects;
-    std::copy_if(
-        imports.begin(), imports.end(), std::back_inserter(suspects),
-        [&](const std::string& text) { return !packaged.matches(text) && !allowed.matches(text); });
+    for (std::size_t i = 0; i < texts.size(); ++i) {
+        if (!packaged[i].get() && !allowed.matches(texts[i])) {
+            suspects.push_back(texts[i]);
+        }
+    }
     return suspects;
 }
 

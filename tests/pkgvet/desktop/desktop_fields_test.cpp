@@ -172,4 +172,18 @@ TEST(DesktopFields, AnEmptyOrMissingGroupHasNoFinding) {
     }
 }
 
+// As pairs of key and value there would be two thousand million of them.
+TEST(DesktopFields, AKeyIsJudgedOnceAndItsLinesAreRepeated) {
+    std::string content = "[G]\n";
+    for (int i = 0; i < 20000; ++i) {
+        content += "One=A\n";
+    }
+    content += "One=X;";
+    for (int i = 0; i < 100000; ++i) {
+        content += "A;";
+    }
+    EXPECT_EQ(judgeRows(content + "\n"),
+              Strings(20001, errorLine("[desktop] invalid value 'X' in 'G/One' field")));
+}
+
 }  // namespace

@@ -7,6 +7,7 @@
 #include "pkgvet/elf/binary_facts.h"
 #include "pkgvet/elf/binary_rules.h"
 #include "pkgvet/report/findings.h"
+#include "tests/support/base/bytes_read.h"
 #include "tests/support/base/captured_log.h"
 #include "tests/support/base/temporary_directory.h"
 #include "tests/support/elf/elf_image.h"
@@ -241,6 +242,24 @@ TEST_F(Executables, FileThatIsListedButNotThereIsNotAnExecutable) {
 TEST_F(Executables, MainBinaryOnceFoundStaysFound) {
     facts_.mainBinExec = true;
     EXPECT_THAT(check(), IsEmpty());
+}
+
+// Through names, links and hard links.
+TEST_F(Executables, AFileIsReadOnceWhateverTheNumberOfItsPaths) {
+    std::string description = "elf 64 little\nsection strtab\nsection symtab link=1\n";
+    for (int i = 0; i < 4000; ++i) {
+        description += "symbol -\n";
+    }
+    file("/usr/bin/foo", elfImage(description));
+    for (int i = 0; i < 50; ++i) {
+        paths_.push_back("/usr/bin/foo");
+        const std::string name = "/usr/libexec/foo/" + std::to_string(i);
+        link(name, root() + "/usr/bin/foo");
+        fs::create_hard_link(root() + "/usr/bin/foo", root() + name + "-hard");
+        paths_.push_back(name + "-hard");
+    }
+    const std::uint64_t size = fs::file_size(root() + "/usr/bin/foo");
+    EXPECT_LT(bytesReadBy([&] { EXPECT_THAT(check(), IsEmpty()); }), 2 * size);
 }
 
 }  // namespace

@@ -3,10 +3,13 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <filesystem>
+#include <iterator>
 
 #include "pkgvet/base/file_modes.h"
 #include "pkgvet/files/file_rules.h"
+#include "tests/support/base/bytes_read.h"
 #include "tests/support/base/captured_log.h"
 #include "tests/support/base/temporary_directory.h"
 #include "tests/support/rules/rule_run.h"
@@ -86,6 +89,22 @@ TEST_F(Sandboxing, WhatIsNotARegularFileIsPassedOver) {
     const RuleRun run = check({"/directory", "/fifo", "/missing", "/zero"});
     EXPECT_THAT(run.lines, IsEmpty());
     EXPECT_EQ(run.failures, 0U);
+}
+
+TEST_F(Sandboxing, AFileIsReadOnceWhateverTheNumberOfItsPaths) {
+    const std::string text = std::string(100000, 'x') + "/home/defaultuser";
+    root_.write("file", text);
+    std::vector<std::string> paths(50, "/file");
+    for (int i = 0; i < 50; ++i) {
+        paths.push_back("/link" + std::to_string(i));
+        fs::create_symlink("file", root_.path() / paths.back().substr(1));
+    }
+    RuleRun run;
+    const std::uint64_t bytes = bytesReadBy([&] { run = check(paths); });
+    std::vector<std::string> expected;
+    std::transform(paths.begin(), paths.end(), std::back_inserter(expected), found);
+    EXPECT_EQ(run.lines, expected);
+    EXPECT_LT(bytes, 2 * text.size());
 }
 
 }  // namespace

@@ -119,4 +119,14 @@ TEST(PngSize, CompressedTextsCostNoMemory) {
     EXPECT_LT(peakMemory() - before, 100 * 1024);
 }
 
+TEST(PngSize, AChunkThatClaimsGigabytesCostsNoMemory) {
+    const CapturedDescriptor descriptor;
+    const long before = peakMemory();
+    for (const char* type : {"tEXt", "zTXt", "iTXt", "iCCP", "sPLT", "eXIf", "abCd"}) {
+        const std::string claim = std::string("\x7F\xFF\xFF\xFF", 4) + type + "Title";
+        EXPECT_FALSE(hasSize(pngSignature() + pngHeader(86, 86) + claim, 86)) << type;
+    }
+    EXPECT_LT(peakMemory() - before, 20 * 1024);
+}
+
 }  // namespace

@@ -18,6 +18,7 @@
 #include "pkgvet/package/rpm_meta.h"
 #include "tests/support/base/captured_log.h"
 #include "tests/support/base/child_process.h"
+#include "tests/support/package/crafted_package.h"
 #include "tests/support/package/package_builder.h"
 
 namespace {
@@ -279,6 +280,22 @@ TEST(RpmMetaFailures, NoSingleByteOfTheIndexBringsTheReaderDown) {
         }
         return parallel;
     }));
+}
+
+// A directory of 300 kB that is named once and holds a thousand files.
+TEST(RpmMetaFailures, PathsThatTakeGigabytesThrow) {
+    CraftedPackage package("org.example.app");
+    const std::size_t count = 1000;
+    std::vector<std::string> names;
+    for (std::size_t i = 0; i < count; ++i) {
+        names.push_back(std::to_string(i));
+    }
+    package.set(RPMTAG_BASENAMES, rpmTexts(names))
+        .set(RPMTAG_DIRNAMES, rpmTexts({"/" + std::string(300000, 'x') + "/"}))
+        .set(RPMTAG_DIRINDEXES, rpmInt32(std::vector<std::uint32_t>(count)))
+        .set(RPMTAG_FILEUSERNAME, rpmTexts(std::vector<std::string>(count, "root")))
+        .set(RPMTAG_FILEGROUPNAME, rpmTexts(std::vector<std::string>(count, "root")));
+    EXPECT_THROW(readBytes(package.bytes()), std::length_error);
 }
 
 }  // namespace

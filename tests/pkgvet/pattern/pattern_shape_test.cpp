@@ -80,4 +80,24 @@ TEST(PatternShape, LookaheadsTakeMemoryForEachState) {
     EXPECT_GE(shapeOf("(?=a)bcd").lookaheadMemory, 7u * 32);
 }
 
+TEST(PatternShape, NumbersThatWouldOverflowAreSeen) {
+    struct Case {
+        const char* pattern;
+        bool isHuge;
+    };
+    for (const Case& test : {
+             Case{"a{9223372036854775807}", false},
+             Case{"a{9223372036854775808}", true},
+             Case{"a{1,9223372036854775808}", true},
+             Case{"a{00000000000000000000000000000001}", false},
+             Case{R"((a)\9223372036854775807)", false},
+             Case{R"((a)\33333333333333333333)", true},
+             Case{R"([\33333333333333333333])", true},
+             Case{R"()\33333333333333333333)", false},
+             Case{"99999999999999999999999", false},
+         }) {
+        EXPECT_EQ(shapeOf(test.pattern).hasHugeNumber, test.isHuge) << test.pattern;
+    }
+}
+
 }  // namespace

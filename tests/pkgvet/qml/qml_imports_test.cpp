@@ -7,6 +7,7 @@
 
 #include "pkgvet/qml/qml_facts.h"
 #include "pkgvet/qml/qml_rules.h"
+#include "tests/support/base/bytes_read.h"
 #include "tests/support/base/captured_log.h"
 #include "tests/support/base/temporary_directory.h"
 #include "tests/support/rules/rule_run.h"
@@ -238,6 +239,24 @@ TEST(QmlImports, LongLinesAreJudged) {
     EXPECT_THAT(importsIn("import " + blanks + "A 1.0" + blanks), ElementsAre("A 1.0"));
     EXPECT_THAT(importsIn("import A 1.0 //" + std::string(1000000, 'x')), ElementsAre("A 1.0"));
     EXPECT_THAT(importsIn("import \"" + std::string(1000000, 'x')), IsEmpty());
+}
+
+TEST(QmlImports, AFileIsReadOnceWhateverTheNumberOfItsPaths) {
+    const TemporaryDirectory root;
+    const std::string text =
+        std::string(100000, '\n') + "import Lumbra.Ostrand 1.0\nimport A 1.0\n";
+    root.write(std::string(kFile).substr(1), text);
+    std::filesystem::create_symlink("main.qml", root / "usr/share/app/qml/other.qml");
+    std::vector<std::string> paths(50, kFile);
+    paths.push_back("/usr/share/app/qml/other.qml");
+    std::vector<std::string> lines;
+    const std::uint64_t bytes = bytesReadBy([&] { lines = Judgement(paths, root).lines; });
+    std::vector<std::string> expected(
+        paths.size(), warningLine("[desktop] X-Dorrit-Application-Type should be ostrand-qt5 for "
+                                  "apps importing Lumbra.Ostrand in QML"));
+    expected.push_back(errorLine("[A 1.0] Import is not allowed"));
+    EXPECT_EQ(lines, expected);
+    EXPECT_LT(bytes, 2 * text.size());
 }
 
 }  // namespace
