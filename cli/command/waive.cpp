@@ -33,6 +33,18 @@ bool isChosen(const Finding& finding, const WaiveOptions& options) {
            isNamed(finding.subject.value_or(std::string()), options.subjects);
 }
 
+// Why no waiver can be written for the finding; empty when one can.
+std::string obstacleOf(const Finding& finding) {
+    if (isGrave(finding)) {
+        return printable(finding.rule) + " cannot be waived";
+    }
+    if (finding.count > 1) {
+        return printable(finding.rule) +
+               ": the report leaves findings out, so that their waiver has to be written by hand";
+    }
+    return std::string();
+}
+
 // Gathers the waivers for the packages of a report.
 class WaiverList {
 public:
@@ -52,17 +64,18 @@ public:
 
 private:
     void add(const Finding& finding, const std::string& package) {
-        if (!isGrave(finding)) {
+        const std::string obstacle = obstacleOf(finding);
+        if (obstacle.empty()) {
             waivers_.push_back({finding.rule, finding.subject.value_or(std::string()), package,
                                 options_.reason, options_.lastDay});
-        } else if (told_.insert(finding.rule).second) {
-            complain(printable(finding.rule) + " cannot be waived");
+        } else if (told_.insert(obstacle).second) {
+            complain(obstacle);
         }
     }
 
     const WaiveOptions& options_;
     std::vector<NewWaiver> waivers_;
-    std::set<std::string> told_;  // of what cannot be waived, each once
+    std::set<std::string> told_;  // what stands in the way, each once
 };
 
 std::string missingIn(const WaiveOptions& options) {

@@ -46,6 +46,7 @@ std::vector<Finding> IntegrityFindings::take() {
         if (count > kMostOfAKind) {
             findings_.push_back(integrityFinding(
                 kFindingsLeftOut, {std::to_string(count - kMostOfAKind), findEntry(*message)->id}));
+            findings_.back().count = count - kMostOfAKind;
         }
     }
     counts_.clear();

@@ -32,8 +32,11 @@ LogLine lineOf(std::vector<std::string> pieces) {
 
 }  // namespace
 
-FindingCapture::FindingCapture(std::ostream& stream)
-    : stream_(stream), formerBuffer_(stream.rdbuf(&buffer_)), formerFlags_(stream.flags()) {
+FindingCapture::FindingCapture(std::ostream& stream, Receiver receive)
+    : stream_(stream),
+      buffer_(std::move(receive)),
+      formerBuffer_(stream.rdbuf(&buffer_)),
+      formerFlags_(stream.flags()) {
     // With this flag, which standard error has, every piece of a line would be flushed.
     stream_.unsetf(std::ios_base::unitbuf);
 }
@@ -41,10 +44,6 @@ FindingCapture::FindingCapture(std::ostream& stream)
 FindingCapture::~FindingCapture() {
     stream_.flags(formerFlags_);
     stream_.rdbuf(formerBuffer_);
-}
-
-std::vector<LogLine> FindingCapture::take() {
-    return std::exchange(buffer_.lines, {});
 }
 
 FindingCapture::Buffer::int_type FindingCapture::Buffer::overflow(int_type character) {
@@ -61,7 +60,7 @@ std::streamsize FindingCapture::Buffer::xsputn(const char* text, std::streamsize
 
 int FindingCapture::Buffer::sync() {
     if (!pieces_.empty()) {
-        lines.push_back(lineOf(std::exchange(pieces_, {})));
+        receive_(lineOf(std::exchange(pieces_, {})));
     }
     return 0;
 }

@@ -1,34 +1,36 @@
 // The library's lines, caught piece by piece.
 #pragma once
 
+#include <functional>
 #include <ostream>
 #include <streambuf>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "cli/model/model.h"
 
 namespace pkgvet::cli {
 
-// While it lives, what goes to a stream is gathered as lines and not shown. The library writes each
+// While it lives, what goes to a stream is told as lines and not shown. The library writes each
 // piece in one go and flushes once, at the end of a line, so that a line feed in a name makes no
 // second line. A line without a label is a remark of one or more pieces.
 class FindingCapture {
 public:
-    explicit FindingCapture(std::ostream& stream);
+    using Receiver = std::function<void(const LogLine&)>;
+
+    // receive gets each line at its end.
+    FindingCapture(std::ostream& stream, Receiver receive);
     FindingCapture(const FindingCapture&) = delete;
     FindingCapture(FindingCapture&&) = delete;
     FindingCapture& operator=(const FindingCapture&) = delete;
     FindingCapture& operator=(FindingCapture&&) = delete;
     ~FindingCapture();
 
-    // The lines since the last call, which are handed over.
-    std::vector<LogLine> take();
-
 private:
     class Buffer : public std::streambuf {
     public:
-        std::vector<LogLine> lines;
+        explicit Buffer(Receiver receive) : receive_(std::move(receive)) {}
 
     protected:
         int_type overflow(int_type character) override;
@@ -36,6 +38,7 @@ private:
         int sync() override;
 
     private:
+        Receiver receive_;
         std::vector<std::string> pieces_;
     };
 

@@ -16,6 +16,7 @@
 #include "cli/integrity/payload_memory.h"
 #include "cli/integrity/set_id_modes.h"
 #include "cli/judge/finding_capture.h"
+#include "cli/judge/finding_list.h"
 #include "cli/judge/identify.h"
 #include "cli/judge/package_copy.h"
 #include "pkgvet/content/content_validator.h"
@@ -46,18 +47,12 @@ std::string unreadable(const std::string& message, const std::string& path) {
                            : std::string(kNotAPackage) + ": " + withoutPath(message, path);
 }
 
-std::vector<Finding> identified(const std::vector<LogLine>& lines) {
-    std::vector<Finding> findings;
-    std::transform(lines.begin(), lines.end(), std::back_inserter(findings), identify);
-    return findings;
-}
-
 // Rules remember what they found, so that each configuration has a validator of its own. They share
 // one tree, which the first of them to be destroyed would remove: none ever is, since the whole
 // world ends sooner.
 void judgeContent(const ContentValidator& unpacked,
                   const std::vector<Configuration>& configurations, const RpmMeta& meta,
-                  FindingCapture* capture, PackageReport* report) {
+                  FindingList* findings, PackageReport* report) {
     for (const Configuration& configuration : configurations) {
         auto* const validator = new ContentValidator(unpacked);
         Judgement judgement;
@@ -65,7 +60,7 @@ void judgeContent(const ContentValidator& unpacked,
         judgement.metaAccepted = MetaValidator().validateMeta(configuration, meta);
         judgement.contentAccepted = validator->validateContent(configuration, meta);
         judgement.passes = judgement.accepted();
-        judgement.findings = identified(capture->take());
+        judgement.findings = findings->take();
         report->judgements.push_back(std::move(judgement));
     }
 }
@@ -128,13 +123,13 @@ std::optional<Finding> irregularityOf(const Surroundings& surroundings, bool isU
 
 // Without the payload its rules would look at the files of this machine under the package's names.
 void judgeHeaderAlone(const std::vector<Configuration>& configurations, const RpmMeta& meta,
-                      FindingCapture* capture, PackageReport* report) {
+                      FindingList* findings, PackageReport* report) {
     report->incomplete = kIrregular;
     for (const Configuration& configuration : configurations) {
         Judgement judgement;
         judgement.profile = configuration.name();
         judgement.metaAccepted = MetaValidator().validateMeta(configuration, meta);
-        judgement.findings = identified(capture->take());
+        judgement.findings = findings->take();
         report->judgements.push_back(std::move(judgement));
     }
 }
@@ -167,7 +162,9 @@ void addIntegrity(const std::vector<Finding>& findings, const std::optional<Inte
 
 void judgeCopy(const Surroundings& surroundings, const std::vector<Configuration>& configurations,
                const IntegrityOptions& integrity, RpmSession* rpm, PackageReport* report) {
-    FindingCapture capture(std::cerr);
+    FindingList findings;
+    const FindingCapture capture(
+        std::cerr, [&findings](const LogLine& line) { findings.add(identify(line)); });
     PackageCopy copy(surroundings.package, surroundings.copyPath, &report->sha256);
     surroundings.closePackage();
     const RpmMeta meta = readHeader(surroundings.copyPath, rpm);
@@ -188,13 +185,13 @@ void judgeCopy(const Surroundings& surroundings, const std::vector<Configuration
     if (std::optional<Finding> irregularity =
             irregularityOf(surroundings, content.extracted(), rpm)) {
         own.push_back(std::move(*irregularity));
-        judgeHeaderAlone(configurations, meta, &capture, report);
+        judgeHeaderAlone(configurations, meta, &findings, report);
     } else {
         surroundings.closeAround();
         if (check) {
             check->compareTree(surroundings.tree);
         }
-        judgeContent(content, configurations, meta, &capture, report);
+        judgeContent(content, configurations, meta, &findings, report);
     }
     if (check) {
         append(check->findings(), &own);

@@ -1,6 +1,7 @@
 // What a run looks at and what it finds out: packages, judgements and findings as plain data.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <optional>
 #include <string>
@@ -43,6 +44,8 @@ struct Finding {
     std::string message;                 // the library's line without its label
     Standing standing = Standing::Counts;
     std::string reason;  // of the waiver
+    // How many findings it stands for: more than one of the rule, which are left out.
+    std::size_t count = 1;
 };
 
 // A package under one profile.

@@ -52,6 +52,7 @@ private:
         finding.rule = reader_.text(object, place, "rule");
         finding.severity = reader_.text(object, place, "severity");
         finding.counts = reader_.text(object, place, "standing") == kCounts;
+        finding.standsForOthers = object.contains("count");
         if (!object.value("subject", Json()).is_null()) {
             finding.subject = reader_.text(object, place, "subject");
         }

@@ -14,8 +14,9 @@ struct ReportedFinding {
     std::string package;  // its name
     std::string rule;
     std::string severity;
-    std::string subject;  // empty for none
-    bool counts = false;  // neither waived nor known
+    std::string subject;           // empty for none
+    bool counts = false;           // neither waived nor known
+    bool standsForOthers = false;  // for findings that the report leaves out
 };
 
 // The findings of the report at path, which is one that `--format json` writes, in its order.

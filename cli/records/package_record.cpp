@@ -13,6 +13,8 @@ namespace {
 
 constexpr std::uint64_t kMostPackages = std::numeric_limits<std::uint32_t>::max();
 
+constexpr std::uint64_t kMostFindings = std::numeric_limits<std::uint32_t>::max();
+
 constexpr const char* kContradiction = "does not follow from the other members";
 
 // In the order of the enumerations.
@@ -33,6 +35,9 @@ Finding readFinding(const Fields& fields, const std::string& package) {
     finding.message = fields.bytes("message");
     finding.standing = static_cast<Standing>(fields.word("standing", kStandings));
     finding.reason = fields.bytes("reason");
+    if (fields.has("count")) {
+        finding.count = fields.number("count", 2, kMostFindings);
+    }
     // The fingerprint of a report is what other tools follow a finding by.
     fields.require(fields.text("fingerprint") == fingerprintOf(package, finding), "fingerprint",
                    kContradiction);

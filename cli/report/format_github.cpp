@@ -60,7 +60,7 @@ std::string fixOf(const std::string& rule) {
 
 // "4 findings: A, B and 2 more", in one package or in several.
 std::string severalText(const RuleTally& rule) {
-    const std::string count = counted(rule.findings.size(), "finding");
+    const std::string count = counted(rule.count, "finding");
     const std::vector<std::string> subjects = firstSubjects(rule, kMostSubjects);
     const Entry* entry = findEntry(rule.rule);
     const std::string title = entry == nullptr ? printable(rule.rule) : std::string(entry->title);
@@ -70,7 +70,7 @@ std::string severalText(const RuleTally& rule) {
 
 // The library's own words where there is one finding alone.
 std::string textOf(const RuleTally& rule) {
-    if (rule.findings.size() > 1) {
+    if (rule.count > 1) {
         return severalText(rule);
     }
     const RuleTally::Place& place = rule.findings.front();

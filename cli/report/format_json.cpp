@@ -46,6 +46,9 @@ Json findingJson(const std::string& package, const Finding& finding) {
     putText("message", finding.message, &json);
     json["standing"] = standingName(finding.standing);
     putText("reason", finding.reason, &json);
+    if (finding.count > 1) {
+        json["count"] = finding.count;
+    }
     return json;
 }
 

@@ -61,8 +61,8 @@ void writeRules(const PackageReport& package, std::ostream& stream) {
             subjects.push_back(markdownText(subject));
         }
         stream << "| " << severityName(rule.worst) << (rule.grave ? ", never excused" : "") << " | "
-               << linkTo(rule.rule) << " | " << rule.findings.size() << " | "
-               << joined(subjects, ", ") << " |\n";
+               << linkTo(rule.rule) << " | " << rule.count << " | " << joined(subjects, ", ")
+               << " |\n";
     }
 }
 

@@ -84,6 +84,9 @@ Json resultJson(const SarifResult& result, const SarifRules& rules, SarifArtifac
         {kFingerprint, result.fingerprint},
         {kNumberedFingerprint, result.fingerprint + ":" + std::to_string(result.occurrence)}};
     json["suppressions"] = suppressions(finding);
+    if (finding.count > 1) {
+        json["occurrenceCount"] = finding.count;
+    }
     json["properties"] = {{"package", result.package->name},
                           {"severity", severityName(finding.severity)},
                           {"standing", standingName(finding.standing)},

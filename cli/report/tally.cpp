@@ -23,15 +23,16 @@ constexpr std::string_view kInterrupted = "; the run was interrupted and this re
 FindingTally tallyOf(const Judgement& judgement) {
     FindingTally tally;
     for (const Finding& finding : judgement.findings) {
-        tally.grave += finding.standing == Standing::Counts && isGrave(finding) ? 1 : 0;
+        const std::size_t count = finding.count;
+        tally.grave += finding.standing == Standing::Counts && isGrave(finding) ? count : 0;
         if (finding.standing == Standing::Waived) {
-            ++tally.waived;
+            tally.waived += count;
         } else if (finding.standing == Standing::Known) {
-            ++tally.known;
+            tally.known += count;
         } else if (finding.severity >= Severity::Error) {
-            ++tally.errors;
+            tally.errors += count;
         } else if (finding.severity == Severity::Warning) {
-            ++tally.warnings;
+            tally.warnings += count;
         }
     }
     return tally;
@@ -65,6 +66,7 @@ std::vector<RuleTally> ruleTallies(std::span<const PackageReport> packages) {
                 tally.rule = finding.rule;
                 tally.worst = std::max(tally.worst, finding.severity);
                 tally.grave = tally.grave || isGrave(finding);
+                tally.count += finding.count;
                 tally.findings.push_back({&package, std::move(merged)});
             }
         }
@@ -74,7 +76,7 @@ std::vector<RuleTally> ruleTallies(std::span<const PackageReport> packages) {
         sorted.push_back(std::move(rule.second));
     }
     const auto rank = [](const RuleTally& rule) {
-        return std::tuple(rule.grave, rule.worst, rule.findings.size());
+        return std::tuple(rule.grave, rule.worst, rule.count);
     };
     std::stable_sort(sorted.begin(), sorted.end(),
                      [&rank](const RuleTally& a, const RuleTally& b) { return rank(a) > rank(b); });

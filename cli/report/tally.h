@@ -40,6 +40,7 @@ struct RuleTally {
     Severity worst = Severity::Info;
     bool grave = false;
     std::vector<Place> findings;  // in the order of the packages
+    std::size_t count = 0;        // of them and of those that they stand for
 };
 
 // The rules that packages break, each finding counted once whatever the number of profiles. Grave

@@ -36,13 +36,12 @@ std::vector<RuleTally> usefulRules(const PackageReport& package) {
 
 // Rules that are broken once need no count.
 std::string mostFrequent(std::vector<RuleTally> rules) {
-    std::stable_sort(rules.begin(), rules.end(), [](const RuleTally& a, const RuleTally& b) {
-        return a.findings.size() > b.findings.size();
-    });
+    std::stable_sort(rules.begin(), rules.end(),
+                     [](const RuleTally& a, const RuleTally& b) { return a.count > b.count; });
     std::vector<std::string> texts;
     for (const RuleTally& rule : rules) {
-        if (rule.findings.size() > 1 && texts.size() < kMostRules) {
-            texts.push_back(printable(rule.rule) + " " + std::to_string(rule.findings.size()));
+        if (rule.count > 1 && texts.size() < kMostRules) {
+            texts.push_back(printable(rule.rule) + " " + std::to_string(rule.count));
         }
     }
     return joined(texts, ", ");

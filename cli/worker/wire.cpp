@@ -13,7 +13,7 @@ namespace pkgvet::cli {
 namespace {
 
 // Grows with each change of what a message holds.
-constexpr std::uint32_t kVersion = 3;
+constexpr std::uint32_t kVersion = 4;
 
 constexpr std::size_t kNumberSize = 4;
 constexpr unsigned kByteBits = 8;
@@ -91,6 +91,7 @@ void encode(const Finding& finding, Encoder* encoder) {
     encoder->flag(finding.subject.has_value());
     encoder->text(finding.subject.value_or(std::string()));
     encoder->text(finding.message);
+    encoder->number(finding.count);
 }
 
 Finding decodeFinding(Decoder* decoder) {
@@ -110,6 +111,10 @@ Finding decodeFinding(Decoder* decoder) {
         finding.subject = subject;
     }
     finding.message = decoder->text();
+    finding.count = decoder->number();
+    if (finding.count == 0) {
+        decoder->fail();
+    }
     return finding;
 }
 

@@ -22,15 +22,13 @@ namespace {
 
 std::vector<Finding> findingsOf(const std::string& path, const Configuration& configuration) {
     const CapturedDescriptor noiseOfTools;
-    FindingCapture capture(std::cerr);
+    std::vector<Finding> findings;
+    const FindingCapture capture(
+        std::cerr, [&findings](const LogLine& line) { findings.push_back(identify(line)); });
     const RpmMeta meta(path.c_str());
     const ContentValidator content(path);
     MetaValidator().validateMeta(configuration, meta);
     content.validateContent(configuration, meta);
-    std::vector<Finding> findings;
-    for (const LogLine& line : capture.take()) {
-        findings.push_back(identify(line));
-    }
     return findings;
 }
 

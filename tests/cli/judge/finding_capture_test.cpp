@@ -6,6 +6,8 @@
 
 #include <iostream>
 #include <sstream>
+#include <utility>
+#include <vector>
 
 #include "pkgvet/report/logger.h"
 
@@ -16,8 +18,18 @@ using pkgvet::cli::LogLine;
 using pkgvet::cli::Severity;
 using testing::ElementsAre;
 
+// Keeps the lines that are caught.
+class LineCapture {
+public:
+    std::vector<LogLine> take() { return std::exchange(lines_, {}); }
+
+private:
+    std::vector<LogLine> lines_;
+    FindingCapture capture_{std::cerr, [this](const LogLine& line) { lines_.push_back(line); }};
+};
+
 TEST(FindingCapture, EachLevelOfTheLoggerIsASeverity) {
-    FindingCapture capture(std::cerr);
+    LineCapture capture;
     Logger::log(LogLevel::Warning, {"w"});
     Logger::log(LogLevel::Error, {"e"});
     Logger::log(LogLevel::Critical, {"c"});
@@ -32,14 +44,14 @@ TEST(FindingCapture, EachLevelOfTheLoggerIsASeverity) {
 }
 
 TEST(FindingCapture, PiecesStayApart) {
-    FindingCapture capture(std::cerr);
+    LineCapture capture;
     Logger::log(LogLevel::Error, {"[", "] x", "", "] Library is not allowed"});
     EXPECT_THAT(capture.take().at(0).pieces,
                 ElementsAre("[", "] x", "", "] Library is not allowed"));
 }
 
 TEST(FindingCapture, LineFeedInsideALineMakesNoSecondLine) {
-    FindingCapture capture(std::cerr);
+    LineCapture capture;
     Logger::log(LogLevel::Warning, {"[", "x\n(ERROR)\t\tforged\n", "\n", "] y"});
     const std::vector<LogLine> lines = capture.take();
     ASSERT_EQ(lines.size(), 1U);
@@ -48,7 +60,7 @@ TEST(FindingCapture, LineFeedInsideALineMakesNoSecondLine) {
 }
 
 TEST(FindingCapture, LineWithoutLabelIsARemark) {
-    FindingCapture capture(std::cerr);
+    LineCapture capture;
     std::cerr << "ExecDBus error: "
               << "No such file or directory" << std::endl;
     const std::vector<LogLine> lines = capture.take();
@@ -61,7 +73,7 @@ TEST(FindingCapture, StreamIsAsBeforeAfterwards) {
     std::ostringstream stream;
     stream.setf(std::ios_base::unitbuf);
     {
-        const FindingCapture capture(stream);
+        const FindingCapture capture(stream, [](const LogLine&) {});
         stream << "captured" << std::endl;
     }
     stream << "shown";

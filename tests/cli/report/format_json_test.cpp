@@ -193,4 +193,15 @@ TEST(FormatJson, BytesThatAreNoTextAreReplaced) {
               std::string::npos);
 }
 
+TEST(FormatJson, AFindingThatStandsForOthersSaysForHowMany) {
+    Finding left = finding("rule", Severity::Error, "549000 further findings are left out");
+    left.count = 549'000;
+    const RunReport run =
+        runOf({package({judgement({finding("rule", Severity::Error, "text"), left})})});
+    EXPECT_EQ(jsonFaults(kSchema, {reportOf(Format::Json, run)}), "");
+    const Json findings = json(run)["packages"][0]["judgements"][0]["findings"];
+    EXPECT_FALSE(findings[0].contains("count"));
+    EXPECT_EQ(findings[1]["count"], 549'000);
+}
+
 }  // namespace

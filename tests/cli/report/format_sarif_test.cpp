@@ -220,4 +220,10 @@ TEST(FormatSarif, NameOfAFileIsEscapedByteForByte) {
     EXPECT_EQ(runJson(run)["artifacts"][0]["location"]["uri"], "a%20b/c%3Ad%FF%25.rpm");
 }
 
+TEST(FormatSarif, AFindingThatStandsForOthersOccursAsOften) {
+    Finding left = finding("rule", Severity::Error, "549000 further findings are left out");
+    left.count = 549'000;
+    EXPECT_EQ(runJson(oneFinding(left))["results"][0]["occurrenceCount"], 549'000);
+}
+
 }  // namespace

@@ -57,6 +57,14 @@ TEST(Tally, FindingsCountBySeverityUnlessTheyAreExcused) {
     EXPECT_EQ(tally.known, 2U);
 }
 
+TEST(Tally, FindingsThatAreLeftOutCount) {
+    Finding left = withStanding(Standing::Counts, Severity::Warning);
+    left.count = 549'000;
+    const PackageReport report = package({judgement({withStanding(Standing::Counts), left})});
+    EXPECT_EQ(countsOf(tallyOf(report.judgements[0])), "1 error, 549000 warnings");
+    EXPECT_EQ(ruleTallies(std::vector{report}).at(0).count, 549'001U);
+}
+
 TEST(Summary, NamesTheNumbersAndAnInterruption) {
     RunReport run = runOf({accepted()});
     EXPECT_EQ(summaryOf(run), "1 package: 1 accepted, 0 rejected, 0 not judged");

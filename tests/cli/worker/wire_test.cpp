@@ -37,6 +37,7 @@ PackageReport sample() {
     finding.severity = Severity::Critical;
     finding.subject = kBytes;
     finding.message = "[a] " + kBytes;
+    finding.count = 70'000;
     Finding remark;
     remark.rule = kOtherRemark;
     report.judgements[1].findings = {finding, remark};
@@ -166,6 +167,13 @@ TEST(Wire, ReportAboveTheBoundIsOfAPackageThatCouldNotBeJudged) {
     ASSERT_TRUE(result);
     EXPECT_EQ(result->cause, "there is more to say about it than --max-report allows");
     EXPECT_THAT(result->judgements, IsEmpty());
+}
+
+TEST(Wire, FindingsThatStandForNoneAreRefused) {
+    PackageReport report = sample();
+    EXPECT_EQ(heard(reportMessage(report, kMostBytes))->judgements[1].findings[0].count, 70'000U);
+    report.judgements[1].findings[0].count = 0;
+    EXPECT_FALSE(heard(reportMessage(report, kMostBytes)));
 }
 
 }  // namespace
