@@ -13,11 +13,11 @@ namespace {
 
 constexpr std::size_t kPieceSize = std::size_t{1} << 20;
 
-// The file of a rule tree has no largest size. json-glib refuses every text that holds a NUL, so
-// reading ends at the first one: a link may lead to a sparse file, which is larger than any memory.
-std::optional<std::string> readText(const std::string& path, std::uint64_t maxBytes) {
+// The file has no largest size. json-glib refuses every text that holds a NUL, so reading ends at
+// the first one: a link may lead to a sparse file, which is larger than any memory.
+std::optional<std::string> readText(const std::string& path) {
     RegularFileReader file(path);
-    if (!file.isOpen() || file.remaining() > maxBytes) {
+    if (!file.isOpen()) {
         return std::nullopt;
     }
     std::string content;
@@ -43,10 +43,10 @@ JsonOutcome parse(const std::string& content, JsonParser* parser) {
 
 }  // namespace
 
-JsonFile loadJsonFile(const std::string& path, std::uint64_t maxBytes) {
+JsonFile loadJsonFile(const std::string& path) {
     JsonFile file;
     file.parser.reset(json_parser_new());
-    const std::optional<std::string> content = readText(path, maxBytes);
+    const std::optional<std::string> content = readText(path);
     if (!content) {
         return file;
     }

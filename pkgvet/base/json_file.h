@@ -4,8 +4,6 @@
 #include <json-glib/json-glib.h>
 
 #include <cstddef>
-#include <cstdint>
-#include <limits>
 #include <string>
 
 #include "pkgvet/base/c_handle.h"
@@ -21,7 +19,7 @@ inline constexpr std::size_t kMaxJsonDepth = 20000;
 
 enum class JsonOutcome {
     Loaded,
-    Unreadable,  // missing, not a regular file, not permitted, too large, or not JSON
+    Unreadable,  // missing, not a regular file, not permitted, or not JSON
     TooDeep,     // nests beyond kMaxJsonDepth, and is not parsed
 };
 
@@ -37,10 +35,7 @@ struct JsonFile {
 };
 
 // Loads the file at path, a path on disk, links followed. What is valid is json-glib's to say. What
-// is not a regular file counts as unreadable, since packages bring JSON files as well. So does a
-// file of more than maxBytes, for those that packages bring: json-glib takes fifty times as much
-// memory.
-JsonFile loadJsonFile(const std::string& path,
-                      std::uint64_t maxBytes = std::numeric_limits<std::uint64_t>::max());
+// is not a regular file counts as unreadable, since packages bring JSON files as well.
+JsonFile loadJsonFile(const std::string& path);
 
 }  // namespace pkgvet

@@ -19,9 +19,9 @@ namespace {
 constexpr const char* kNameKey = "Name";
 constexpr const char* kIconKey = "Icon";
 
-// A hundred times what a real desktop file holds. GKeyFile keeps all of a file in memory, and of a
-// file with short lines fifty times its size.
-constexpr std::size_t kMaxFileSize = std::size_t{4} << 20;
+// A thousand times what a real desktop file holds. GKeyFile keeps all of a file in memory, and of
+// a file with short lines fifty times its size.
+constexpr std::size_t kMaxFileSize = std::size_t{16} << 20;
 
 // Without this flag GKeyFile keeps or drops a key such as "IconMode[de]" by the language of whoever
 // runs the check.

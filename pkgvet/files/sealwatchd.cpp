@@ -3,7 +3,6 @@
 
 #include <json-glib/json-glib.h>
 
-#include <cstdint>
 #include <string_view>
 #include <unordered_set>
 
@@ -14,9 +13,6 @@ namespace pkgvet {
 namespace {
 
 constexpr const char* kWatchMember = "watch";
-// Room for the path of each file of a package of a hundred thousand files.
-constexpr std::uint64_t kMaxFileSize = std::uint64_t{8} << 20;
-
 constexpr std::string_view kFilePrefix = "file:";
 constexpr std::string_view kElfPrefix = "elf:";
 
@@ -37,7 +33,7 @@ std::string_view withoutPrefix(std::string_view entry) {
 // elements. An element that is not a string is null as well, which std::string refuses.
 SealwatchdResult checkSealwatchdFile(const std::string& file,
                                      const std::vector<std::string>& paths) {
-    const JsonFile json = loadJsonFile(file, kMaxFileSize);
+    const JsonFile json = loadJsonFile(file);
     if (json.outcome != JsonOutcome::Loaded) {
         return SealwatchdResult::InvalidJson;
     }

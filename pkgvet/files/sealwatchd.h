@@ -8,7 +8,7 @@ namespace pkgvet {
 
 enum class SealwatchdResult {
     Valid,        // every file that is to be watched is one of the package
-    InvalidJson,  // also a file that is missing, cannot be read or is larger than 8 MiB
+    InvalidJson,  // also a file that is missing or cannot be read
     Mismatch,
 };
 

@@ -154,7 +154,7 @@ TEST(DesktopEntry, WhatIsNotARegularFileHasNothing) {
 TEST(DesktopEntry, AFileBeyondAllReasonHasNothing) {
     const TemporaryDirectory directory;
     const std::string path = directory.write("file", "[Desktop Entry]\nName=A\n");
-    std::filesystem::resize_file(path, (std::uintmax_t{64} << 20) + 1);
+    std::filesystem::resize_file(path, (std::uintmax_t{16} << 20) + 1);
     expectNoAnswers(DesktopEntry(path));
 }
 

@@ -275,9 +275,9 @@ TEST(SandboxSection, TheSectionIsReportedAfterItsKeys) {
 }
 
 TEST(SandboxSection, VeryLongValuesAreJudged) {
-    const std::string text(1000000, 'a');
+    const std::string text(2000000, 'a');
     std::string permissions;
-    for (int i = 0; i < 50000; ++i) {
+    for (int i = 0; i < 200000; ++i) {
         permissions += "Internet;";
     }
     const Judgement judgement(section(text, text) + "Permissions=" + permissions + text + "\n");

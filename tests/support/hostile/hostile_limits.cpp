@@ -9,7 +9,7 @@ namespace {
 constexpr std::size_t kLongestName = 4096;  // that the guard passes on
 constexpr std::size_t kDeepestJson = 20'000;
 constexpr std::size_t kLargestXml = std::size_t{256} << 10U;
-constexpr std::size_t kLargestDesktopFile = std::size_t{64} << 20U;
+constexpr std::size_t kLargestDesktopFile = std::size_t{16} << 20U;
 
 void packNamed(CraftedPackage* package, const std::string& name) {
     package->archive(package->entries() + cpioEntry({.name = name, .data = "x"}) + cpioTrailer());
