@@ -47,9 +47,9 @@ std::string textOf(const Finding& finding) {
 }  // namespace
 
 bool FindingKind::operator<(const FindingKind& other) const {
-    return std::tie(rule, severity, standing, reason, hasSubject, text, profiles) <
+    return std::tie(rule, severity, standing, reason, hasSubject, text, profiles, count) <
            std::tie(other.rule, other.severity, other.standing, other.reason, other.hasSubject,
-                    other.text, other.profiles);
+                    other.text, other.profiles, other.count);
 }
 
 std::size_t Numbers::of(const std::string& text) {
@@ -74,7 +74,8 @@ std::size_t FindingKinds::of(const MergedFinding& merged) {
                         finding.reason,
                         !finding.subject.value_or(std::string()).empty(),
                         textOf(finding),
-                        {}};
+                        {},
+                        finding.count};
     for (const std::string_view profile : merged.profiles) {
         kind.profiles.push_back(profiles_.of(std::string(profile)));
     }

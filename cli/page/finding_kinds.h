@@ -25,6 +25,7 @@ struct FindingKind {
     bool hasSubject = false;            // one that is not empty
     std::string text;                   // the message with kSubjectMark where the subject stands
     std::vector<std::size_t> profiles;  // by their numbers, in order
+    std::size_t count = 1;              // of the findings that it stands for
 
     bool operator<(const FindingKind& other) const;
 };

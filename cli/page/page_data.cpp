@@ -101,6 +101,9 @@ Json kindsJson(const FindingKinds& kinds, Numbers* rules) {
                     {"text", kind->text},
                     {"profiles", kind->profiles}};
         put("reason", kind->reason, &one);
+        if (kind->count > 1) {
+            one["count"] = kind->count;
+        }
         json.push_back(std::move(one));
     }
     return json;

@@ -97,7 +97,7 @@ std::vector<std::pair<std::string, RuleCount>> rankedRules(const RunReport& run)
                 continue;
             }
             RuleCount& count = counts[finding.rule];
-            ++count.findings;
+            count.findings += finding.count;
             if (seen.insert(finding.rule).second) {
                 ++count.packages;
                 count.rejected += package.passes() ? 0 : 1;

@@ -90,7 +90,7 @@ function tally(item, profile) {
   eachFinding(item, (number) => {
     const kind = report.kinds[number];
     if (kind.standing === counts && (profile === null || kind.profiles.includes(profile))) {
-      ++bySeverity[kind.severity];
+      bySeverity[kind.severity] += kind.count || 1;
     }
   });
   return bySeverity;

@@ -45,6 +45,16 @@ TEST(PageData, FindingsAreKindsAndTheirNumbers) {
     EXPECT_NE(rule.at("fix"), "");
 }
 
+TEST(PageData, AKindSaysForHowManyFindingsItStands) {
+    Finding others = finding("a", Severity::Error, "And others");
+    others.count = 70'000;
+    const Json kinds =
+        dataOf(runOf({package({judgement({finding("a", Severity::Error, "A"), others})})}))
+            .at("kinds");
+    EXPECT_FALSE(kinds[0].contains("count"));
+    EXPECT_EQ(kinds[1].at("count"), 70'000);
+}
+
 TEST(PageData, PrintsAreTheBeginningsOfFingerprints) {
     const Finding a = finding("a", Severity::Error, "A");
     const Finding b = finding("b", Severity::Error, "B");
