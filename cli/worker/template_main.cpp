@@ -103,7 +103,7 @@ private:
     void setUp();
     void prepare();
     void startTrial();
-    void tryWorld(int answer, int gate);
+    void tryWorld(Descriptor answer, const Descriptor& gate);
     std::string trialAnswer();
     void endTrial();
     void awaitTrial();
@@ -198,7 +198,7 @@ void Template::startTrial() {
     trial_.process = fork();
     if (trial_.process == 0) {
         gate.writing.reset();
-        tryWorld(answer.writing.get(), gate.reading.get());
+        tryWorld(std::move(answer.writing), gate.reading);
         _exit(0);
     }
     trial_.error = trial_.process < 0 ? errno : 0;
@@ -206,7 +206,7 @@ void Template::startTrial() {
     trial_.gate = std::move(gate.writing);
 }
 
-void Template::tryWorld(int answer, int gate) {
+void Template::tryWorld(Descriptor answer, const Descriptor& gate) {
     std::string text = kWhole;
     try {
         becomeJudgeUser(true);
@@ -220,9 +220,11 @@ void Template::tryWorld(int answer, int gate) {
             fail(errno, "cannot make namespaces");
         }
         if (process > 0) {
+            // The end of a trial that does not answer would not be seen.
+            answer.reset();
             waitForEnd(process);
             char none = 0;
-            static_cast<void>(read(gate, &none, sizeof none));
+            static_cast<void>(read(gate.get(), &none, sizeof none));
             return;
         }
         World world(plan_, filter_);
@@ -232,7 +234,7 @@ void Template::tryWorld(int answer, int gate) {
         text = error.what();
     }
     // Whoever reads this counts what is missing as a failure.
-    static_cast<void>(write(answer, text.data(), text.size()));
+    static_cast<void>(write(answer.get(), text.data(), text.size()));
     _exit(0);
 }
 

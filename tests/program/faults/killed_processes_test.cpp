@@ -67,6 +67,30 @@ TEST_P(KilledProcess, TemplateCostsItsPackageOrNothing) {
     }
 }
 
+// The template's first child, and the one in namespaces of its own which that starts.
+TEST(KilledTrial, MeansThatThereAreNoNamespaces) {
+    if (!canTrace()) {
+        GTEST_SKIP() << "this machine does not let a test trace the program";
+    }
+    FaultRun faults({"--sandbox", "auto"});
+    ASSERT_EQ(faults.undisturbed().status, 0) << faults.undisturbed().errors;
+    for (const char* trial : {".1", ".1.1"}) {
+        SCOPED_TRACE(trial);
+        bool isKilled = false;
+        const std::string process = faults.cast().maker + trial;
+        const TracedRun run = faults.run([&](const SystemCall& call) {
+            const bool isMeant = !isKilled && call.process == process;
+            isKilled = isKilled || isMeant;
+            return isMeant ? Answer{Answer::Kind::KillProcess} : Answer();
+        });
+        EXPECT_TRUE(isKilled);
+        EXPECT_EQ(run.result.status, 0) << run.result.output << run.result.errors;
+        EXPECT_NE(run.result.errors, "") << "that there are no namespaces is said";
+        EXPECT_EQ(run.left, 0U);
+        EXPECT_EQ(faults.directoriesLeft(), std::vector<std::string>());
+    }
+}
+
 INSTANTIATE_TEST_SUITE_P(Sandbox, KilledProcess, testing::Values("auto", "off"),
                          [](const auto& mode) { return std::string(mode.param); });
 
