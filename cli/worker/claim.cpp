@@ -97,17 +97,27 @@ bool isSafe(const Descriptor& parent) {
 
 Claim::Claim(const std::string& directory, const std::string& companion)
     : Claim(shared(directory)) {
+    if (!lock_.isOpen()) {
+        return;
+    }
     // The lock comes first: a mark without it would be an invitation.
     const Descriptor mark(openat(lock_.get(), kMarkName,
                                  O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, S_IRUSR));
     const std::string text = std::string(kMark) + companion;
-    static_cast<void>(write(mark.get(), text.data(), text.size()));
+    isMarked_ = mark.isOpen() &&
+                write(mark.get(), text.data(), text.size()) == static_cast<ssize_t>(text.size());
+}
+
+void Claim::unmark(const std::string& directory) {
+    unlink((directory + "/" + kMarkName).c_str());
 }
 
 Claim Claim::shared(const std::string& directory) {
     Claim claim;
     claim.lock_ = openDirectory(AT_FDCWD, directory.c_str());
-    flock(claim.lock_.get(), LOCK_SH);
+    if (claim.lock_.isOpen()) {
+        flock(claim.lock_.get(), LOCK_SH);
+    }
     return claim;
 }
 

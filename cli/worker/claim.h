@@ -17,15 +17,21 @@ class Claim {
 public:
     Claim() = default;
     // Marks directory, which has to be new and this user's own, as one of a run, together with
-    // companion, another one or empty. Without room for the mark there is none, and nobody will
-    // clear the directory.
+    // companion, another one or empty.
     Claim(const std::string& directory, const std::string& companion);
 
     // Holds a directory that another process of this run has claimed.
     static Claim shared(const std::string& directory);
 
+    // Whether the directory bears the mark: one without would never be cleared.
+    bool isMarked() const { return isMarked_; }
+
+    // Takes the mark away, so that the directory is empty once more.
+    static void unmark(const std::string& directory);
+
 private:
     Descriptor lock_;
+    bool isMarked_ = false;
 };
 
 // Removes each directory in parent, with its companion, of which it is certain that a run left it:

@@ -317,13 +317,21 @@ StartAnswer Template::start(Parcel request) {
     return answer;
 }
 
+// Nothing is begun in directories that no later run would know as this one's.
 Claim Template::makeDirectories(StartAnswer* answer) {
     const std::string tree = makeDirectory(kTreeTemplate);
     const std::string copy = tree.empty() ? std::string() : makeDirectory(kCopyTemplate);
-    answer->error = copy.empty() ? errno : 0;
+    Claim claim = copy.empty() ? Claim() : Claim(copy, tree);
+    if (!claim.isMarked()) {
+        answer->error = errno;
+        Claim::unmark(copy);
+        rmdir(copy.c_str());
+        rmdir(tree.c_str());
+        return claim;
+    }
     std::strncpy(answer->tree.data(), tree.c_str(), answer->tree.size() - 1);
     std::strncpy(answer->copy.data(), copy.c_str(), answer->copy.size() - 1);
-    return copy.empty() ? Claim() : Claim(copy, tree);
+    return claim;
 }
 
 // The other process has seen the end of a judge and removed its directories.

@@ -39,6 +39,15 @@ TEST_F(ClaimTest, AbandonedDirectoryIsRemoved) {
     EXPECT_FALSE(fs::exists(path));
 }
 
+TEST_F(ClaimTest, SaysWhetherTheDirectoryIsMarked) {
+    const TemporaryDirectory directory;
+    EXPECT_TRUE(Claim(directory.path(), "").isMarked());
+    EXPECT_FALSE(Claim(directory.path(), "").isMarked()) << "a mark is made once";
+    Claim::unmark(directory.path());
+    EXPECT_TRUE(std::filesystem::is_empty(directory.path()));
+    EXPECT_FALSE(Claim(directory.path() + "/none", "").isMarked());
+}
+
 TEST_F(ClaimTest, OneThatIsHeldStays) {
     const std::string path = make("pkgvet.abcdef");
     {
