@@ -19,6 +19,8 @@ namespace {
 
 // The first of them lies on disk on most machines, the second one often in memory.
 constexpr std::array<const char*, 2> kDirectories = {"/var/tmp", "/tmp"};
+// Most runs have no more to keep, and touch no disk for it.
+constexpr std::size_t kMostInMemory = std::size_t{4} << 20U;
 constexpr std::size_t kPieceSize = std::size_t{1} << 16U;
 
 [[noreturn]] void fail() {
@@ -38,13 +40,28 @@ Descriptor openFile() {
 
 }  // namespace
 
-Spool::Spool() : file_(openFile()) {
+void Spool::write(std::string_view text) {
+    if (!file_.isOpen() && text_.size() + text.size() <= kMostInMemory) {
+        text_ += text;
+        return;
+    }
+    moveToFile();
+    append(text);
+}
+
+void Spool::moveToFile() {
+    if (file_.isOpen()) {
+        return;
+    }
+    file_ = openFile();
     if (!file_.isOpen()) {
         fail();
     }
+    append(text_);
+    text_ = std::string();
 }
 
-void Spool::write(std::string_view text) {
+void Spool::append(std::string_view text) {
     while (!text.empty()) {
         const ssize_t size = ::write(file_.get(), text.data(), text.size());
         if (size < 0 && errno != EINTR) {
@@ -55,6 +72,10 @@ void Spool::write(std::string_view text) {
 }
 
 void Spool::read(const std::function<void(std::string_view piece)>& receive) const {
+    if (!file_.isOpen()) {
+        receive(text_);
+        return;
+    }
     std::vector<char> piece(kPieceSize);
     off_t offset = 0;
     while (true) {
@@ -73,6 +94,7 @@ void Spool::read(const std::function<void(std::string_view piece)>& receive) con
 }
 
 Descriptor Spool::takeFile() {
+    moveToFile();
     if (lseek(file_.get(), 0, SEEK_SET) != 0) {
         fail();
     }

@@ -1,20 +1,19 @@
-// Text that waits on disk.
+// Text that waits, on disk where there is much of it.
 #pragma once
 
 #include <functional>
+#include <string>
 #include <string_view>
 
 #include "pkgvet/base/descriptor.h"
 
 namespace pkgvet::cli {
 
-// Takes text of any size without keeping it in memory, and gives it back. The file behind it has no
-// name, so that nothing is left of it whatever ends the process. Throws std::runtime_error when
-// there is no room.
+// Takes text of any size, of which it keeps a few megabytes in memory, and gives it back. The file
+// that more of it goes to has no name, so that nothing is left of it whatever ends the process.
+// Throws std::runtime_error when there is no room.
 class Spool {
 public:
-    Spool();
-
     void write(std::string_view text);
     // Hands all of the text on, piece by piece.
     void read(const std::function<void(std::string_view piece)>& receive) const;
@@ -22,6 +21,10 @@ public:
     Descriptor takeFile();
 
 private:
+    void moveToFile();
+    void append(std::string_view text);
+
+    std::string text_;  // all of it, as long as there is no file
     Descriptor file_;
 };
 

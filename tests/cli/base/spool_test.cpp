@@ -1,7 +1,8 @@
-// Text that waits on disk.
+// Text that waits in memory, and on disk.
 #include "cli/base/spool.h"
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <string>
 
@@ -26,6 +27,28 @@ TEST(Spool, GivesBackWhatItWasGiven) {
         EXPECT_TRUE(contentOf(spool) == all);
     }
     EXPECT_TRUE(contentOf(spool) == all);
+}
+
+TEST(Spool, TakesMoreThanItKeepsInMemory) {
+    Spool spool;
+    std::string all;
+    for (int i = 0; i < 5; ++i) {
+        const std::string piece(2'000'003, static_cast<char>('a' + i));
+        spool.write(piece);
+        all += piece;
+        EXPECT_TRUE(contentOf(spool) == all);
+    }
+}
+
+TEST(Spool, GivesItsFileAway) {
+    for (const std::size_t size : {std::size_t{3}, std::size_t{9'000'000}}) {
+        SCOPED_TRACE(size);
+        Spool spool;
+        spool.write(std::string(size, 'a'));
+        const pkgvet::Descriptor file = spool.takeFile();
+        EXPECT_EQ(lseek(file.get(), 0, SEEK_CUR), 0);
+        EXPECT_EQ(lseek(file.get(), 0, SEEK_END), static_cast<off_t>(size));
+    }
 }
 
 }  // namespace
