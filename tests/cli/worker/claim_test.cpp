@@ -45,7 +45,7 @@ TEST_F(ClaimTest, SaysWhetherTheDirectoryIsMarked) {
     EXPECT_FALSE(Claim(directory.path(), "").isMarked()) << "a mark is made once";
     Claim::unmark(directory.path());
     EXPECT_TRUE(std::filesystem::is_empty(directory.path()));
-    EXPECT_FALSE(Claim(directory.path() + "/none", "").isMarked());
+    EXPECT_FALSE(Claim(directory / "none", "").isMarked());
 }
 
 TEST_F(ClaimTest, OneThatIsHeldStays) {
