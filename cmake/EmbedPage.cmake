@@ -1,5 +1,6 @@
-# Writes the template, the styles and the scripts of the page as a C++ source.
+# Writes the templates, the styles and the scripts of the pages as a C++ source.
 # usage: cmake -DOUTPUT=FILE -DDIRECTORY=DIR -DSCRIPTS=a.js,b.js -P EmbedPage.cmake
+file(READ "${DIRECTORY}/head.html" head)
 file(READ "${DIRECTORY}/page.html" template)
 file(READ "${DIRECTORY}/page.css" style)
 string(REPLACE "," ";" names "${SCRIPTS}")
@@ -8,9 +9,9 @@ foreach(name IN LISTS names)
   file(READ "${DIRECTORY}/${name}" content)
   string(APPEND script "${content}")
 endforeach()
-set(source "// Made by the build from the files of the page.\n#include \"cli/page/page_files.h\"\n\n")
+set(source "// Made by the build from the files of the pages.\n#include \"cli/page/page_files.h\"\n\n")
 string(APPEND source "namespace pkgvet::cli {\n\n")
-foreach(part IN ITEMS Template:template Style:style Script:script)
+foreach(part IN ITEMS Head:head Template:template Style:style Script:script)
   string(REPLACE ":" ";" part "${part}")
   list(GET part 0 constant)
   list(GET part 1 variable)

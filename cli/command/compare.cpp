@@ -8,6 +8,7 @@
 #include "cli/base/escape.h"
 #include "cli/base/exit_status.h"
 #include "cli/base/terminal.h"
+#include "cli/command/output_guard.h"
 #include "cli/effect/effect_builder.h"
 #include "cli/records/package_matching.h"
 #include "cli/records/stored_report.h"
@@ -69,17 +70,20 @@ bool isWhole(const Side& side) {
 }
 
 int compareReports(const CompareOptions& options) {
+    refuseLossOfFiles(pathsOf(filesAmong(options.output.outputs)), options.reports);
+    EffectOutputs outputs(options.output);
     const Side before(options.reports.front());
     const Side after(options.reports.back());
     if (!hasCommonProfile(before.report.run().provenance, after.report.run().provenance)) {
         throw std::runtime_error("the two runs have no profile in common");
     }
     const bool areWhole = isWhole(before) && isWhole(after);
-    const Effect effect = effectBetween(before, after);
+    Effect effect = effectBetween(before, after);
+    effect.partial = !areWhole;
     if (effect.compared == 0) {
         throw std::runtime_error("the two runs have no package in common");
     }
-    writeEffect(effect, options.format, std::cout);
+    outputs.write(effect, std::cout);
     return statusAfterOutput(areWhole ? statusOf(effect) : kNotJudged);
 }
 
@@ -89,7 +93,7 @@ CommandRow compareCommand(CompareOptions* options) {
     CommandRow row;
     row.name = "compare";
     row.description = "Tell what turned between two runs";
-    row.options = {effectFormatOption(&options->format)};
+    row.options = effectOutputOptions(&options->output);
     row.operand = {.name = "REPORT",
                    .description = "The old and the new report, in the format json or jsonl",
                    .least = 2,
@@ -101,6 +105,11 @@ CommandRow compareCommand(CompareOptions* options) {
 }
 
 int compare(const CompareOptions& options) {
+    const std::string conflict = conflictIn(options.output);
+    if (!conflict.empty()) {
+        complain(conflict);
+        return kUsageError;
+    }
     try {
         return compareReports(options);
     } catch (const std::runtime_error& error) {

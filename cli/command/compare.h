@@ -5,13 +5,13 @@
 #include <vector>
 
 #include "cli/command/command_table.h"
-#include "cli/effect/effect_formats.h"
+#include "cli/effect/effect_outputs.h"
 
 namespace pkgvet::cli {
 
 struct CompareOptions {
     std::vector<std::string> reports;  // the old one and the new one
-    EffectFormat format = EffectFormat::Text;
+    EffectOutputOptions output;
 };
 
 CommandRow compareCommand(CompareOptions* options);

@@ -12,8 +12,8 @@
 #include "cli/base/terminal.h"
 #include "cli/command/option_conflicts.h"
 #include "cli/command/quiet_run.h"
+#include "cli/command/run_files.h"
 #include "cli/effect/effect_builder.h"
-#include "cli/effect/effect_formats.h"
 #include "cli/impact/rule_causes.h"
 #include "cli/judge/profile_option.h"
 #include "cli/policy/policy.h"
@@ -44,7 +44,8 @@ std::vector<Option> optionsOf(ImpactOptions* options) {
                          policyOptions(&judging.policy))}) {
         all.insert(all.end(), some.begin(), some.end());
     }
-    all.push_back(effectFormatOption(&options->format));
+    const std::vector<Option> output = effectOutputOptions(&options->output);
+    all.insert(all.end(), output.begin(), output.end());
     return all;
 }
 
@@ -80,9 +81,19 @@ PackageReport halfOf(const PackageReport& package, bool isSecond) {
     return half;
 }
 
+EffectOutputs openOutputs(const ImpactOptions& options, const CheckOptions& judging,
+                          const std::vector<Input>& packages) {
+    Settings settings;
+    settings.options = judging;
+    guardFiles(pathsOf(filesAmong(options.output.outputs)), settings,
+               {options.before, options.after}, packages);
+    return EffectOutputs(options.output);
+}
+
 int judgeUnderBoth(const ImpactOptions& options, const CheckOptions& judging,
                    const Keyring& keyring, Policy* policy) {
     std::vector<Input> packages = packagesOf(judging.input);
+    EffectOutputs outputs = openOutputs(options, judging, packages);
     const Causes causes = causesOf(options, judging.judging.profiles);
     EffectBuilder builder([&causes](const Finding& finding, const std::string& profile,
                                     Change /*change*/) { return causes.at(profile).of(finding); });
@@ -96,8 +107,9 @@ int judgeUnderBoth(const ImpactOptions& options, const CheckOptions& judging,
     if (end.status != kAccepted) {
         return end.status;
     }
-    const Effect effect = builder.take();
-    writeEffect(effect, options.format, std::cout);
+    Effect effect = builder.take();
+    effect.partial = end.isPartial;
+    outputs.write(effect, std::cout);
     if (end.isPartial) {
         complain("interrupted: not all packages were judged");
     }
@@ -126,10 +138,11 @@ int impact(const ImpactOptions& options) {
     if (judging.judging.profiles.empty()) {
         judging.judging.profiles = {Profiles::Regular};
     }
-    const std::string conflict = conflictIn(judging);
-    if (!conflict.empty()) {
-        complain(conflict);
-        return kUsageError;
+    for (const std::string& conflict : {conflictIn(judging), conflictIn(options.output)}) {
+        if (!conflict.empty()) {
+            complain(conflict);
+            return kUsageError;
+        }
     }
     const DefaultRules own;
     std::vector<Fault> faults;

@@ -5,14 +5,14 @@
 
 #include "cli/command/check.h"
 #include "cli/command/command_table.h"
-#include "cli/effect/effect_formats.h"
+#include "cli/effect/effect_outputs.h"
 
 namespace pkgvet::cli {
 
 struct ImpactOptions {
     std::string before;  // configuration files
     std::string after;
-    EffectFormat format = EffectFormat::Text;
+    EffectOutputOptions output;
     CheckOptions judging;  // no more of it than bears on verdicts
 };
 

@@ -39,7 +39,7 @@ std::string conflictIn(const ReportOptions& report, bool showWaived) {
         report, {Format::Text, Format::Json, Format::Jsonl, Format::Sarif, Format::Junit});
     return firstOf({
         {formatsOfStandardOutput(report).size() > 1,
-         "standard output takes one format: --format or one --output to -"},
+         kOneFormatOnStandardOutput},
         {report.quiet && report.explain, "--quiet and --explain contradict each other"},
         {report.explain && !hasFixes, "--explain means nothing without the format text or github"},
         {report.quiet && !hasText, "--quiet means nothing without the format text"},

@@ -62,14 +62,6 @@ RunReport joined(const StoredReports& reports) {
     return run;
 }
 
-std::vector<std::string> pathsOf(const std::vector<Output>& outputs) {
-    std::vector<std::string> paths;
-    for (const Output& output : outputs) {
-        paths.push_back(output.path);
-    }
-    return paths;
-}
-
 }  // namespace
 
 std::vector<Option> rewriteOptions(RewriteOptions* options) {

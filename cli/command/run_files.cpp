@@ -45,7 +45,8 @@ std::vector<std::string> filesWritten(const CheckOptions& options) {
 }
 
 // Packages apart.
-std::vector<std::string> filesRead(const Settings& settings, const std::string& rules) {
+std::vector<std::string> filesRead(const Settings& settings,
+                                   const std::vector<std::string>& trees) {
     const CheckOptions& options = settings.options;
     std::vector<std::string> files = options.policy.waivers;
     files.push_back(options.policy.baseline);
@@ -55,7 +56,9 @@ std::vector<std::string> filesRead(const Settings& settings, const std::string& 
     }
     RuleTreeVisitor visitor;
     visitor.onFile = [&files](const std::string& file) { files.push_back(file); };
-    walkRuleTree(rules, options.judging.profiles, visitor);
+    for (const std::string& rules : trees) {
+        walkRuleTree(rules, options.judging.profiles, visitor);
+    }
     return files;
 }
 
@@ -68,12 +71,16 @@ bool isStandardOutputAFile() {
 
 void guardFiles(const Settings& settings, const std::string& rules,
                 const std::vector<Input>& packages) {
-    const std::vector<std::string> written = filesWritten(settings.options);
+    guardFiles(filesWritten(settings.options), settings, {rules}, packages);
+}
+
+void guardFiles(const std::vector<std::string>& written, const Settings& settings,
+                const std::vector<std::string>& trees, const std::vector<Input>& packages) {
     // The walk over the rules takes time.
     if (written.empty() && !isStandardOutputAFile()) {
         return;
     }
-    std::vector<std::string> read = filesRead(settings, rules);
+    std::vector<std::string> read = filesRead(settings, trees);
     for (const Input& package : packages) {
         read.push_back(package.path);
     }

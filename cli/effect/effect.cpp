@@ -19,7 +19,7 @@ std::string_view verdictName(Verdict verdict) {
 }
 
 int statusOf(const Effect& effect) {
-    if (effect.notJudged > 0) {
+    if (!effect.notJudged.empty()) {
         return kNotJudged;
     }
     return effect.turned.empty() ? kAccepted : kRejected;

@@ -44,12 +44,20 @@ struct RuleChange {
     std::map<std::string, std::size_t> causes;
 };
 
+// A package that a side could not judge.
+struct UnjudgedPackage {
+    std::string path;
+    std::string before;  // why the old side did not; empty where it did, or does not have it
+    std::string after;
+};
+
 struct Effect {
     std::size_t compared = 0;           // packages on both sides
-    std::size_t notJudged = 0;          // packages that a side has and could not judge
+    bool partial = false;               // not all packages that were to be judged were
     std::vector<TurnedVerdict> turned;  // in the order of the packages
     std::vector<RuleChange> appeared;   // the rule with most findings first
     std::vector<RuleChange> vanished;
+    std::vector<UnjudgedPackage> notJudged;
     std::vector<std::string> added;  // paths of packages that are on the new side alone
     std::vector<std::string> removed;
 };

@@ -116,13 +116,15 @@ void EffectBuilder::compare(const PackageReport& before, const PackageReport& af
     if (before.judged() && after.judged()) {
         compareFindings(before, after);
     } else {
-        ++effect_.notJudged;
+        effect_.notJudged.push_back({after.path, before.cause, after.cause});
     }
 }
 
 void EffectBuilder::add(const PackageReport& after) {
     effect_.added.push_back(after.path);
-    effect_.notJudged += after.judged() ? 0 : 1;
+    if (!after.judged()) {
+        effect_.notJudged.push_back({after.path, {}, after.cause});
+    }
 }
 
 void EffectBuilder::remove(const PackageReport& before) {

@@ -1,27 +1,12 @@
 // What the formats of an effect share.
 #include "cli/effect/effect_formats.h"
 
-#include <algorithm>
 #include <numeric>
 
 #include "cli/base/escape.h"
 #include "cli/base/text.h"
 
 namespace pkgvet::cli {
-
-namespace {
-
-constexpr Words<EffectFormat, 3> kFormats = {{
-    {"text", EffectFormat::Text},
-    {"json", EffectFormat::Json},
-    {"markdown", EffectFormat::Markdown},
-}};
-
-}  // namespace
-
-Option effectFormatOption(EffectFormat* format) {
-    return choiceOption("--format", kFormats, format, "Format on standard output [text]");
-}
 
 void writeEffect(const Effect& effect, EffectFormat format, std::ostream& stream) {
     switch (format) {
@@ -33,6 +18,9 @@ void writeEffect(const Effect& effect, EffectFormat format, std::ostream& stream
             break;
         case EffectFormat::Markdown:
             writeEffectMarkdown(effect, stream);
+            break;
+        case EffectFormat::Html:
+            writeEffectHtml(effect, stream);
             break;
     }
 }
@@ -51,8 +39,8 @@ std::string placeText(const RuleChange::Place& place) {
 
 std::string summaryOf(const Effect& effect) {
     std::string text = counted(effect.compared, "package") + " compared";
-    if (effect.notJudged > 0) {
-        text += ", " + std::to_string(effect.notJudged) + " not judged";
+    if (!effect.notJudged.empty()) {
+        text += ", " + std::to_string(effect.notJudged.size()) + " not judged";
     }
     const std::size_t turned = effect.turned.size();
     return text + "; " + counted(turned, "verdict") + (turned == 1 ? " turns" : " turn");

@@ -3,19 +3,15 @@
 
 #include <ostream>
 
-#include "cli/base/option.h"
 #include "cli/effect/effect.h"
 
 namespace pkgvet::cli {
 
-enum class EffectFormat { Text, Json, Markdown };
+enum class EffectFormat { Text, Json, Markdown, Html };
 
 // The same byte for byte for the same effect, and legal in its format whatever bytes a package
 // holds.
 void writeEffect(const Effect& effect, EffectFormat format, std::ostream& stream);
-
-// The option --format of commands that tell an effect.
-Option effectFormatOption(EffectFormat* format);
 
 // For a person: the verdicts that turn, and the rules whose findings appear and vanish.
 void writeEffectText(const Effect& effect, std::ostream& stream);
@@ -23,6 +19,8 @@ void writeEffectText(const Effect& effect, std::ostream& stream);
 void writeEffectJson(const Effect& effect, std::ostream& stream);
 // The same as the text for services that show Markdown, as far as they take it.
 void writeEffectMarkdown(const Effect& effect, std::ostream& stream);
+// For a browser: one file without scripts that fetches nothing.
+void writeEffectHtml(const Effect& effect, std::ostream& stream);
 
 // "12 findings in 4 packages".
 std::string countsOf(const RuleChange& rule);

@@ -81,7 +81,7 @@ void writeEffectJson(const Effect& effect, std::ostream& stream) {
     json["schema_version"] = kSchemaVersion;
     json["tool"] = {{"name", "pkgvet"}, {"version", programVersion()}};
     json["compared"] = effect.compared;
-    json["not_judged"] = effect.notJudged;
+    json["not_judged"] = effect.notJudged.size();
     json["turned"] = turnedJson(effect.turned);
     json["appeared"] = rulesJson(effect.appeared);
     json["vanished"] = rulesJson(effect.vanished);

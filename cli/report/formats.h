@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 
+#include "cli/base/output_option.h"
 #include "cli/model/model.h"
 
 namespace pkgvet::cli {
@@ -25,10 +26,7 @@ enum class Format {
 
 // A report that goes to a file beside the one on standard output; to a directory in the case of
 // records.
-struct Output {
-    Format format = Format::Text;
-    std::string path;
-};
+using Output = OutputIn<Format>;
 
 // How much a report tells, beyond what every report must.
 struct ReportStyle {

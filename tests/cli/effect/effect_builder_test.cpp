@@ -128,7 +128,10 @@ TEST(EffectBuilder, ExcusedFindingsDoNotCount) {
 TEST(EffectBuilder, OfWhatWasNotJudgedNoFindingVanishes) {
     const Effect effect = effectOf(package({judgement({library("a")})}), notJudged());
     EXPECT_TRUE(effect.vanished.empty());
-    EXPECT_EQ(effect.notJudged, 1U);
+    ASSERT_EQ(effect.notJudged.size(), 1U);
+    EXPECT_EQ(effect.notJudged[0].path, "app.rpm");
+    EXPECT_EQ(effect.notJudged[0].before, "");
+    EXPECT_EQ(effect.notJudged[0].after, "it took too long");
 }
 
 TEST(EffectBuilder, RulesWithMostFindingsComeFirstWithTheFirstPackages) {
@@ -168,7 +171,7 @@ TEST(EffectBuilder, PackagesOfOneSideAreNamed) {
     EXPECT_THAT(effect.added, ElementsAre("new.rpm"));
     EXPECT_THAT(effect.removed, ElementsAre("old.rpm"));
     EXPECT_EQ(effect.compared, 0U);
-    EXPECT_EQ(effect.notJudged, 1U);
+    EXPECT_EQ(effect.notJudged.size(), 1U);
 }
 
 }  // namespace

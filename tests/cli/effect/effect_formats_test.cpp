@@ -6,7 +6,7 @@
 #include <nlohmann/json.hpp>
 #include <sstream>
 
-#include "tests/support/program/sample_runs.h"
+#include "tests/cli/effect/sample_effects.h"
 #include "tests/support/program/schemas.h"
 
 namespace {
@@ -19,35 +19,8 @@ std::string written(const Effect& effect, EffectFormat format) {
     return stream.str();
 }
 
-Effect sample() {
-    Effect effect;
-    effect.compared = 3;
-    effect.notJudged = 1;
-    effect.turned = {{"a.rpm", "org.example.a", "mdm", Verdict::Accepted, Verdict::Rejected}};
-    RuleChange rule;
-    rule.rule = "library-not-allowed";
-    rule.worst = Severity::Error;
-    rule.findings = 12;
-    rule.packages = 3;
-    rule.first = {{"a.rpm", "libx.so.1"}, {"b.rpm", std::nullopt}};
-    rule.causes = {{"lost libx.so.1", 2}};
-    effect.appeared = {rule};
-    effect.added = {"c.rpm"};
-    effect.removed = {"d.rpm"};
-    return effect;
-}
-
-Effect hostile() {
-    const std::string bytes = hostileBytes();
-    Effect effect = sample();
-    effect.turned = {{bytes, bytes, bytes, Verdict::NotJudged, Verdict::Accepted}};
-    effect.vanished = {{bytes, Severity::Critical, 1, 1, {{bytes, bytes}}, {{bytes, 1}}}};
-    effect.added = {bytes};
-    return effect;
-}
-
 TEST(EffectFormats, TextTellsAllOfIt) {
-    EXPECT_EQ(written(sample(), EffectFormat::Text),
+    EXPECT_EQ(written(sampleEffect(), EffectFormat::Text),
               "Verdicts that turn: 1\n"
               "  a.rpm (mdm): accepted, now rejected\n"
               "Findings that appear: 12\n"
@@ -74,7 +47,7 @@ TEST(EffectFormats, NothingIsToldInEveryFormat) {
 
 TEST(EffectFormats, JsonKeepsToItsSchema) {
     std::vector<std::string> documents;
-    for (const Effect& effect : {Effect(), sample(), hostile()}) {
+    for (const Effect& effect : {Effect(), sampleEffect(), effectOfTexts(hostileBytes())}) {
         documents.push_back(written(effect, EffectFormat::Json));
     }
     EXPECT_EQ(jsonFaults("docs/effect.schema.json", documents), "");
@@ -89,7 +62,7 @@ TEST(EffectFormats, SchemaRefusesWhatIsNotAnEffect) {
 }
 
 TEST(EffectFormats, MarkdownHasATableForEachSide) {
-    EXPECT_EQ(written(sample(), EffectFormat::Markdown),
+    EXPECT_EQ(written(sampleEffect(), EffectFormat::Markdown),
               "## pkgvet: 3 packages compared, 1 not judged; 1 verdict turns\n"
               "\n### Verdicts that turn\n\n"
               "| Package | Profile | Before | Now |\n|---|---|---|---|\n"
@@ -104,18 +77,10 @@ TEST(EffectFormats, MarkdownHasATableForEachSide) {
 }
 
 TEST(EffectFormats, HostileBytesStayInTheirLines) {
-    const Effect plain = [] {
-        Effect effect = hostile();
-        effect.turned[0].path = effect.turned[0].profile = "x";
-        effect.vanished[0].first = {{"x", "x"}};
-        effect.vanished[0].causes = {{"x", 1}};
-        effect.vanished[0].rule = "x";
-        effect.added = {"x"};
-        return effect;
-    }();
-    for (const EffectFormat format : {EffectFormat::Text, EffectFormat::Markdown}) {
-        const std::string one = written(hostile(), format);
-        const std::string other = written(plain, format);
+    for (const EffectFormat format :
+         {EffectFormat::Text, EffectFormat::Markdown, EffectFormat::Html}) {
+        const std::string one = written(effectOfTexts(hostileBytes()), format);
+        const std::string other = written(effectOfTexts("x"), format);
         EXPECT_EQ(std::count(one.begin(), one.end(), '\n'),
                   std::count(other.begin(), other.end(), '\n'));
         EXPECT_EQ(one.find('\x1b'), std::string::npos);
