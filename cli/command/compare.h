@@ -16,7 +16,8 @@ struct CompareOptions {
 
 CommandRow compareCommand(CompareOptions* options);
 
-// Writes the effect that lies between two reports to standard output and returns the exit status.
+// Writes the effect that lies between two reports, to standard output and wherever else the options
+// say, and returns the exit status.
 int compare(const CompareOptions& options);
 
 }  // namespace pkgvet::cli

@@ -73,6 +73,15 @@ TEST_F(CompareCommand, PackagesThatWereNotJudgedAreStatusThree) {
     EXPECT_EQ(runPkgvet({"compare", after, before}).status, 0);
 }
 
+TEST_F(CompareCommand, PageGoesToAFileThatIsNotRead) {
+    const std::string report = reportOn("a", {package("a.rpm")});
+    const std::string page = own_ / "effect.html";
+    EXPECT_EQ(runPkgvet({"compare", "-o", "html:" + page, report, report}).status, 0);
+    EXPECT_EQ(readFile(page), runPkgvet({"compare", "--format", "html", report, report}).output);
+    EXPECT_EQ(runPkgvet({"compare", "-o", "html:" + report, report, report}).errors,
+              "pkgvet: cannot write " + report + ": it is also read\n");
+}
+
 TEST_F(CompareCommand, ReportsThatCannotBeComparedAreErrors) {
     const std::string report = reportOn("a", {package("a.rpm")});
     const std::string other = own_ / "other";
