@@ -38,8 +38,7 @@ std::string conflictIn(const ReportOptions& report, bool showWaived) {
     const bool hasTimes = hasReportIn(
         report, {Format::Text, Format::Json, Format::Jsonl, Format::Sarif, Format::Junit});
     return firstOf({
-        {formatsOfStandardOutput(report).size() > 1,
-         kOneFormatOnStandardOutput},
+        {formatsOfStandardOutput(report).size() > 1, kOneFormatOnStandardOutput},
         {report.quiet && report.explain, "--quiet and --explain contradict each other"},
         {report.explain && !hasFixes, "--explain means nothing without the format text or github"},
         {report.quiet && !hasText, "--quiet means nothing without the format text"},
