@@ -25,8 +25,9 @@ class DroppingBuffer : public std::streambuf {
 void dropLogLine(const char*, GLogLevelFlags, const char*, void*) {}
 
 void beQuiet() {
-    static DroppingBuffer buffer;
-    std::cerr.rdbuf(&buffer);
+    // The stream is flushed behind the last destructor.
+    static auto* const buffer = new DroppingBuffer;
+    std::cerr.rdbuf(buffer);
     g_log_set_default_handler(dropLogLine, nullptr);
 }
 
