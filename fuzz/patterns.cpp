@@ -7,6 +7,7 @@
 #include "fuzz/fuzz_target.h"
 #include "pkgvet/pattern/counting_iterator.h"
 #include "pkgvet/pattern/pattern_list.h"
+#include "pkgvet/pattern/pattern_shape.h"
 
 namespace {
 
@@ -26,6 +27,10 @@ Answer answerOf(const std::regex_error& error) {
 
 // The plain reading, by steps that are counted.
 Answer expectedAnswer(const std::string& pattern, const std::string& text) {
+    // At such a number the engine does what is not defined.
+    if (pkgvet::shapeOf(pattern).hasHugeNumber) {
+        return Answer::TooMuch;
+    }
     pkgvet::EngineBudget budget{kMostSteps, 1, pkgvet::EngineBudget::currentFrame() - (1U << 20U)};
     try {
         const std::regex regex(pattern);
