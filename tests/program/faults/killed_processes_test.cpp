@@ -1,6 +1,7 @@
 // Processes of the program that something kills, wherever they have got to.
 #include <gtest/gtest.h>
 
+#include <filesystem>
 #include <nlohmann/json.hpp>
 
 #include "tests/support/program/fault_run.h"
@@ -57,7 +58,11 @@ TEST_P(KilledProcess, TemplateCostsItsPackageOrNothing) {
         SCOPED_TRACE(number);
         const TracedRun run = killedAt(&faults, faults.cast().maker, number);
         EXPECT_EQ(run.left, 0U);
-        EXPECT_EQ(faults.directoriesLeft(), std::vector<std::string>());
+        // Between making a directory and marking it nobody knows whose it is.
+        for (const std::string& directory : faults.directoriesLeft()) {
+            EXPECT_STREQ(GetParam(), "off") << directory;
+            EXPECT_TRUE(std::filesystem::remove(directory)) << directory << " is not empty";
+        }
         if (run.result.status == 0) {
             EXPECT_EQ(run.result.output, faults.undisturbed().output);
         } else {
