@@ -94,9 +94,7 @@ int checkUnder(const Settings& settings) {
     const std::string rules = options.judging.rules.empty() ? own.path() : options.judging.rules;
     std::vector<Fault> faults;
     const Keyring keyring = keyringOf(options.integrity, &faults);
-    // It looks at the machine while this process looks at the rules.
-    Judging judging{poolOptions(options, {rules}, keyring), nullptr};
-    judging.from = std::make_unique<TemplateProcess>(judging.options.judging);
+    Judging judging = beginJudging(options, {rules}, keyring);
     RuleFaults faultsOfRules = checkRuleTree(rules, options.judging.profiles);
     own.nameFile(&faultsOfRules.dropped);
     own.nameFile(&faultsOfRules.unusable);

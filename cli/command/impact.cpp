@@ -90,8 +90,8 @@ EffectOutputs openOutputs(const ImpactOptions& options, const CheckOptions& judg
     return EffectOutputs(options.output);
 }
 
-int judgeUnderBoth(const ImpactOptions& options, const CheckOptions& judging,
-                   const Keyring& keyring, Policy* policy) {
+int judgeUnderBoth(const ImpactOptions& options, const CheckOptions& judging, Judging begun,
+                   Policy* policy) {
     std::vector<Input> packages = packagesOf(judging.input);
     EffectOutputs outputs = openOutputs(options, judging, packages);
     const Causes causes = causesOf(options, judging.judging.profiles);
@@ -102,8 +102,7 @@ int judgeUnderBoth(const ImpactOptions& options, const CheckOptions& judging,
         builder.compare(halfOf(package, false), halfOf(package, true));
         return true;
     };
-    const QuietEnd end =
-        judgeQuietly(judging, {options.before, options.after}, keyring, std::move(packages), take);
+    const QuietEnd end = judgeQuietly(judging.judging, std::move(begun), std::move(packages), take);
     if (end.status != kAccepted) {
         return end.status;
     }
@@ -148,14 +147,16 @@ int impact(const ImpactOptions& options) {
     std::vector<Fault> faults;
     const Keyring keyring = keyringOf(judging.integrity, &faults);
     Policy policy(judging.policy, localDate(), &faults);
+    Judging begun = beginJudging(judging, {options.before, options.after}, keyring);
     // Both are looked at in any case, so that the faults of both are told.
     const bool isOldSound = isTreeSound(options.before, judging.judging.profiles, own);
     const bool isNewSound = isTreeSound(options.after, judging.judging.profiles, own);
     if (!isSound(faults) || !isOldSound || !isNewSound) {
         return kUsageError;
     }
+    begun.from->prepare();
     try {
-        return judgeUnderBoth(options, judging, keyring, &policy);
+        return judgeUnderBoth(options, judging, std::move(begun), &policy);
     } catch (const std::runtime_error& error) {
         complain(printable(error.what()));
         return kUsageError;

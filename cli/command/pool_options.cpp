@@ -52,15 +52,6 @@ Limits limitsOf(const JudgingOptions& options, unsigned jobs) {
     return limits;
 }
 
-}  // namespace
-
-bool isValidationEnabled(const JudgingOptions& options, const std::string& rules) {
-    if (options.validation == ValidationMode::Auto) {
-        return Configuration(rules, options.profiles.front()).validationEnabled();
-    }
-    return options.validation == ValidationMode::On;
-}
-
 PoolOptions poolOptions(const CheckOptions& options, const std::vector<std::string>& trees,
                         const Keyring& keyring) {
     const JudgingOptions& judging = options.judging;
@@ -79,6 +70,22 @@ PoolOptions poolOptions(const CheckOptions& options, const std::vector<std::stri
     };
     pool.judging.readable = {ParamFileValidator::standardSchemasDirectory()};
     return pool;
+}
+
+}  // namespace
+
+bool isValidationEnabled(const JudgingOptions& options, const std::string& rules) {
+    if (options.validation == ValidationMode::Auto) {
+        return Configuration(rules, options.profiles.front()).validationEnabled();
+    }
+    return options.validation == ValidationMode::On;
+}
+
+Judging beginJudging(const CheckOptions& options, const std::vector<std::string>& trees,
+                     const Keyring& keyring) {
+    Judging judging{poolOptions(options, trees, keyring), nullptr};
+    judging.from = std::make_unique<TemplateProcess>(judging.options.judging);
+    return judging;
 }
 
 }  // namespace pkgvet::cli

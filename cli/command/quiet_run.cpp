@@ -2,14 +2,12 @@
 #include "cli/command/quiet_run.h"
 
 #include <algorithm>
-#include <memory>
 #include <stdexcept>
 #include <utility>
 
 #include "cli/base/escape.h"
 #include "cli/base/progress.h"
 #include "cli/base/terminal.h"
-#include "cli/command/pool_options.h"
 #include "cli/rules/rule_check.h"
 
 namespace pkgvet::cli {
@@ -81,18 +79,16 @@ Keyring keyringOf(const IntegrityOptions& options, std::vector<Fault>* faults) {
     return options.keyring.empty() ? Keyring() : readKeyring(options.keyring, faults);
 }
 
-QuietEnd judgeQuietly(const CheckOptions& options, const std::vector<std::string>& trees,
-                      const Keyring& keyring, std::vector<Input> inputs,
+QuietEnd judgeQuietly(const JudgingOptions& options, Judging judging, std::vector<Input> inputs,
                       const JudgePool::Receiver& receive) {
     Progress progress(inputs.size());
-    PoolOptions judging = poolOptions(options, trees, keyring);
-    auto from = std::make_unique<TemplateProcess>(judging.judging);
     const auto handOn = [&](PackageReport report) {
         progress.clear();
         return receive(std::move(report));
     };
-    JudgePool pool(std::move(inputs), std::move(judging), std::move(from), handOn, &progress);
-    if (!isSandboxGoodEnough(pool.sandbox(), options.judging)) {
+    JudgePool pool(std::move(inputs), std::move(judging.options), std::move(judging.from), handOn,
+                   &progress);
+    if (!isSandboxGoodEnough(pool.sandbox(), options)) {
         return {};
     }
     const bool isWhole = pool.run();

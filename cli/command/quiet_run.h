@@ -7,6 +7,7 @@
 #include "cli/base/exit_status.h"
 #include "cli/base/fault.h"
 #include "cli/command/check.h"
+#include "cli/command/pool_options.h"
 #include "cli/integrity/keyring.h"
 #include "cli/rules/default_rules.h"
 #include "cli/worker/judge_pool.h"
@@ -43,11 +44,9 @@ struct QuietEnd {
     bool isPartial = false;
 };
 
-// Judges inputs under each of trees, whose judgements stand one after the other, and hands the
-// reports on in input order. The trees have been found sound. Says on standard error what sandbox
-// is missing.
-QuietEnd judgeQuietly(const CheckOptions& options, const std::vector<std::string>& trees,
-                      const Keyring& keyring, std::vector<Input> inputs,
+// Judges inputs and hands the reports on in input order. The trees have been found sound. Says on
+// standard error what sandbox is missing.
+QuietEnd judgeQuietly(const JudgingOptions& options, Judging judging, std::vector<Input> inputs,
                       const JudgePool::Receiver& receive);
 
 }  // namespace pkgvet::cli

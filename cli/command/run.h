@@ -1,7 +1,6 @@
 // One run of the command that judges packages.
 #pragma once
 
-#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -10,21 +9,15 @@
 #include "cli/base/output_file.h"
 #include "cli/base/progress.h"
 #include "cli/command/check.h"
+#include "cli/command/pool_options.h"
 #include "cli/integrity/keyring.h"
 #include "cli/model/model.h"
 #include "cli/policy/baseline.h"
 #include "cli/policy/policy.h"
 #include "cli/records/resume_file.h"
 #include "cli/report/reports.h"
-#include "cli/worker/judge_pool.h"
 
 namespace pkgvet::cli {
-
-// What packages are judged by.
-struct Judging {
-    PoolOptions options;
-    std::unique_ptr<TemplateProcess> from;
-};
 
 // How a run ended.
 struct RunEnd {

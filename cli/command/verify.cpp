@@ -100,11 +100,12 @@ public:
 private:
     int judge(const std::string& rules, const Keyring& keyring, Policy* policy) {
         PackageReport package;
-        const QuietEnd end = judgeQuietly(judging_, {rules}, keyring, {{options_.package, {}}},
-                                          [&package](PackageReport report) {
-                                              package = std::move(report);
-                                              return true;
-                                          });
+        const QuietEnd end =
+            judgeQuietly(judging_.judging, beginJudging(judging_, {rules}, keyring),
+                         {{options_.package, {}}}, [&package](PackageReport report) {
+                             package = std::move(report);
+                             return true;
+                         });
         if (end.signal != 0) {
             endBySignal(end.signal);
         }

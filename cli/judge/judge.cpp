@@ -50,11 +50,11 @@ std::string unreadable(const std::string& message, const std::string& path) {
 // Rules remember what they found, so that each configuration has a validator of its own. They share
 // one tree, which the first of them to be destroyed would remove: none ever is, since the whole
 // world ends sooner.
-void judgeContent(const ContentValidator& unpacked,
-                  const std::vector<Configuration>& configurations, const RpmMeta& meta,
-                  FindingList* findings, PackageReport* report) {
+void judgeContent(const std::vector<Configuration>& configurations, const RpmMeta& meta,
+                  ContentValidator* unpacked, FindingList* findings, PackageReport* report) {
+    unpacked->rememberFiles(meta);
     for (const Configuration& configuration : configurations) {
-        auto* const validator = new ContentValidator(unpacked);
+        auto* const validator = new ContentValidator(*unpacked);
         Judgement judgement;
         judgement.profile = configuration.name();
         judgement.metaAccepted = MetaValidator().validateMeta(configuration, meta);
@@ -82,12 +82,12 @@ RpmMeta readHeader(const std::string& path, RpmSession* rpm) {
 }
 
 // Nothing is unpacked without the guard.
-const ContentValidator& unpack(const Surroundings& surroundings, const SetIdModes& setIdModes) {
+ContentValidator* unpack(const Surroundings& surroundings, const SetIdModes& setIdModes) {
     const Cause cause = surroundings.placeGuard(setIdModes);
     if (cause.code != CauseCode::None) {
         throw NotJudged{cause};
     }
-    return *new ContentValidator(surroundings.copyPath);
+    return new ContentValidator(surroundings.copyPath);
 }
 
 // Why the payload did not unpack. The tools do not say that they had too little memory.
@@ -176,14 +176,14 @@ void judgeCopy(const Surroundings& surroundings, const std::vector<Configuration
     if (integrity.enabled) {
         check.emplace(header, surroundings.copyPath, !integrity.keyring.empty(), rpm);
     }
-    const ContentValidator& content = unpack(surroundings, setIdModes);
+    ContentValidator* const content = unpack(surroundings, setIdModes);
     copy.finish();
     if (check) {
         check->awaitVerification();
     }
     std::vector<Finding> own;
     if (std::optional<Finding> irregularity =
-            irregularityOf(surroundings, content.extracted(), rpm)) {
+            irregularityOf(surroundings, content->extracted(), rpm)) {
         own.push_back(std::move(*irregularity));
         judgeHeaderAlone(configurations, meta, &findings, report);
     } else {
@@ -191,7 +191,7 @@ void judgeCopy(const Surroundings& surroundings, const std::vector<Configuration
         if (check) {
             check->compareTree(surroundings.tree);
         }
-        judgeContent(content, configurations, meta, &findings, report);
+        judgeContent(configurations, meta, content, &findings, report);
     }
     if (check) {
         append(check->findings(), &own);

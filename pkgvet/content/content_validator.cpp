@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <memory>
 #include <string>
 
 #include "pkgvet/base/file_modes.h"
@@ -39,17 +40,24 @@ std::string makeTemporaryDirectory() {
     }
 }
 
-// Has the rules share the modes of the files as long as it lives.
-class RememberedModes {
+std::shared_ptr<PayloadFacts> factsOf(const RpmMeta& meta, const std::string& tempDir) {
+    auto facts = std::make_shared<PayloadFacts>();
+    facts->modes = pkgvet::readModes(tempDir, meta.paths());
+    return facts;
+}
+
+// Has the rules share what they ask of the files as long as it lives.
+class SharedFacts {
 public:
-    RememberedModes(const RpmMeta& meta, ContentValidatorPrivate* record) : record_(*record) {
-        record_.modes = pkgvet::readModes(record_.tempDir, meta.paths());
+    SharedFacts(const RpmMeta& meta, ContentValidatorPrivate* record) : record_(*record) {
+        record_.facts =
+            record_.rememberedFacts ? record_.rememberedFacts : factsOf(meta, record_.tempDir);
     }
-    RememberedModes(const RememberedModes&) = delete;
-    RememberedModes(RememberedModes&&) = delete;
-    RememberedModes& operator=(const RememberedModes&) = delete;
-    RememberedModes& operator=(RememberedModes&&) = delete;
-    ~RememberedModes() { record_.modes.reset(); }
+    SharedFacts(const SharedFacts&) = delete;
+    SharedFacts(SharedFacts&&) = delete;
+    SharedFacts& operator=(const SharedFacts&) = delete;
+    SharedFacts& operator=(SharedFacts&&) = delete;
+    ~SharedFacts() { record_.facts.reset(); }
 
 private:
     ContentValidatorPrivate& record_;
@@ -92,10 +100,14 @@ bool ContentValidator::extracted() const {
     return !d_ptr->tempDir.empty();
 }
 
+void ContentValidator::rememberFiles(const RpmMeta& meta) {
+    d_ptr->rememberedFacts = factsOf(meta, d_ptr->tempDir);
+}
+
 // Rules pass results on through the record, so that their order is part of the verdict.
 bool ContentValidator::validateContent(const Configuration& config, const RpmMeta& meta) {
     const std::string& tempDir = d_ptr->tempDir;
-    const RememberedModes modes(meta, d_ptr.get());
+    const SharedFacts facts(meta, d_ptr.get());
     const std::string mainBinaryPath = tempDir + config.binDir() + meta.name();
     const std::string desktopPath = config.desktopDir() + meta.name() + kDesktopSuffix;
     checkDesktop(config, meta, desktopPath);

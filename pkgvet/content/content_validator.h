@@ -58,6 +58,12 @@ public:
     // files of the machine that it runs on under the paths of the package.
     bool extracted() const;
 
+    // Says that nothing changes the unpacked files from here on, and that meta is what they are
+    // judged with. Whatever does not depend on a configuration is then looked up once for this
+    // object and for all copies that are made of it later, however often validateContent runs. Such
+    // objects belong to one thread together. No line and no verdict becomes another.
+    void rememberFiles(const RpmMeta& meta);
+
     // Runs every rule and gives the verdict: with validation enabled, no rule was violated; with it
     // disabled, no file has a setuid, setgid or sticky bit.
     bool validateContent(const Configuration& config, const RpmMeta& meta);

@@ -3,6 +3,7 @@
 
 #include <sys/types.h>
 
+#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
@@ -13,13 +14,21 @@
 #include "pkgvet/qml/qml_facts.h"
 #include "pkgvet/report/findings.h"
 
+// What rules ask of the files of a package whatever the configuration.
+struct PayloadFacts {
+    std::vector<mode_t> modes;
+    std::optional<std::vector<std::string>> hardcodedPaths;  // once a rule has asked
+};
+
 struct ContentValidatorPrivate {
     pkgvet::DesktopFacts desktopFacts;
     pkgvet::QmlFacts qmlFacts;
     pkgvet::BinaryFacts binaryFacts;
     pkgvet::FileFacts fileFacts;
     pkgvet::Findings findings;
-    // Of the files of the package while all rules run, and nothing changes them.
-    std::optional<std::vector<mode_t>> modes;
+    // While all rules run, and nothing changes the files.
+    std::shared_ptr<PayloadFacts> facts;
+    // What copies share, if they were told to.
+    std::shared_ptr<PayloadFacts> rememberedFacts;
     std::string tempDir;  // without a trailing "/", empty unless the payload was unpacked
 };

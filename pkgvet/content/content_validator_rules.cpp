@@ -13,7 +13,7 @@ namespace {
 // A caller of a single rule may have changed files since the last.
 std::vector<mode_t> modesOf(const RpmMeta& rpm, const std::string& root,
                             const ContentValidatorPrivate& record) {
-    return record.modes ? *record.modes : pkgvet::readModes(root, rpm.paths());
+    return record.facts ? record.facts->modes : pkgvet::readModes(root, rpm.paths());
 }
 
 }  // namespace
@@ -126,7 +126,13 @@ void ContentValidator::checkArch(const RpmMeta& meta) {
 }
 
 void ContentValidator::checkSandboxing(const RpmMeta& rpm, const std::string& tempDir) {
-    pkgvet::checkSandboxing(rpm.paths(), modesOf(rpm, tempDir, *d_ptr), tempDir, &d_ptr->findings);
+    PayloadFacts own;
+    PayloadFacts& facts = d_ptr->facts ? *d_ptr->facts : own;
+    if (!facts.hardcodedPaths) {
+        facts.hardcodedPaths =
+            pkgvet::findHardcodedPaths(rpm.paths(), modesOf(rpm, tempDir, *d_ptr), tempDir);
+    }
+    pkgvet::checkSandboxing(*facts.hardcodedPaths, &d_ptr->findings);
 }
 
 void ContentValidator::checkExcludedPaths(const Configuration& configuration, const RpmMeta& rpm,

@@ -30,9 +30,14 @@ struct Application {
 void checkIcons(const std::string& packageName, const std::vector<std::string>& paths,
                 const Configuration& configuration, const std::string& tempDir, Findings* findings);
 
-// No file may hold the home directory of the platform's default user.
-void checkSandboxing(const std::vector<std::string>& paths, const std::vector<mode_t>& modes,
-                     const std::string& tempDir, Findings* findings);
+// Which of paths are files that hold the home directory of the platform's default user. No rule of
+// a tree bears on that.
+std::vector<std::string> findHardcodedPaths(const std::vector<std::string>& paths,
+                                            const std::vector<mode_t>& modes,
+                                            const std::string& tempDir);
+
+// No file may hold that directory, as those that were found do.
+void checkSandboxing(const std::vector<std::string>& hardcodedPaths, Findings* findings);
 
 // Files may be installed in certain places only, and the main binary has to be there unless the
 // application is written in QML alone. Throws std::regex_error for a pattern of the rule set that

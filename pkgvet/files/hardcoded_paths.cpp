@@ -12,13 +12,22 @@ namespace pkgvet {
 // Files of any type are searched, binaries included, as a path may be compiled in. What is not a
 // regular file behind its links has no text: directories, and what would block a reader or never
 // end.
-void checkSandboxing(const std::vector<std::string>& paths, const std::vector<mode_t>& modes,
-                     const std::string& tempDir, Findings* findings) {
+std::vector<std::string> findHardcodedPaths(const std::vector<std::string>& paths,
+                                            const std::vector<mode_t>& modes,
+                                            const std::string& tempDir) {
     HardcodedPathFinder finder;
+    std::vector<std::string> found;
     for (std::size_t i = 0; i < paths.size(); ++i) {
         if (S_ISREG(modes[i]) && finder.isIn(tempDir + paths[i])) {
-            findings->violation(kHardcodedPath, {paths[i]});
+            found.push_back(paths[i]);
         }
+    }
+    return found;
+}
+
+void checkSandboxing(const std::vector<std::string>& hardcodedPaths, Findings* findings) {
+    for (const std::string& path : hardcodedPaths) {
+        findings->violation(kHardcodedPath, {path});
     }
 }
 

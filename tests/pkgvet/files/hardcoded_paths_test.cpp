@@ -25,7 +25,8 @@ class Sandboxing : public testing::Test {
 protected:
     RuleRun check(const std::vector<std::string>& paths) {
         return runRule([&](pkgvet::Findings* findings) {
-            pkgvet::checkSandboxing(paths, pkgvet::readModes(root_.path(), paths), root_.path(),
+            const std::vector<mode_t> modes = pkgvet::readModes(root_.path(), paths);
+            pkgvet::checkSandboxing(pkgvet::findHardcodedPaths(paths, modes, root_.path()),
                                     findings);
         });
     }
