@@ -61,6 +61,11 @@ Effect effectBetween(const Side& before, const Side& after) {
     return builder.take();
 }
 
+EffectSide describe(const Side& side) {
+    const RunReport& run = side.report.run();
+    return {side.report.path(), run.provenance.version, run.provenance.profiles, run.partial};
+}
+
 // Of a run that was interrupted nobody knows what it would have found.
 bool isWhole(const Side& side) {
     if (side.report.run().partial) {
@@ -77,8 +82,12 @@ int compareReports(const CompareOptions& options) {
     if (!hasCommonProfile(before.report.run().provenance, after.report.run().provenance)) {
         throw std::runtime_error("the two runs have no profile in common");
     }
-    const bool areWhole = isWhole(before) && isWhole(after);
+    // Both are looked at in any case, so that both are told.
+    const bool isOldWhole = isWhole(before);
+    const bool areWhole = isWhole(after) && isOldWhole;
     Effect effect = effectBetween(before, after);
+    effect.before = describe(before);
+    effect.after = describe(after);
     effect.partial = !areWhole;
     if (effect.compared == 0) {
         throw std::runtime_error("the two runs have no package in common");

@@ -10,6 +10,7 @@
 #include "cli/base/escape.h"
 #include "cli/base/exit_status.h"
 #include "cli/base/terminal.h"
+#include "cli/base/version.h"
 #include "cli/command/option_conflicts.h"
 #include "cli/command/quiet_run.h"
 #include "cli/command/run_files.h"
@@ -17,6 +18,7 @@
 #include "cli/impact/rule_causes.h"
 #include "cli/judge/profile_option.h"
 #include "cli/policy/policy.h"
+#include "cli/rules/rule_digest.h"
 #include "cli/rules/rule_set.h"
 #include "cli/worker/signal_watch.h"
 #include "pkgvet/rules/configuration.h"
@@ -58,15 +60,24 @@ std::string missingIn(const ImpactOptions& options) {
 
 using Causes = std::map<std::string, RuleCauses>;  // by the names of the profiles
 
-Causes causesOf(const ImpactOptions& options, const std::vector<Profiles>& profiles) {
-    Causes causes;
-    for (const Profiles profile : profiles) {
-        causes.emplace(
-            Configuration::getProfileName(profile),
-            ruleChanges(loadRuleSet(options.before, profile), loadRuleSet(options.after, profile)));
+// Two trees, and what makes findings appear and vanish between them.
+struct Trees {
+    Trees(const ImpactOptions& options, const std::vector<Profiles>& profiles)
+        : before{options.before, programVersion(), {}}, after{options.after, programVersion(), {}} {
+        for (const Profiles profile : profiles) {
+            const std::string name = Configuration::getProfileName(profile);
+            const RuleSet was = loadRuleSet(options.before, profile);
+            const RuleSet is = loadRuleSet(options.after, profile);
+            before.profiles.push_back({name, digestOf(was)});
+            after.profiles.push_back({name, digestOf(is)});
+            causes.emplace(name, ruleChanges(was, is));
+        }
     }
-    return causes;
-}
+
+    EffectSide before;
+    EffectSide after;
+    Causes causes;
+};
 
 // Of a package that was judged under both trees, the judgements under one of them.
 PackageReport halfOf(const PackageReport& package, bool isSecond) {
@@ -94,9 +105,11 @@ int judgeUnderBoth(const ImpactOptions& options, const CheckOptions& judging, Ju
                    Policy* policy) {
     std::vector<Input> packages = packagesOf(judging.input);
     EffectOutputs outputs = openOutputs(options, judging, packages);
-    const Causes causes = causesOf(options, judging.judging.profiles);
-    EffectBuilder builder([&causes](const Finding& finding, const std::string& profile,
-                                    Change /*change*/) { return causes.at(profile).of(finding); });
+    const Trees trees(options, judging.judging.profiles);
+    EffectBuilder builder(
+        [&trees](const Finding& finding, const std::string& profile, Change /*change*/) {
+            return trees.causes.at(profile).of(finding);
+        });
     const auto take = [&](PackageReport package) {
         policy->apply(&package);
         builder.compare(halfOf(package, false), halfOf(package, true));
@@ -107,6 +120,8 @@ int judgeUnderBoth(const ImpactOptions& options, const CheckOptions& judging, Ju
         return end.status;
     }
     Effect effect = builder.take();
+    effect.before = trees.before;
+    effect.after = trees.after;
     effect.partial = end.isPartial;
     outputs.write(effect, std::cout);
     if (end.isPartial) {

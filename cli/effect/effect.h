@@ -51,7 +51,17 @@ struct UnjudgedPackage {
     std::string after;
 };
 
+// What was compared on a side: the rules of a tree, or the report of a run.
+struct EffectSide {
+    std::string path;     // of the tree's configuration file, or of the report
+    std::string version;  // of the program that judged
+    std::vector<ProfileRules> profiles;
+    bool partial = false;  // the run was interrupted
+};
+
 struct Effect {
+    EffectSide before;
+    EffectSide after;
     std::size_t compared = 0;           // packages on both sides
     bool partial = false;               // not all packages that were to be judged were
     std::vector<TurnedVerdict> turned;  // in the order of the packages

@@ -25,6 +25,24 @@ void writeEffect(const Effect& effect, EffectFormat format, std::ostream& stream
     }
 }
 
+std::string sideText(const EffectSide& side) {
+    return printable(side.path) + (side.partial ? ", interrupted" : "");
+}
+
+std::string causeText(const UnjudgedPackage& package) {
+    if (package.before == package.after) {
+        return printable(package.after);
+    }
+    std::vector<std::string> causes;
+    if (!package.before.empty()) {
+        causes.push_back("before: " + printable(package.before));
+    }
+    if (!package.after.empty()) {
+        causes.push_back("now: " + printable(package.after));
+    }
+    return joined(causes, "; ");
+}
+
 std::string countsOf(const RuleChange& rule) {
     return counted(rule.findings, "finding") + " in " + counted(rule.packages, "package");
 }

@@ -2,6 +2,9 @@
 #pragma once
 
 #include <ostream>
+#include <string>
+#include <string_view>
+#include <vector>
 
 #include "cli/effect/effect.h"
 
@@ -22,6 +25,15 @@ void writeEffectMarkdown(const Effect& effect, std::ostream& stream);
 // For a browser: one file without scripts that fetches nothing.
 void writeEffectHtml(const Effect& effect, std::ostream& stream);
 
+// What a reader must know of an effect that is partial.
+inline constexpr std::string_view kPartialEffect =
+    "Not all packages were judged: a run was interrupted. What was not reached by then is not told "
+    "here.";
+
+// The path, and whether the run was interrupted; fit for a terminal.
+std::string sideText(const EffectSide& side);
+// Why a package was not judged, on the side or the sides on which it was not.
+std::string causeText(const UnjudgedPackage& package);
 // "12 findings in 4 packages".
 std::string countsOf(const RuleChange& rule);
 // "a.rpm [libx.so.1]", fit for a terminal.

@@ -19,10 +19,6 @@ namespace {
 // Indexed by Verdict: the classes that colour it.
 constexpr std::array<std::string_view, 3> kClasses = {"accepted", "rejected", "unjudged"};
 
-constexpr std::string_view kPartial =
-    "Not all packages were judged: a run was interrupted. What was not reached by then is not on "
-    "this page.";
-
 // A section of the page, known by its address.
 struct Section {
     std::string_view id;
@@ -73,9 +69,31 @@ void writeHeader(const Effect& effect, std::ostream& stream) {
            << "</h1>\n<p class=\"lead\">" << grouped(effect.compared)
            << (effect.compared == 1 ? " package" : " packages") << " compared</p>\n";
     if (effect.partial) {
-        stream << "<p class=\"notice grave\">" << kPartial << "</p>\n";
+        stream << "<p class=\"notice grave\">" << kPartialEffect << "</p>\n";
     }
     stream << "</header>\n";
+}
+
+void writeSide(std::string_view label, const EffectSide& side, std::ostream& stream) {
+    stream << "<dt>" << label << "</dt><dd>" << isolated(side.path) << ", by pkgvet "
+           << isolated(side.version) << (side.partial ? ", interrupted" : "") << "</dd>\n";
+    for (const ProfileRules& profile : side.profiles) {
+        stream << "<dt>Its rules of " << isolated(profile.name) << "</dt><dd>"
+               << (profile.digest.empty() ? std::string("not known")
+                                          : "SHA-256 " + isolated(profile.digest))
+               << "</dd>\n";
+    }
+}
+
+void writeSides(const Effect& effect, std::ostream& stream) {
+    if (effect.before.path.empty()) {
+        return;
+    }
+    stream << "<section class=\"panel\" aria-labelledby=\"sides-title\">\n"
+              "<h2 id=\"sides-title\">What was compared</h2>\n<dl class=\"facts\">\n";
+    writeSide("Before", effect.before, stream);
+    writeSide("Now", effect.after, stream);
+    stream << "</dl>\n</section>\n";
 }
 
 // A package turns once in a direction, under however many profiles.
@@ -256,6 +274,7 @@ void writeEffectHtml(const Effect& effect, std::ostream& stream) {
     writeHeader(effect, stream);
     stream << "<main class=\"effect\">\n";
     writeTotals(effect, stream);
+    writeSides(effect, stream);
     writeUnjudged(effect, stream);
     writeTurned(effect, stream);
     writeRules(kAppeared, effect.appeared, stream);

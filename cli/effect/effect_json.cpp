@@ -64,6 +64,33 @@ Json rulesJson(const std::vector<RuleChange>& rules) {
     return all;
 }
 
+Json unjudgedJson(const std::vector<UnjudgedPackage>& packages) {
+    Json all = Json::array();
+    for (const UnjudgedPackage& package : packages) {
+        Json json;
+        putText("path", package.path, &json);
+        putText("before", package.before, &json);
+        putText("after", package.after, &json);
+        all.push_back(std::move(json));
+    }
+    return all;
+}
+
+Json sideJson(const EffectSide& side) {
+    Json json;
+    putText("path", side.path, &json);
+    putText("version", side.version, &json);
+    json["partial"] = side.partial;
+    json["profiles"] = Json::array();
+    for (const ProfileRules& profile : side.profiles) {
+        Json one;
+        putText("name", profile.name, &one);
+        putText("rules_digest", profile.digest, &one);
+        json["profiles"].push_back(std::move(one));
+    }
+    return json;
+}
+
 Json pathsJson(const std::vector<std::string>& paths) {
     Json all = Json::array();
     for (const std::string& path : paths) {
@@ -80,8 +107,12 @@ void writeEffectJson(const Effect& effect, std::ostream& stream) {
     Json json;
     json["schema_version"] = kSchemaVersion;
     json["tool"] = {{"name", "pkgvet"}, {"version", programVersion()}};
+    json["before"] = sideJson(effect.before);
+    json["after"] = sideJson(effect.after);
+    json["partial"] = effect.partial;
     json["compared"] = effect.compared;
     json["not_judged"] = effect.notJudged.size();
+    json["unjudged"] = unjudgedJson(effect.notJudged);
     json["turned"] = turnedJson(effect.turned);
     json["appeared"] = rulesJson(effect.appeared);
     json["vanished"] = rulesJson(effect.vanished);

@@ -70,6 +70,33 @@ void writeRules(std::string_view title, const std::vector<RuleChange>& rules,
     }
 }
 
+void writeUnjudged(const Effect& effect, std::ostream& stream) {
+    if (effect.notJudged.empty()) {
+        return;
+    }
+    stream << "\n### Packages not judged\n\n| Package | Cause |\n|---|---|\n";
+    std::size_t rows = 0;
+    for (const UnjudgedPackage& package : effect.notJudged) {
+        if (rows++ == kMostRows) {
+            break;
+        }
+        stream << "| " << markdownText(package.path) << " | " << markdownText(causeText(package))
+               << " |\n";
+    }
+    writeRest(effect.notJudged.size(), "more package", stream);
+}
+
+void writeHead(const Effect& effect, std::ostream& stream) {
+    stream << "## pkgvet: " << summaryOf(effect) << '\n';
+    if (effect.partial) {
+        stream << "\n**" << kPartialEffect << "**\n";
+    }
+    if (!effect.before.path.empty()) {
+        stream << "\n- Before: " << markdownText(sideText(effect.before))
+               << "\n- Now: " << markdownText(sideText(effect.after)) << '\n';
+    }
+}
+
 void writePaths(std::string_view title, const std::vector<std::string>& paths,
                 std::ostream& stream) {
     if (paths.empty()) {
@@ -89,10 +116,11 @@ void writePaths(std::string_view title, const std::vector<std::string>& paths,
 }  // namespace
 
 void writeEffectMarkdown(const Effect& effect, std::ostream& stream) {
-    stream << "## pkgvet: " << summaryOf(effect) << '\n';
+    writeHead(effect, stream);
     writeTurned(effect, stream);
     writeRules("Findings that appear", effect.appeared, stream);
     writeRules("Findings that vanish", effect.vanished, stream);
+    writeUnjudged(effect, stream);
     writePaths("Packages added", effect.added, stream);
     writePaths("Packages removed", effect.removed, stream);
 }

@@ -49,6 +49,21 @@ void writeRules(std::string_view title, const std::vector<RuleChange>& rules,
     }
 }
 
+void writeUnjudged(const Effect& effect, std::ostream& stream) {
+    stream << "Packages not judged: " << effect.notJudged.size() << '\n';
+    for (const UnjudgedPackage& package : effect.notJudged) {
+        stream << kIndent << printable(package.path) << ": " << causeText(package) << '\n';
+    }
+}
+
+// An effect that nobody says the sides of has none to name.
+void writeSides(const Effect& effect, std::ostream& stream) {
+    if (!effect.before.path.empty()) {
+        stream << "Before: " << sideText(effect.before) << "\nNow: " << sideText(effect.after)
+               << '\n';
+    }
+}
+
 void writePaths(std::string_view title, const std::vector<std::string>& paths,
                 std::ostream& stream) {
     stream << title << ": " << paths.size() << '\n';
@@ -60,11 +75,16 @@ void writePaths(std::string_view title, const std::vector<std::string>& paths,
 }  // namespace
 
 void writeEffectText(const Effect& effect, std::ostream& stream) {
+    writeSides(effect, stream);
     writeTurned(effect, stream);
     writeRules("Findings that appear", effect.appeared, stream);
     writeRules("Findings that vanish", effect.vanished, stream);
+    writeUnjudged(effect, stream);
     writePaths("Packages added", effect.added, stream);
     writePaths("Packages removed", effect.removed, stream);
+    if (effect.partial) {
+        stream << kPartialEffect << '\n';
+    }
     stream << summaryOf(effect) << '\n';
 }
 

@@ -41,8 +41,10 @@ TEST_F(CompareCommand, RunIsLikeItself) {
     const ProgramResult result = runPkgvet({"compare", report, report});
     EXPECT_EQ(result.status, 0);
     EXPECT_EQ(result.output,
-              "Verdicts that turn: 0\nFindings that appear: 0\nFindings that vanish: 0\n"
-              "Packages added: 0\nPackages removed: 0\n2 packages compared; 0 verdicts turn\n");
+              "Before: " + report + "\nNow: " + report +
+                  "\nVerdicts that turn: 0\nFindings that appear: 0\nFindings that vanish: 0\n"
+                  "Packages not judged: 0\nPackages added: 0\nPackages removed: 0\n2 packages "
+                  "compared; 0 verdicts turn\n");
 }
 
 TEST_F(CompareCommand, OtherContentAtAPathTurnsItsVerdict) {
@@ -68,9 +70,27 @@ TEST_F(CompareCommand, OtherContentAtAPathTurnsItsVerdict) {
 TEST_F(CompareCommand, PackagesThatWereNotJudgedAreStatusThree) {
     const std::string before = reportOn("before", {package("a.rpm")});
     const std::string after = reportOn("after", {package("a.rpm"), package("e.rpm")});
-    EXPECT_EQ(runPkgvet({"compare", before, after}).status, 3);
+    const ProgramResult result = runPkgvet({"compare", before, after});
+    EXPECT_EQ(result.status, 3);
+    EXPECT_THAT(result.output,
+                HasSubstr("Packages not judged: 1\n  " + package("e.rpm") + ": now: "));
     EXPECT_EQ(runPkgvet({"compare", after, after}).status, 3);
     EXPECT_EQ(runPkgvet({"compare", after, before}).status, 0);
+}
+
+TEST_F(CompareCommand, InterruptedRunIsTold) {
+    const std::string report = reportOn("a", {package("a.rpm")});
+    const std::string partial = own_ / "partial";
+    const std::string whole = "\"complete\":true,\"summary\"";
+    std::string text = readFile(report);
+    const std::size_t at = text.find(whole);
+    ASSERT_NE(at, std::string::npos);
+    writeFile(partial, text.replace(at, whole.size(), "\"complete\":false,\"summary\""));
+    const ProgramResult result = runPkgvet({"compare", report, partial});
+    EXPECT_EQ(result.status, 3);
+    EXPECT_THAT(result.output, HasSubstr("\nNow: " + partial + ", interrupted\n"));
+    EXPECT_THAT(result.output, HasSubstr("a run was interrupted"));
+    EXPECT_EQ(result.errors, "pkgvet: " + partial + ": is partial: its run was interrupted\n");
 }
 
 TEST_F(CompareCommand, PageGoesToAFileThatIsNotRead) {

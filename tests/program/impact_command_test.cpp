@@ -2,6 +2,8 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <nlohmann/json.hpp>
+
 #include "tests/support/package/accepted_package.h"
 #include "tests/support/package/package_builder.h"
 #include "tests/support/program/program.h"
@@ -79,6 +81,43 @@ TEST_F(ImpactCommand, OutputDoesNotDependOnTheNumberOfJobs) {
     const std::vector<std::string> one = {"-j", "1", "--format", "markdown", shared_->path()};
     const std::vector<std::string> two = {"-j", "2", "--format", "markdown", shared_->path()};
     EXPECT_EQ(impact(before(), after(), one).output, impact(before(), after(), two).output);
+}
+
+TEST_F(ImpactCommand, FilesHoldWhatStandardOutputWould) {
+    const TemporaryDirectory files;
+    std::vector<std::string> arguments;
+    const std::vector<std::string> formats = {"json", "markdown", "html"};
+    for (const std::string& format : formats) {
+        arguments.insert(arguments.end(), {"-o", format + ":" + files / format});
+    }
+    arguments.push_back(shared_->path());
+    const ProgramResult result = impact(before(), after(), arguments);
+    EXPECT_EQ(result.status, 1);
+    EXPECT_EQ(result.output, impact(before(), after(), {shared_->path()}).output);
+    for (const std::string& format : formats) {
+        EXPECT_EQ(readFile(files / format),
+                  impact(before(), after(), {"--format", format, shared_->path()}).output)
+            << format;
+    }
+}
+
+TEST_F(ImpactCommand, FileThatCannotBeWrittenIsAnError) {
+    EXPECT_EQ(impact(before(), after(), {"-o", "json:" + package(), package()}).status, 2);
+    EXPECT_EQ(impact(before(), after(), {"-o", "json:" + before(), package()}).status, 2);
+    EXPECT_EQ(impact(before(), after(), {"-o", "json:/nonexistent/x", package()}).status, 2);
+}
+
+TEST_F(ImpactCommand, TreesAndPackagesThatWereNotJudgedAreNamed) {
+    const std::string none = *shared_ / "none.rpm";
+    const std::string output = impact(before(), after(), {package(), none}).output;
+    EXPECT_THAT(output, HasSubstr("Before: " + before() + "\nNow: " + after() + "\n"));
+    EXPECT_THAT(output, HasSubstr("Packages not judged: 1\n  " + none + ": "));
+    EXPECT_EQ(output.find("before: "), std::string::npos);
+    const auto json = nlohmann::json::parse(
+        impact(before(), after(), {"--format", "json", package(), none}).output);
+    EXPECT_EQ(json["unjudged"][0]["path"], none);
+    EXPECT_NE(json["before"]["profiles"][0]["rules_digest"],
+              json["after"]["profiles"][0]["rules_digest"]);
 }
 
 TEST_F(ImpactCommand, WhatCannotBeJudgedOrUsedHasItsStatus) {

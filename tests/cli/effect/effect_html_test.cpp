@@ -51,6 +51,7 @@ TEST(EffectHtml, PageTellsAllOfIt) {
 <p class="wordmark">pkgvet</p>
 <h1>1 verdict turns</h1>
 <p class="lead">3 packages compared</p>
+<p class="notice grave">Not all packages were judged: a run was interrupted. What was not reached by then is not told here.</p>
 </header>
 <main class="effect">
 <section class="panel" aria-labelledby="totals-title">
@@ -61,6 +62,16 @@ TEST(EffectHtml, PageTellsAllOfIt) {
 <div class="figure unjudged"><dt class="figure-label">packages not judged</dt><dd class="figure-number">1</dd></div>
 <div class="figure "><dt class="figure-label">findings that appear</dt><dd class="figure-number">12</dd></div>
 <div class="figure "><dt class="figure-label">findings that vanish</dt><dd class="figure-number">0</dd></div>
+</dl>
+</section>
+<section class="panel" aria-labelledby="sides-title">
+<h2 id="sides-title">What was compared</h2>
+<dl class="facts">
+<dt>Before</dt><dd><bdi>old.json</bdi>, by pkgvet <bdi>1.0.0</bdi>, interrupted</dd>
+<dt>Its rules of <bdi>mdm</bdi></dt><dd>SHA-256 <bdi>aaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaa</bdi></dd>
+<dt>Its rules of <bdi>auth</bdi></dt><dd>not known</dd>
+<dt>Now</dt><dd><bdi>new.json</bdi>, by pkgvet <bdi>1.1.0</bdi></dd>
+<dt>Its rules of <bdi>mdm</bdi></dt><dd>SHA-256 <bdi>bbbbbbbbbbbbbbbbbbbbbbbbbbbbbbbbbbbbbbbbbbbbbbbbbbbbbbbbbbbbbbbb</bdi></dd>
 </dl>
 </section>
 <section id="unjudged" aria-labelledby="unjudged-title">
@@ -192,9 +203,9 @@ TEST(EffectHtml, PackageCountsOnceInADirection) {
 
 TEST(EffectHtml, InterruptedRunIsTold) {
     Effect effect = sampleEffect();
-    EXPECT_EQ(count(bodyOf(effect), "class=\"notice grave\""), 0U);
-    effect.partial = true;
     EXPECT_EQ(count(bodyOf(effect), "class=\"notice grave\""), 1U);
+    effect.partial = false;
+    EXPECT_EQ(count(bodyOf(effect), "class=\"notice grave\""), 0U);
 }
 
 TEST(EffectHtml, TextsOfPackagesAreIsolatedAndNeverMarkup) {
@@ -204,9 +215,9 @@ TEST(EffectHtml, TextsOfPackagesAreIsolatedAndNeverMarkup) {
         EXPECT_EQ(page.find(word), std::string::npos) << word;
     }
     const std::string shown = htmlText(markup);
-    // Not judged 3, turned 3, vanished 4, added 1.
-    EXPECT_EQ(count(page, shown), 11U);
-    EXPECT_EQ(count(page, "<bdi>" + shown + "</bdi>"), 11U);
+    // The old side 4, not judged 3, turned 3, vanished 4, added 1.
+    EXPECT_EQ(count(page, shown), 15U);
+    EXPECT_EQ(count(page, "<bdi>" + shown + "</bdi>"), 15U);
 }
 
 TEST(EffectHtml, EveryTableHasACaptionAndHeadings) {

@@ -8,6 +8,9 @@
 inline pkgvet::cli::Effect sampleEffect() {
     using namespace pkgvet::cli;
     Effect effect;
+    effect.before = {"old.json", "1.0.0", {{"mdm", std::string(64, 'a')}, {"auth", ""}}, true};
+    effect.after = {"new.json", "1.1.0", {{"mdm", std::string(64, 'b')}}};
+    effect.partial = true;
     effect.compared = 3;
     effect.notJudged = {{"e.rpm", "", "it took too long"}};
     effect.turned = {{"a.rpm", "org.example.a", "mdm", Verdict::Accepted, Verdict::Rejected}};
@@ -28,6 +31,7 @@ inline pkgvet::cli::Effect sampleEffect() {
 inline pkgvet::cli::Effect effectOfTexts(const std::string& bytes) {
     using namespace pkgvet::cli;
     Effect effect = sampleEffect();
+    effect.before = {bytes, bytes, {{bytes, bytes}}};
     effect.notJudged = {{bytes, bytes, bytes}};
     effect.turned = {{bytes, bytes, bytes, Verdict::NotJudged, Verdict::Accepted}};
     effect.vanished = {{bytes, Severity::Critical, 1, 1, {{bytes, bytes}}, {{bytes, 1}}}};
