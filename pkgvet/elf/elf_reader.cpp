@@ -8,9 +8,9 @@
 // The list never takes twice its size while it grows.
 ElfReaderPrivate pkgvet::readElfWithSymbols(const std::string& path) {
     std::vector<std::string> symbols;
-    const auto keep = [&symbols](std::string_view name, std::size_t count) {
-        symbols.reserve(count);
-        symbols.emplace_back(name);
+    const auto keep = [&symbols](const SymbolVisit& symbol) {
+        symbols.reserve(symbol.count);
+        symbols.insert(symbols.end(), symbol.repeats, std::string(symbol.name));
     };
     ElfReaderPrivate record = readElf(path, keep);
     if (record.elfClass != ElfClass::NotLoaded) {

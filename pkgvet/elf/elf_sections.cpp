@@ -44,6 +44,7 @@ public:
 
 private:
     bool payForSymbols();
+    bool payForOverlaps(std::size_t index);
     bool readDynamicSection(std::size_t index);
     bool keepDynamicEntry(std::uint64_t tag, const ByteView& names, std::uint64_t offset);
     bool readSymbolTable(std::size_t index);
@@ -140,9 +141,18 @@ std::optional<ByteView> SectionReader::bytesOf(std::uint64_t index) {
     return bytes ? std::optional(ByteView(*bytes, header_.order())) : std::nullopt;
 }
 
+// Pays for each entry as a whole where entries overlap, of which a section then has as many as it
+// has bytes.
+bool SectionReader::payForOverlaps(std::size_t index) {
+    const ElfSection& section = sections_[index];
+    const std::uint64_t whole = std::uint64_t{2} * header_.layout.word;
+    const std::uint64_t count = std::min(entryCount(section), sizeOf(index));
+    return section.entrySize >= whole || budget_.spend(count * whole);
+}
+
 bool SectionReader::readDynamicSection(std::size_t index) {
     const ElfSection& section = sections_[index];
-    const std::optional<ByteView> entries = bytesOf(index);
+    const std::optional<ByteView> entries = payForOverlaps(index) ? bytesOf(index) : std::nullopt;
     const std::optional<ByteView> names = entries ? bytesOf(section.link) : std::nullopt;
     if (!names) {
         return false;
@@ -228,11 +238,11 @@ bool SectionReader::readSymbolTable(std::size_t index) {
         if (!budget_.spend(name.size())) {
             return false;
         }
-        visit_(name, symbols_);
+        visit_({name, 1, symbols_});
     }
     // The entries that lack their bytes.
-    for (; isRead && i < count; ++i) {
-        visit_({}, symbols_);
+    if (isRead && i < count) {
+        visit_({{}, count - i, symbols_});
     }
     return isRead;
 }

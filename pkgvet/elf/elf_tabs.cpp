@@ -20,10 +20,10 @@ constexpr std::string_view kMain = "main";
 // launcher, unless its package imports the toolkit.
 void noteSymbols(const std::string& binary, bool importsToolkit, BinaryFacts* facts) {
     BinaryFacts noted = *facts;
-    const auto note = [&noted, importsToolkit](std::string_view symbol, std::size_t /*count*/) {
-        if (symbol == kStartOfC) {
+    const auto note = [&noted, importsToolkit](const SymbolVisit& symbol) {
+        if (symbol.name == kStartOfC) {
             noted.mainSymbol = true;
-        } else if (symbol == kMain) {
+        } else if (symbol.name == kMain) {
             noted.mainExport = true;
         } else if (!importsToolkit) {
             noted.booster = true;

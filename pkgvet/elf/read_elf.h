@@ -22,11 +22,18 @@ struct ElfReaderPrivate {
 
 namespace pkgvet {
 
-// Called for each symbol in the order of the file, with its name and the number of all symbols.
-using SymbolVisitor = std::function<void(std::string_view name, std::size_t count)>;
+// Symbols in the order of the file.
+struct SymbolVisit {
+    std::string_view name;
+    // How many follow one another that have it. More than one only for the empty name, which a
+    // table of a few bytes can state millions of times.
+    std::size_t repeats;
+    std::size_t count;  // of all symbols
+};
+using SymbolVisitor = std::function<void(const SymbolVisit& symbol)>;
 
 // For those who do not ask for symbols.
-inline void ignoreSymbol(std::string_view /*name*/, std::size_t /*count*/) {}
+inline void ignoreSymbol(const SymbolVisit& /*symbol*/) {}
 
 // Sections are found by their type alone, never by name, and all of one kind contribute. The record
 // has no symbols: a million names take far more memory than all else, and a visitor can do without.

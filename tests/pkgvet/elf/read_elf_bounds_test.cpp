@@ -279,6 +279,44 @@ TEST(ReadElfBounds, FileThatStandsForFarMoreThanItHoldsIsNotLoaded) {
     EXPECT_EQ(facts.libraries, kNone);
 }
 
+// A dynamic section over the same two mebibytes, so many times.
+std::string overlaidSections(int count, int entrySize) {
+    std::string description = "elf 64 little\nsection strtab\n";
+    for (int i = 0; i < count; ++i) {
+        description +=
+            "section dynamic link=1 offset=0 size=0x200000 entsize=" + std::to_string(entrySize) +
+            "\n";
+    }
+    return elfImage(description + "end 0x200000\n");
+}
+
+TEST(ReadElfBounds, DynamicEntriesThatOverlapArePaidForAsIfTheyDidNot) {
+    EXPECT_NE(readElfImage(overlaidSections(15, 1)).elfClass, ElfClass::NotLoaded);
+    EXPECT_EQ(readElfImage(overlaidSections(16, 1)).elfClass, ElfClass::NotLoaded);
+    EXPECT_NE(readElfImage(overlaidSections(50, 16)).elfClass, ElfClass::NotLoaded);
+}
+
+// A file of a few hundred bytes may claim a million of them, and a package have thousands of files.
+TEST(ReadElfBounds, SymbolsWithoutBytesAreVisitedAtOnce) {
+    const TemporaryDirectory directory;
+    const std::string path = directory.write("file", elfImage(R"(elf 64 little
+        section strtab
+        section symtab link=1 size=24000000
+          symbol main
+          drop 12)"));
+    std::vector<std::pair<std::string, std::size_t>> visits;
+    pkgvet::readElf(path, [&visits](const pkgvet::SymbolVisit& symbol) {
+        visits.emplace_back(symbol.name, symbol.repeats);
+        EXPECT_EQ(symbol.count, 1'000'000U);
+    });
+    EXPECT_LE(visits.size(), 40U);
+    std::size_t sum = 0;
+    for (const auto& [name, repeats] : visits) {
+        sum += repeats;
+    }
+    EXPECT_EQ(sum, 1'000'000U);
+}
+
 TEST(ReadElfBounds, SparseFileOfManyGigabytesIsReadByItsTables) {
     const TemporaryDirectory directory;
     const std::string path = directory.write("file", elfImage(R"(elf 64 little
