@@ -18,8 +18,8 @@ constexpr std::size_t kSignatureSize = 8;
 // the header.
 constexpr png_uint_32 kMaxTexts = 4;
 
-// A block that is larger is refused, and libpng then skips the chunk that it was for. A chunk that
-// claims 2 GiB would get them before its first byte is read.
+// A block that is larger is refused, and libpng then skips the chunk that it was for or gives the
+// image up. A chunk that claims 2 GiB would get them before its first byte is read.
 constexpr png_alloc_size_t kMaxBlock = png_alloc_size_t{8} << 20U;
 
 png_voidp allocate(png_structp /*png*/, png_alloc_size_t size) {

@@ -13,6 +13,7 @@
 
 #include "tests/support/base/extracted_trees.h"
 #include "tests/support/package/accepted_package.h"
+#include "tests/support/package/png_image.h"
 #include "tests/support/program/judged_package.h"
 #include "tests/support/program/program.h"
 #include "tests/support/program/watched_machine.h"
@@ -80,7 +81,7 @@ protected:
     Words write(const std::vector<HostilePackage>& packages) const {
         Words paths;
         for (const HostilePackage& hostile : packages) {
-            CraftedPackage package = acceptedPackage();
+            CraftedPackage package = package_;
             package.file(packedFile(marker(), ""));
             hostile.arm(&package, target_);
             paths.push_back(package.write(directory_));
@@ -99,7 +100,7 @@ protected:
         const Words paths = write(packages);
         const Words all = words();
         const auto judged =
-            judgePackages(acceptingRules(), paths, {all.begin() + 1, all.end()}, environment());
+            judgePackages(rules_, paths, {all.begin() + 1, all.end()}, environment());
         ASSERT_EQ(judged.size(), packages.size());
         for (std::size_t i = 0; i < packages.size(); ++i) {
             SCOPED_TRACE(packages[i].name);
@@ -152,6 +153,8 @@ protected:
     TemporaryDirectory directory_;
     TemporaryDirectory outside_;
     Target target_;
+    RuleTree rules_ = acceptingRules();
+    CraftedPackage package_ = acceptedPackage();
     std::optional<WatchedMachine> machine_;
 };
 
@@ -169,7 +172,11 @@ TEST_P(HostilePackages, MayBeOfAnySize) {
     judge(packagesOfRealSizes());
 }
 
+// An icon is read only if the rules ask for one.
 TEST_P(HostilePackages, MayGoToTheLimits) {
+    rules_.iconSizes = {86};
+    rules_.regular().requireIcons = true;
+    package_.file(packedFile(kHostileIcon, pngImage(86, 86)));
     judge(packagesAtTheLimits());
 }
 

@@ -10,6 +10,10 @@ constexpr std::size_t kLongestName = 4096;  // that the guard passes on
 constexpr std::size_t kDeepestJson = 20'000;
 constexpr std::size_t kLargestXml = std::size_t{256} << 10U;
 constexpr std::size_t kLargestDesktopFile = std::size_t{16} << 20U;
+constexpr std::size_t kLongestQmlLine = std::size_t{16} << 20U;
+// With the byte behind it, the largest block that libpng gets.
+constexpr std::size_t kLargestPngText = (std::size_t{8} << 20U) - 1;
+constexpr std::size_t kMostElfSymbols = std::size_t{16} << 20U;
 
 void packNamed(CraftedPackage* package, const std::string& name) {
     package->archive(package->entries() + cpioEntry({.name = name, .data = "x"}) + cpioTrailer());
@@ -27,7 +31,6 @@ std::string longPath(std::size_t size) {
 const std::string kJsonFile = "/etc/sealwatchd/config.d/" + kAcceptedName + ".json";
 const std::string kXmlFile = kAcceptedData + "/managed-configuration/configuration.xml";
 const std::string kElfFile = kAcceptedData + "/libx.so";
-const std::string kIcon = "/usr/share/icons/hicolor/86x86/apps/" + kAcceptedName + ".png";
 
 std::string deepJson(std::size_t depth) {
     return std::string(depth, '[') + std::string(depth, ']');
@@ -43,6 +46,30 @@ std::string xmlOf(std::size_t size) {
 std::string desktopFileOf(std::size_t size) {
     const std::string text = acceptedDesktopText() + "#";
     return text + std::string(size - text.size(), 'x');
+}
+
+void packRemarkOf(std::size_t size, CraftedPackage* package) {
+    const std::string begin = "// ";
+    package->file(packedFile(
+        kAcceptedPage, begin + std::string(size - begin.size(), 'x') + "\nimport QtQuick 2.6\n"));
+}
+
+void packIconWith(const std::string& chunk, CraftedPackage* package) {
+    package->file(packedFile(
+        kHostileIcon, pngSignature() + pngHeader(86, 86) + chunk + pngChunk("IDAT", "\x78\x9C")));
+}
+
+std::string textChunkOf(std::size_t size) {
+    const std::string keyword("Title\0", 6);
+    return pngChunk("tEXt", keyword + std::string(size - keyword.size(), 'x'));
+}
+
+// A library with a table that claims so many symbols, and lies behind the end of the file.
+void packLibraryOf(std::size_t symbols, CraftedPackage* package) {
+    const std::string image =
+        elfImage("elf 64 little\nsection symtab offset=0x7fffffff entsize=24 size=" +
+                 std::to_string(24 * symbols) + "\n");
+    package->file(packedFile(kElfFile, image, 0755));
 }
 
 const std::vector<HostilePackage> kLimits = {
@@ -107,16 +134,31 @@ const std::vector<HostilePackage> kLimits = {
      Outcome::Rejected, "managed-configuration-invalid"},
     {"has an icon of enormous measures",
      [](CraftedPackage* package, const Target&) {
-         package->file(packedFile(
-             kIcon, pngSignature() + pngHeader(1'000'000, 1'000'000) + pngChunk("IDAT", "")));
+         package->file(packedFile(kHostileIcon, pngSignature() + pngHeader(1'000'000, 1'000'000) +
+                                                    pngChunk("IDAT", "")));
      },
-     Outcome::NotStated},
+     Outcome::Rejected, "icon-"},
     {"has an icon whose text claims two gibibytes",
      [](CraftedPackage* package, const Target&) {
-         package->file(packedFile(kIcon, pngSignature() + pngHeader(86, 86) +
-                                             std::string("\x7f\xff\xff\xff") + "zTXtx"));
+         package->file(packedFile(kHostileIcon, pngSignature() + pngHeader(86, 86) +
+                                                    std::string("\x7f\xff\xff\xff") + "zTXtx"));
      },
-     Outcome::NotStated},
+     Outcome::Rejected, "icon-"},
+    {"has an icon with a text that is nearly at the limit",
+     [](CraftedPackage* package, const Target&) {
+         packIconWith(textChunkOf(kLargestPngText - 1), package);
+     },
+     Outcome::Accepted},
+    {"has an icon with a text at the limit",
+     [](CraftedPackage* package, const Target&) {
+         packIconWith(textChunkOf(kLargestPngText), package);
+     },
+     Outcome::Accepted},
+    {"has an icon with a text beyond the limit",
+     [](CraftedPackage* package, const Target&) {
+         packIconWith(textChunkOf(kLargestPngText + 1), package);
+     },
+     Outcome::Rejected, "icon-"},
     {"has ELF tables that are longer than any file",
      [](CraftedPackage* package, const Target&) {
          package->file(packedFile(kElfFile,
@@ -125,6 +167,24 @@ const std::vector<HostilePackage> kLimits = {
                                   0755));
      },
      Outcome::NotAccepted},
+    {"has a library with nearly as many symbols as are read",
+     [](CraftedPackage* package, const Target&) { packLibraryOf(kMostElfSymbols - 1, package); },
+     Outcome::Accepted},
+    {"has a library with as many symbols as are read",
+     [](CraftedPackage* package, const Target&) { packLibraryOf(kMostElfSymbols, package); },
+     Outcome::Accepted},
+    {"has a library with more symbols than are read",
+     [](CraftedPackage* package, const Target&) { packLibraryOf(kMostElfSymbols + 1, package); },
+     Outcome::Rejected, "executable-wrong-format"},
+    {"has a line of QML that is nearly at the limit",
+     [](CraftedPackage* package, const Target&) { packRemarkOf(kLongestQmlLine - 1, package); },
+     Outcome::Accepted},
+    {"has a line of QML at the limit",
+     [](CraftedPackage* package, const Target&) { packRemarkOf(kLongestQmlLine, package); },
+     Outcome::Accepted},
+    {"has a line of QML beyond the limit",
+     [](CraftedPackage* package, const Target&) { packRemarkOf(kLongestQmlLine + 1, package); },
+     Outcome::NotJudged, "a rule failed"},
     {"has a line of QML of a megabyte",
      [](CraftedPackage* package, const Target&) {
          package->file(

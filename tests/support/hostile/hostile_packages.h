@@ -32,7 +32,9 @@ std::vector<HostilePackage> packagesWithBadStreams();
 std::vector<HostilePackage> packagesWithBadHeaders();
 // In sizes that are as large as they say.
 std::vector<HostilePackage> packagesOfRealSizes();
-// In files that go as far as their readers do, or beyond.
+// In files that go as far as their readers do, or beyond. acceptedPackage() is to have this icon,
+// of 86 pixels.
+inline const std::string kHostileIcon = "/usr/share/icons/hicolor/86x86/apps/org.example.app.png";
 std::vector<HostilePackage> packagesAtTheLimits();
 // In what makes a mark as soon as anything runs or believes it.
 std::vector<HostilePackage> packagesThatWantToBeRun();
