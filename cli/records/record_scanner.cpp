@@ -1,18 +1,11 @@
 // Finds the ends of JSON values without reading them.
 #include "cli/records/record_scanner.h"
 
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
-
-#include <cerrno>
-#include <cstring>
 #include <stdexcept>
 #include <string_view>
 #include <utility>
 
 #include "cli/base/fault.h"
-#include "cli/base/spool.h"
 
 namespace pkgvet::cli {
 
@@ -36,47 +29,10 @@ bool isContinuation(int c) {
     return (static_cast<unsigned>(c) & 0xc0U) == 0x80U;
 }
 
-[[noreturn]] void failOn(const std::string& path) {
-    throw std::runtime_error(describe({path, std::string(), std::strerror(errno)}));
-}
-
-std::size_t readPiece(const std::string& path, const Descriptor& file, std::vector<char>* buffer) {
-    while (true) {
-        const ssize_t size = read(file.get(), buffer->data(), buffer->size());
-        if (size >= 0) {
-            return static_cast<std::size_t>(size);
-        }
-        if (errno != EINTR) {
-            failOn(path);
-        }
-    }
-}
-
-// What comes through a pipe can be read once, so that it is kept on disk.
-Descriptor openFile(const std::string& path) {
-    Descriptor file(open(path.c_str(), O_RDONLY | O_CLOEXEC | O_NOCTTY));
-    struct stat status {};
-    if (!file.isOpen() || fstat(file.get(), &status) != 0) {
-        failOn(path);
-    }
-    if (S_ISREG(status.st_mode)) {
-        return file;
-    }
-    Spool spool;
-    std::vector<char> buffer(kBufferSize);
-    while (const std::size_t size = readPiece(path, file, &buffer)) {
-        spool.write({buffer.data(), size});
-    }
-    return spool.takeFile();
-}
-
 }  // namespace
 
 RecordScanner::RecordScanner(std::string path, std::string key)
-    : path_(std::move(path)),
-      recordsKey_(std::move(key)),
-      file_(openFile(path_)),
-      buffer_(kBufferSize) {}
+    : path_(std::move(path)), recordsKey_(std::move(key)), file_(path_), buffer_(kBufferSize) {}
 
 RecordPiece RecordScanner::next() {
     switch (state_) {
@@ -88,25 +44,6 @@ RecordPiece RecordScanner::next() {
             break;
     }
     return nextElement();
-}
-
-std::string RecordScanner::textAt(std::uint64_t offset, std::size_t size) const {
-    std::string text(size, '\0');
-    std::size_t done = 0;
-    while (done < size) {
-        const ssize_t more =
-            pread(file_.get(), text.data() + done, size - done, static_cast<off_t>(offset + done));
-        if (more < 0 && errno == EINTR) {
-            continue;
-        }
-        if (more <= 0) {
-            throw std::runtime_error(
-                describe({path_, std::string(),
-                          more < 0 ? std::strerror(errno) : "has become shorter meanwhile"}));
-        }
-        done += static_cast<std::size_t>(more);
-    }
-    return text;
 }
 
 RecordPiece RecordScanner::nextOutside() {
@@ -276,7 +213,7 @@ void RecordScanner::append(int c, std::string* text) const {
 int RecordScanner::peek() {
     while (begin_ == end_) {
         begin_ = 0;
-        end_ = readPiece(path_, file_, &buffer_);
+        end_ = file_.read(&buffer_);
         if (end_ == 0) {
             buffer_ = {};  // there may be thousands of reports to come back to
             return kEnd;

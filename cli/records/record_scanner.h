@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "cli/base/json_positions.h"
-#include "pkgvet/base/descriptor.h"
+#include "cli/records/record_file.h"
 
 namespace pkgvet::cli {
 
@@ -43,7 +43,9 @@ public:
     std::uint64_t wholeSize() const { return wholeSize_; }
 
     // Bytes of the file, wherever the walk is.
-    std::string textAt(std::uint64_t offset, std::size_t size) const;
+    std::string textAt(std::uint64_t offset, std::size_t size) const {
+        return file_.textAt(offset, size);
+    }
 
 private:
     static constexpr int kEnd = -1;
@@ -71,7 +73,7 @@ private:
 
     std::string path_;
     std::string recordsKey_;
-    Descriptor file_;
+    RecordFile file_;
     std::vector<char> buffer_;
     std::size_t begin_ = 0;
     std::size_t end_ = 0;

@@ -1,10 +1,12 @@
 // `pkgvet report` and `pkgvet merge`: reports out of reports, byte for byte those of the run.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 
 #include <filesystem>
 #include <nlohmann/json.hpp>
 
+#include "tests/support/base/child_process.h"
 #include "tests/support/program/corpus.h"
 
 namespace {
@@ -162,6 +164,19 @@ TEST_F(RewritingCommands, MoreShardsThanPackagesMergeAsWell) {
     std::vector<std::string> arguments = shards(12);
     arguments.insert(arguments.end(), {"--format", "json"});
     EXPECT_EQ(merge(arguments).output, corpus().check(onCorpus({"--format", "json"})).output);
+}
+
+TEST_F(RewritingCommands, MoreShardsMergeThanFilesCanBeOpen) {
+    constexpr int kShards = 32;
+    const std::vector<std::string> reports = shards(kShards);
+    const std::string whole = readFile(written("jsonl"));
+    EXPECT_TRUE(holdsInChild([&] {
+        const struct rlimit few { kShards / 2, kShards / 2 };
+        setrlimit(RLIMIT_NOFILE, &few);
+        std::vector<std::string> arguments = {"--format", "jsonl"};
+        arguments.insert(arguments.end(), reports.begin(), reports.end());
+        return merge(arguments).output == whole;
+    }));
 }
 
 TEST_F(RewritingCommands, ShardsThatHaveToBeRunAgainAreNamed) {
