@@ -8,10 +8,12 @@
 #include <unistd.h>
 
 #include <array>
+#include <cerrno>
 #include <exception>
 #include <optional>
 
 #include "cli/worker/judge_user.h"
+#include "cli/worker/prepared_mkdtemp.h"
 #include "cli/worker/template_main.h"
 #include "pkgvet/base/c_handle.h"
 #include "pkgvet/base/remove_tree.h"
@@ -26,6 +28,11 @@ constexpr const char* kMarkName = ".pkgvet";
 // What the mark begins with; the path of the companion follows.
 constexpr std::string_view kMark = "made by pkgvet for one package, removed by a later run\n";
 constexpr std::size_t kLongestMark = 256;
+// Of directories that are to be marked. Where nobody else may write, the sticky bit has no effect,
+// so that others have no reason to set it.
+constexpr mode_t kClaimedMode = S_IRWXU | S_ISVTX;
+// Each time another run clears the directory away between two steps.
+constexpr int kAttempts = 100;
 
 constexpr int kDirectoryFlags = O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
 constexpr mode_t kOthersWrite = S_IWGRP | S_IWOTH;
@@ -68,6 +75,17 @@ void removeOurs(const std::string& path) {
     }
 }
 
+// What is left of a run that was killed before it had written the mark. One that goes on finds the
+// directory gone and makes another.
+void clearUnmarked(int parent, const char* name, const Descriptor& directory) {
+    struct stat mark {};
+    if (fstatat(directory.get(), kMarkName, &mark, AT_SYMLINK_NOFOLLOW) == 0 &&
+        S_ISREG(mark.st_mode) && mark.st_size == 0) {
+        unlinkat(directory.get(), kMarkName, 0);
+    }
+    unlinkat(parent, name, AT_REMOVEDIR);
+}
+
 // The lock is kept until all is gone, so that two runs do not remove the same.
 void clearIfAbandoned(int parent, const std::string& path, const char* name) {
     const Descriptor directory = openDirectory(parent, name);
@@ -78,6 +96,9 @@ void clearIfAbandoned(int parent, const std::string& path, const char* name) {
     }
     const std::optional<std::string> companion = companionIn(directory);
     if (!companion) {
+        if ((status.st_mode & S_ISVTX) != 0) {
+            clearUnmarked(parent, name, directory);
+        }
         return;
     }
     if (isMadeBy(kTreeTemplate, *companion)) {
@@ -108,10 +129,6 @@ Claim::Claim(const std::string& directory, const std::string& companion)
                 write(mark.get(), text.data(), text.size()) == static_cast<ssize_t>(text.size());
 }
 
-void Claim::unmark(const std::string& directory) {
-    unlink((directory + "/" + kMarkName).c_str());
-}
-
 Claim Claim::shared(const std::string& directory) {
     Claim claim;
     claim.lock_ = openDirectory(AT_FDCWD, directory.c_str());
@@ -119,6 +136,33 @@ Claim Claim::shared(const std::string& directory) {
         flock(claim.lock_.get(), LOCK_SH);
     }
     return claim;
+}
+
+ClaimedDirectory makeClaimed(const std::string& pathTemplate, const std::string& companion) {
+    for (int i = 0; i < kAttempts; ++i) {
+        ClaimedDirectory made{makeDirectory(pathTemplate, kClaimedMode), Claim()};
+        if (made.path.empty()) {
+            break;
+        }
+        made.claim = Claim(made.path, companion);
+        if (made.claim.isMarked()) {
+            return made;
+        }
+        discard(made);
+        if (errno != ENOENT) {
+            break;
+        }
+    }
+    return {};
+}
+
+void discard(const ClaimedDirectory& directory) {
+    const int error = errno;
+    if (!directory.path.empty()) {
+        unlink((directory.path + "/" + kMarkName).c_str());
+        rmdir(directory.path.c_str());
+    }
+    errno = error;
 }
 
 void clearAbandoned(const std::string& parent) {

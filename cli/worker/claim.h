@@ -26,18 +26,29 @@ public:
     // Whether the directory bears the mark: one without would never be cleared.
     bool isMarked() const { return isMarked_; }
 
-    // Takes the mark away, so that the directory is empty once more.
-    static void unmark(const std::string& directory);
-
 private:
     Descriptor lock_;
     bool isMarked_ = false;
 };
 
+// A directory that was made to be claimed.
+struct ClaimedDirectory {
+    std::string path;  // empty, with errno, when there is none to be had
+    Claim claim;
+};
+
+// A new directory by pathTemplate, which ends as kDirectoryTemplate does, claimed together with
+// companion. A run that is killed before the mark is made leaves it empty.
+ClaimedDirectory makeClaimed(const std::string& pathTemplate, const std::string& companion);
+
+// Removes it again as long as there is nothing in it but the mark; errno stays as it is.
+void discard(const ClaimedDirectory& directory);
+
 // Removes each directory in parent, with its companion, of which it is certain that a run left it:
 // the name is of the form that runs give, it belongs to this user or, for the superuser, to the
-// one that judges are, nobody else may write to it, it bears the mark, and nobody holds it. No link
-// is followed. Where others may move directories in parent, nothing is removed.
+// one that judges are, nobody else may write to it, it bears the mark or was made to bear it and
+// holds nothing, and nobody holds it. No link is followed. Where others may move directories in
+// parent, nothing is removed.
 void clearAbandoned(const std::string& parent);
 
 // Whether path can be one that mkdtemp or the program made by the template.

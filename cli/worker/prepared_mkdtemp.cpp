@@ -26,15 +26,35 @@ std::string& prepared() {
     return directory;
 }
 
-bool fillIn(char* placeholder) {
+bool fillIn(char* path) {
+    const std::size_t size = strlen(path);
+    if (!std::string_view(path, size).ends_with(kPlaceholder)) {
+        errno = EINVAL;
+        return false;
+    }
     std::array<unsigned char, kPlaceholder.size()> random{};
     if (getrandom(random.data(), random.size(), 0) != static_cast<ssize_t>(random.size())) {
         return false;
     }
+    char* placeholder = path + size - kPlaceholder.size();
     for (const unsigned char byte : random) {
         *placeholder++ = kAlphabet[byte % kAlphabet.size()];
     }
     return true;
+}
+
+bool makeNew(char* path, mode_t mode) {
+    const std::string pathTemplate = path;
+    for (int i = 0; i < kAttempts && fillIn(path); ++i) {
+        if (mkdir(path, mode) == 0) {
+            return true;
+        }
+        if (errno != EEXIST) {
+            return false;
+        }
+        memcpy(path, pathTemplate.data(), pathTemplate.size());
+    }
+    return false;
 }
 
 }  // namespace
@@ -46,22 +66,7 @@ extern "C" PKGVET_EXPORT char* mkdtemp(char* path) noexcept {
     if (size > 0 && prepared().size() == size) {
         return static_cast<char*>(memcpy(path, prepared().data(), size));
     }
-    if (!std::string_view(path, size).ends_with(kPlaceholder)) {
-        errno = EINVAL;
-        return nullptr;
-    }
-    for (int i = 0; i < kAttempts; ++i) {
-        if (!fillIn(path + size - kPlaceholder.size())) {
-            return nullptr;
-        }
-        if (mkdir(path, S_IRWXU) == 0) {
-            return path;
-        }
-        if (errno != EEXIST) {
-            return nullptr;
-        }
-    }
-    return nullptr;
+    return makeNew(path, S_IRWXU) ? path : nullptr;
 }
 
 namespace pkgvet::cli {
@@ -70,9 +75,14 @@ void prepareDirectory(const std::string& directory) {
     prepared() = directory;
 }
 
-std::string makeDirectory(const std::string& pathTemplate) {
+std::string makeDirectory(const std::string& pathTemplate, mode_t mode) {
     std::string path = pathTemplate;
-    return mkdtemp(path.data()) == nullptr ? std::string() : path;
+    return makeNew(path.data(), mode) ? path : std::string();
+}
+
+std::string chooseName(const std::string& pathTemplate) {
+    std::string path = pathTemplate;
+    return fillIn(path.data()) ? path : std::string();
 }
 
 }  // namespace pkgvet::cli

@@ -1,6 +1,8 @@
 // A temporary directory that was made beforehand.
 #pragma once
 
+#include <sys/stat.h>
+
 #include <string>
 
 namespace pkgvet::cli {
@@ -15,6 +17,9 @@ void prepareDirectory(const std::string& directory);
 
 // A new directory by such a template, whose name holds no dot but that of the template. Empty, with
 // errno, when there is none to be had.
-std::string makeDirectory(const std::string& pathTemplate);
+std::string makeDirectory(const std::string& pathTemplate, mode_t mode = S_IRWXU);
+
+// A name that makeDirectory might choose. Empty, with errno, when there is none to be had.
+std::string chooseName(const std::string& pathTemplate);
 
 }  // namespace pkgvet::cli

@@ -10,7 +10,6 @@
 #include <utility>
 
 #include "cli/worker/judge_user.h"
-#include "cli/worker/prepared_mkdtemp.h"
 #include "pkgvet/base/remove_tree.h"
 
 namespace pkgvet::cli {
@@ -19,18 +18,18 @@ ScratchDirectory::ScratchDirectory(const std::string& parent, const Sandbox& san
     if (parent.empty()) {
         return;
     }
-    path_ = makeDirectory(parent + kDirectoryTemplate);
+    ClaimedDirectory made = makeClaimed(parent + kDirectoryTemplate, std::string());
     const uid_t user = judgeUser(sandbox.isAny());
-    if (!path_.empty() && (user == geteuid() || chown(path_.c_str(), user, user) == 0)) {
-        descriptor_ = Descriptor(open(path_.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
+    if (!made.path.empty() && (user == geteuid() || chown(made.path.c_str(), user, user) == 0)) {
+        descriptor_ = Descriptor(open(made.path.c_str(), O_PATH | O_DIRECTORY | O_CLOEXEC));
     }
     if (!descriptor_.isOpen()) {
-        const int error = errno;
-        rmdir(path_.c_str());
-        throw std::system_error(error, std::generic_category(),
+        discard(made);
+        throw std::system_error(errno, std::generic_category(),
                                 "cannot make " + parent + kDirectoryTemplate);
     }
-    claim_ = Claim(path_, std::string());
+    path_ = std::move(made.path);
+    claim_ = std::move(made.claim);
 }
 
 ScratchDirectory::ScratchDirectory(ScratchDirectory&& other) noexcept

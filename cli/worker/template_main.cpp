@@ -317,21 +317,22 @@ StartAnswer Template::start(Parcel request) {
     return answer;
 }
 
-// Nothing is begun in directories that no later run would know as this one's.
+// The tree is named in the mark before it is there: at each moment a later run would know what
+// there is as this one's.
 Claim Template::makeDirectories(StartAnswer* answer) {
-    const std::string tree = makeDirectory(kTreeTemplate);
-    const std::string copy = tree.empty() ? std::string() : makeDirectory(kCopyTemplate);
-    Claim claim = copy.empty() ? Claim() : Claim(copy, tree);
-    if (!claim.isMarked()) {
+    const std::string tree = chooseName(kTreeTemplate);
+    ClaimedDirectory copy;
+    if (!tree.empty()) {
+        copy = makeClaimed(kCopyTemplate, tree);
+    }
+    if (copy.path.empty() || mkdir(tree.c_str(), S_IRWXU) != 0) {
         answer->error = errno;
-        Claim::unmark(copy);
-        rmdir(copy.c_str());
-        rmdir(tree.c_str());
-        return claim;
+        discard(copy);
+        return {};
     }
     std::strncpy(answer->tree.data(), tree.c_str(), answer->tree.size() - 1);
-    std::strncpy(answer->copy.data(), copy.c_str(), answer->copy.size() - 1);
-    return claim;
+    std::strncpy(answer->copy.data(), copy.path.c_str(), answer->copy.size() - 1);
+    return std::move(copy.claim);
 }
 
 // The other process has seen the end of a judge and removed its directories.

@@ -5,7 +5,11 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <atomic>
+#include <cerrno>
+#include <cstring>
 #include <filesystem>
+#include <thread>
 
 #include "tests/support/base/temporary_directory.h"
 
@@ -43,9 +47,67 @@ TEST_F(ClaimTest, SaysWhetherTheDirectoryIsMarked) {
     const TemporaryDirectory directory;
     EXPECT_TRUE(Claim(directory.path(), "").isMarked());
     EXPECT_FALSE(Claim(directory.path(), "").isMarked()) << "a mark is made once";
-    Claim::unmark(directory.path());
-    EXPECT_TRUE(std::filesystem::is_empty(directory.path()));
     EXPECT_FALSE(Claim(directory / "none", "").isMarked());
+}
+
+TEST_F(ClaimTest, DirectoryIsMadeWithTheMark) {
+    const ClaimedDirectory made = makeClaimed(parent_ / "pkgvet.XXXXXX", "");
+    EXPECT_TRUE(isMadeBy(parent_ / "pkgvet.XXXXXX", made.path)) << made.path;
+    EXPECT_TRUE(made.claim.isMarked());
+    clearAbandoned(parent_.path());
+    EXPECT_TRUE(fs::exists(made.path));
+    discard(made);
+    EXPECT_TRUE(fs::is_empty(parent_.path()));
+}
+
+TEST_F(ClaimTest, WhereNoneCanBeMadeTheReasonIsTold) {
+    const ClaimedDirectory none = makeClaimed(parent_ / "nowhere/pkgvet.XXXXXX", "");
+    EXPECT_EQ(errno, ENOENT);
+    EXPECT_EQ(none.path, "");
+    discard(none);
+    EXPECT_EQ(errno, ENOENT);
+}
+
+// As it is between the two steps of making it.
+TEST_F(ClaimTest, EmptyDirectoryWithoutItsMarkIsRemoved) {
+    const std::string path = parent_ / "pkgvet.abcdef";
+    ASSERT_EQ(mkdir(path.c_str(), S_IRWXU | S_ISVTX), 0);
+    const std::string begun = parent_ / "pkgvet.begun1";
+    ASSERT_EQ(mkdir(begun.c_str(), S_IRWXU | S_ISVTX), 0);
+    writeFile(begun + "/.pkgvet", "");
+    const std::string filled = make("pkgvet.filled");
+    ASSERT_EQ(chmod(filled.c_str(), S_IRWXU | S_ISVTX), 0);
+    const std::string plain = parent_ / "pkgvet.plain1";
+    ASSERT_EQ(mkdir(plain.c_str(), S_IRWXU), 0);
+    {
+        const Claim held = Claim::shared(path);
+        clearAbandoned(parent_.path());
+        EXPECT_TRUE(fs::exists(path));
+    }
+    clearAbandoned(parent_.path());
+    EXPECT_FALSE(fs::exists(path));
+    EXPECT_FALSE(fs::exists(begun));
+    EXPECT_TRUE(fs::exists(filled));
+    EXPECT_TRUE(fs::exists(plain));
+}
+
+// One makes directories while another clears away what it takes for abandoned.
+TEST_F(ClaimTest, WhoeverLosesADirectoryToAnotherRunMakesAnother) {
+    std::atomic<bool> isOver = false;
+    std::thread other([&] {
+        while (!isOver) {
+            clearAbandoned(parent_.path());
+        }
+    });
+    for (int i = 0; i < 2000; ++i) {
+        const ClaimedDirectory made = makeClaimed(parent_ / "pkgvet.XXXXXX", "");
+        ASSERT_TRUE(made.claim.isMarked()) << i << ": " << std::strerror(errno);
+        ASSERT_TRUE(fs::exists(made.path)) << i;
+        discard(made);
+    }
+    isOver = true;
+    other.join();
+    EXPECT_TRUE(fs::is_empty(parent_.path()));
 }
 
 TEST_F(ClaimTest, OneThatIsHeldStays) {

@@ -12,6 +12,7 @@
 
 namespace {
 
+using pkgvet::cli::chooseName;
 using pkgvet::cli::makeDirectory;
 using pkgvet::cli::prepareDirectory;
 
@@ -45,6 +46,22 @@ TEST(PreparedMkdtemp, FailuresAreThoseOfTheCLibrary) {
         EXPECT_EQ(mkdtemp(path.data()), nullptr);
         EXPECT_EQ(errno, test.error);
     }
+}
+
+TEST(PreparedMkdtemp, DirectoryMayHaveAnotherMode) {
+    const TemporaryDirectory parent;
+    struct stat status {};
+    ASSERT_EQ(stat(makeDirectory(parent / "dir.XXXXXX", S_IRWXU | S_ISVTX).c_str(), &status), 0);
+    EXPECT_EQ(status.st_mode, static_cast<mode_t>(S_IFDIR | S_IRWXU | S_ISVTX));
+}
+
+TEST(PreparedMkdtemp, NameIsChosenAndNothingMade) {
+    const TemporaryDirectory parent;
+    const std::string name = chooseName(parent / "dir.XXXXXX");
+    EXPECT_EQ(name.size(), std::string(parent / "dir.XXXXXX").size());
+    EXPECT_NE(name, chooseName(parent / "dir.XXXXXX"));
+    EXPECT_TRUE(std::filesystem::is_empty(parent.path()));
+    EXPECT_EQ(chooseName("XXXXX"), "");
 }
 
 TEST(PreparedMkdtemp, NamesNeverLookLikeThatOfASharedObject) {
