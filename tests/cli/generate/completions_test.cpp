@@ -4,6 +4,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <sstream>
 
 #include "cli/command/options.h"
@@ -43,7 +44,7 @@ std::vector<std::string> offered(const std::vector<std::string>& words) {
         line += " '" + word + "'";
     }
     line += "); COMP_CWORD=" + std::to_string(words.size()) +
-            "; _pkgvet; printf '%s\\n' \"${COMPREPLY[@]}\" | sort";
+            "; _pkgvet; printf '%s\\n' \"${COMPREPLY[@]}\"";
     std::string output;
     EXPECT_EQ(runProgram({"bash", "-euc", line}, &output), 0) << output;
     std::istringstream stream(output);
@@ -53,6 +54,7 @@ std::vector<std::string> offered(const std::vector<std::string>& words) {
             result.push_back(reply);
         }
     }
+    std::sort(result.begin(), result.end());
     return result;
 }
 

@@ -144,7 +144,7 @@ TEST_F(TreeComparisonTest, HardLinksAreTheSame) {
     file("/usr/share/app/two").identity = file("/usr/share/app/one").identity;
     EXPECT_THAT(lines(), IsEmpty());
     fs::remove(root_ / "usr/share/app/two");
-    writeFile(root_ / "usr/share/app/two", "text");
+    fs::copy_file(root_ / "usr/share/app/one", root_ / "usr/share/app/two");
     EXPECT_THAT(lines(), ElementsAre(line));
 }
 

@@ -115,7 +115,8 @@ std::string PackageBuilder::recipe(const std::string& root) const {
     std::string text = "Name: " + name_ + "\n" + kPreamble + arch_ + tags_ +
                        "%description\nA package under test\n%install\nmkdir -p %{buildroot}\n"
                        "cp -a '" +
-                       root + "/.' %{buildroot}/\n" + scripts_ + "%files\n";
+                       root + "/.' %{buildroot}/\nchmod -R u=rwX,go=rX %{buildroot}\n" + scripts_ +
+                       "%files\n";
     for (const Entry& entry : entries_) {
         text += entry.attributes + "\"" + entry.path + "\"\n";
     }
