@@ -12,6 +12,7 @@
 #include "tests/support/package/package_builder.h"
 #include "tests/support/program/program.h"
 #include "tests/support/program/sample_packages.h"
+#include "tests/support/program/sandboxes.h"
 
 namespace {
 
@@ -19,12 +20,6 @@ namespace fs = std::filesystem;
 
 using Json = nlohmann::json;
 using Words = std::vector<std::string>;
-
-// A superuser of a user namespace in which no other can be made: what remains is Landlock.
-const Words kWithoutNamespaces = {
-    "unshare", "--user", "--map-root-user",
-    "sh",      "-c",     "echo 0 >/proc/sys/user/max_user_namespaces && exec \"$@\"",
-    "sh"};
 
 class SameAnswer : public testing::Test {
 protected:
@@ -126,22 +121,22 @@ TEST_F(SameAnswer, OnDiskAsInMemory) {
 }
 
 TEST_F(SameAnswer, UnderLandlockAlone) {
-    if (run({}, kWithoutNamespaces, {"missing.rpm"}).status != 3) {
+    if (!isThere(landlockAlone())) {
         GTEST_SKIP() << "this machine does not let a test do without namespaces";
     }
-    const ProgramResult one = run({}, kWithoutNamespaces, {packages_->front()});
-    EXPECT_EQ(Json::parse(one.output)["sandbox"], "landlock");
+    const ProgramResult one = run({}, withoutNamespaces(), {packages_->front()});
     EXPECT_NE(one.errors.find("packages are shut off from the machine by landlock"),
               std::string::npos);
     const std::string expected = answer();
-    EXPECT_EQ(answer({}, kWithoutNamespaces), expected);
+    EXPECT_EQ(answer({}, withoutNamespaces()), expected);
     const TemporaryDirectory home;
     home.write(".rpmmacros", "%_tmppath /nowhere\n%__cpio false\n");
     Words surroundings = {"HOME=" + home.path().string(), "LC_ALL=de_DE.UTF-8", "LANGUAGE=de:fr",
                           "TZ=Asia/Kolkata"};
-    surroundings.insert(surroundings.end(), kWithoutNamespaces.begin(), kWithoutNamespaces.end());
+    const Words prefix = withoutNamespaces();
+    surroundings.insert(surroundings.end(), prefix.begin(), prefix.end());
     EXPECT_EQ(answer({"--jobs", "8"}, surroundings), expected);
-    EXPECT_EQ(run({"--sandbox", "require"}, kWithoutNamespaces, {packages_->front()}).status, 2);
+    EXPECT_EQ(run({"--sandbox", "require"}, withoutNamespaces(), {packages_->front()}).status, 2);
 }
 
 TEST_F(SameAnswer, ForAnotherUser) {

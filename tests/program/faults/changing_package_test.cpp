@@ -42,11 +42,11 @@ const Change kChanges[] = {
      [](const std::string& path) { writeFile(path, std::string(fs::file_size(path), 'x')); }, true},
 };
 
-class ChangingPackage : public testing::TestWithParam<const char*> {
+class ChangingPackage : public testing::TestWithParam<SandboxCase> {
 protected:
     void SetUp() override {
-        if (!canTrace()) {
-            GTEST_SKIP() << "this machine does not let a test trace the program";
+        if (!canTrace() || !isThere(GetParam())) {
+            GTEST_SKIP() << "this machine does not let a test trace the program there";
         }
     }
 
@@ -54,7 +54,7 @@ protected:
     static Json reportOf(FaultRun* faults, const Change& change, std::uint64_t number) {
         const std::string content = readFile(faults->package());
         bool isChanged = false;
-        const TracedRun run = faults->run([&](const SystemCall& call) {
+        const TracedRun run = faults->watch([&](const SystemCall& call) {
             if (!isChanged && call.process == faults->cast().judge && call.number == number) {
                 change.apply(faults->package());
                 isChanged = true;
@@ -72,7 +72,7 @@ protected:
 
 // All that is said of it is said of the copy.
 TEST_P(ChangingPackage, IsJudgedAsItWasWhenItWasCopied) {
-    FaultRun faults({"--sandbox", GetParam()});
+    FaultRun faults(GetParam());
     const Json expected = Json::parse(faults.undisturbed().output);
     for (const Change& change : kChanges) {
         SCOPED_TRACE(change.name);
@@ -82,7 +82,7 @@ TEST_P(ChangingPackage, IsJudgedAsItWasWhenItWasCopied) {
 
 // The file that was opened is judged, whatever it holds by then, and told by its checksum.
 TEST_P(ChangingPackage, IsNeverTakenForWhatItWasBefore) {
-    FaultRun faults({"--sandbox", GetParam()});
+    FaultRun faults(GetParam());
     const Json expected = Json::parse(faults.undisturbed().output);
     for (const Change& change : kChanges) {
         SCOPED_TRACE(change.name);
@@ -97,7 +97,8 @@ TEST_P(ChangingPackage, IsNeverTakenForWhatItWasBefore) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Sandbox, ChangingPackage, testing::Values("auto", "off"),
-                         [](const auto& mode) { return std::string(mode.param); });
+INSTANTIATE_TEST_SUITE_P(Sandbox, ChangingPackage,
+                         testing::Values(requiredSandbox(), landlockAlone(), noSandbox()),
+                         [](const auto& sandbox) { return sandbox.param.name; });
 
 }  // namespace

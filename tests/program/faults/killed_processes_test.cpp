@@ -1,8 +1,9 @@
 // Processes of the program that something kills, wherever they have got to.
 #include <gtest/gtest.h>
+#include <sys/syscall.h>
 
-#include <filesystem>
 #include <nlohmann/json.hpp>
+#include <utility>
 
 #include "tests/support/program/fault_run.h"
 
@@ -10,13 +11,24 @@ namespace {
 
 using Json = nlohmann::json;
 
+using Words = std::vector<std::string>;
+
 constexpr std::size_t kPoints = 10;
 
-class KilledProcess : public testing::TestWithParam<const char*> {
+void append(const Words& more, Words* words) {
+    words->insert(words->end(), more.begin(), more.end());
+}
+
+void expectTheNextRunClears(const Words& directories, FaultRun* faults) {
+    faults->watch([](const SystemCall&) { return Answer(); });
+    EXPECT_EQ(stillThere(directories), Words());
+}
+
+class KilledProcess : public testing::TestWithParam<SandboxCase> {
 protected:
     void SetUp() override {
-        if (!canTrace()) {
-            GTEST_SKIP() << "this machine does not let a test trace the program";
+        if (!canTrace() || !isThere(GetParam())) {
+            GTEST_SKIP() << "this machine does not let a test trace the program there";
         }
     }
 
@@ -28,10 +40,32 @@ protected:
             return isMeant ? Answer{Answer::Kind::KillProcess} : Answer();
         });
     }
+
+    // The numbers of the template's calls behind the one that makes the first directory, up to that
+    // which waits for the next request.
+    static std::pair<std::size_t, std::size_t> callsThatStartTheJudge(FaultRun* faults) {
+        std::size_t calls = 0;
+        std::size_t first = 0;
+        std::size_t last = 0;
+        faults->watch([&](const SystemCall& call) {
+            if (call.process != faults->cast().maker) {
+                return Answer();
+            }
+            ++calls;
+            if (first == 0 && nameOfDirectory(call).starts_with("/tmp/pkgvet.")) {
+                first = calls;
+            }
+            if (first > 0 && last == 0 && call.number == SYS_recvmsg) {
+                last = calls;
+            }
+            return Answer();
+        });
+        return {first, last};
+    }
 };
 
 TEST_P(KilledProcess, JudgeCostsItsPackage) {
-    FaultRun faults({"--sandbox", GetParam()});
+    FaultRun faults(GetParam());
     ASSERT_EQ(faults.undisturbed().status, 0) << faults.undisturbed().errors;
     ASSERT_GT(faults.cast().callsOfJudge, 10 * kPoints);
     for (std::size_t i = 0; i < kPoints; ++i) {
@@ -50,25 +84,47 @@ TEST_P(KilledProcess, JudgeCostsItsPackage) {
 
 // A judge that was started before needs it no longer.
 TEST_P(KilledProcess, TemplateCostsItsPackageOrNothing) {
-    FaultRun faults({"--sandbox", GetParam()});
+    FaultRun faults(GetParam());
     ASSERT_EQ(faults.undisturbed().status, 0) << faults.undisturbed().errors;
     ASSERT_GT(faults.cast().callsOfMaker, 10 * kPoints);
+    Words left;
     for (std::size_t i = 0; i < kPoints; ++i) {
         const std::size_t number = i * faults.cast().callsOfMaker / kPoints;
         SCOPED_TRACE(number);
         const TracedRun run = killedAt(&faults, faults.cast().maker, number);
         EXPECT_EQ(run.left, 0U);
-        // Between making a directory and marking it nobody knows whose it is.
-        for (const std::string& directory : faults.directoriesLeft()) {
-            EXPECT_STREQ(GetParam(), "off") << directory;
-            EXPECT_TRUE(std::filesystem::remove(directory)) << directory << " is not empty";
-        }
+        append(faults.directoriesLeft(), &left);
         if (run.result.status == 0) {
             EXPECT_EQ(run.result.output, faults.undisturbed().output);
         } else {
             EXPECT_EQ(run.result.status, 3) << run.result.output;
             EXPECT_NE(run.result.errors, "");
         }
+    }
+    expectTheNextRunClears(left, &faults);
+}
+
+// All of it, from the call on that makes the first directory, until the judge is there.
+TEST_P(KilledProcess, RunLeavesNothingThatTheNextOneDoesNotKnow) {
+    FaultRun faults(GetParam());
+    const auto [first, last] = callsThatStartTheJudge(&faults);
+    if (first == 0) {
+        GTEST_SKIP() << "in namespaces no directory is made";
+    }
+    EXPECT_GT(last, first + 5);
+    for (std::size_t number = first; number < last; ++number) {
+        SCOPED_TRACE(number);
+        std::size_t count = 0;
+        bool isKilled = false;
+        const TracedRun run = faults.run([&](const SystemCall& call) {
+            isKilled = isKilled || (call.process == faults.cast().maker && count++ == number);
+            // The program as well, before it does anything about it.
+            return isKilled ? Answer{Answer::Kind::KillProcess} : Answer();
+        });
+        EXPECT_EQ(run.left, 0U);
+        const Words left = faults.directoriesLeft();
+        EXPECT_FALSE(left.empty());
+        expectTheNextRunClears(left, &faults);
     }
 }
 
@@ -77,7 +133,7 @@ TEST(KilledTrial, MeansThatThereAreNoNamespaces) {
     if (!canTrace()) {
         GTEST_SKIP() << "this machine does not let a test trace the program";
     }
-    FaultRun faults({"--sandbox", "auto"});
+    FaultRun faults(chosenSandbox());
     ASSERT_EQ(faults.undisturbed().status, 0) << faults.undisturbed().errors;
     for (const char* trial : {".1", ".1.1"}) {
         SCOPED_TRACE(trial);
@@ -96,7 +152,8 @@ TEST(KilledTrial, MeansThatThereAreNoNamespaces) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Sandbox, KilledProcess, testing::Values("auto", "off"),
-                         [](const auto& mode) { return std::string(mode.param); });
+INSTANTIATE_TEST_SUITE_P(Sandbox, KilledProcess,
+                         testing::Values(chosenSandbox(), landlockAlone(), noSandbox()),
+                         [](const auto& sandbox) { return sandbox.param.name; });
 
 }  // namespace

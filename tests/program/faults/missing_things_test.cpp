@@ -105,13 +105,13 @@ std::vector<Case> cases() {
     };
 }
 
-class MissingThing : public testing::TestWithParam<const char*> {};
+class MissingThing : public testing::TestWithParam<SandboxCase> {};
 
 TEST_P(MissingThing, CostsThePackageAndLeavesNothing) {
-    if (!canTrace()) {
-        GTEST_SKIP() << "this machine does not let a test trace the program";
+    if (!canTrace() || !isThere(GetParam())) {
+        GTEST_SKIP() << "this machine does not let a test trace the program there";
     }
-    FaultRun faults({"--sandbox", GetParam()});
+    FaultRun faults(GetParam());
     for (const Case& test : cases()) {
         SCOPED_TRACE(test.name);
         const TracedRun run = faults.run(test.observer);
@@ -124,7 +124,8 @@ TEST_P(MissingThing, CostsThePackageAndLeavesNothing) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Sandbox, MissingThing, testing::Values("auto", "off"),
-                         [](const auto& mode) { return std::string(mode.param); });
+INSTANTIATE_TEST_SUITE_P(Sandbox, MissingThing,
+                         testing::Values(chosenSandbox(), landlockAlone(), noSandbox()),
+                         [](const auto& sandbox) { return sandbox.param.name; });
 
 }  // namespace

@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 #include <sys/prctl.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -16,6 +17,7 @@
 #include "tests/support/package/png_image.h"
 #include "tests/support/program/judged_package.h"
 #include "tests/support/program/program.h"
+#include "tests/support/program/sandboxes.h"
 #include "tests/support/program/watched_machine.h"
 
 namespace {
@@ -25,32 +27,10 @@ namespace fs = std::filesystem;
 using Words = std::vector<std::string>;
 
 constexpr const char* kCanary = "sings\n";
+// In kibibytes.
+constexpr long kMostMemory = 1L << 20U;
 
-// A superuser of a user namespace in which no other can be made: what remains is Landlock.
-const Words kWithoutNamespaces = {
-    "unshare", "--user", "--map-root-user",
-    "sh",      "-c",     "echo 0 >/proc/sys/user/max_user_namespaces && exec \"$@\"",
-    "sh"};
-
-struct Sandbox {
-    const char* name;
-    Words options;
-    Words environment;
-    bool shutsOff;
-};
-
-// How gtest prints one.
-std::ostream& operator<<(std::ostream& stream, const Sandbox& sandbox) {
-    return stream << sandbox.name;
-}
-
-const Sandbox kSandboxes[] = {
-    {"Required", {"--sandbox", "require"}, {}, true},
-    {"LandlockAlone", {}, kWithoutNamespaces, true},
-    {"Off", {"--sandbox", "off"}, {}, false},
-};
-
-class HostilePackages : public testing::TestWithParam<Sandbox> {
+class HostilePackages : public testing::TestWithParam<SandboxCase> {
 protected:
     HostilePackages() {
         static int count = 0;
@@ -62,18 +42,12 @@ protected:
         prctl(PR_SET_CHILD_SUBREAPER, 1);
     }
 
-    // The trees of these packages hold it.
+    // The trees of these packages hold it, unless they must not have a file of their own.
     std::string marker() const { return kAcceptedData + "/marker-" + target_.token; }
 
-    // A package that is missing is not judged, unless the program refuses to judge any.
-    bool isPossible() const {
-        Words all = words();
-        all.insert(all.end(), {"--rules", acceptingRules().write(directory_), "missing.rpm"});
-        return runPkgvet(all, GetParam().environment).status == 3;
-    }
-
     Words words() const {
-        Words words = {"check", "--max-unpacked", "80M", "--max-files", "10000", "--timeout", "60"};
+        Words words = {"check", "--max-unpacked", "80M", "--max-files", "10000", "--timeout",
+                       "60",    "--memory",       "1G"};
         words.insert(words.end(), GetParam().options.begin(), GetParam().options.end());
         return words;
     }
@@ -82,7 +56,9 @@ protected:
         Words paths;
         for (const HostilePackage& hostile : packages) {
             CraftedPackage package = package_;
-            package.file(packedFile(marker(), ""));
+            if (isMarked_) {
+                package.file(packedFile(marker(), ""));
+            }
             hostile.arm(&package, target_);
             paths.push_back(package.write(directory_));
         }
@@ -139,8 +115,15 @@ protected:
         EXPECT_EQ(errno, ECHILD);
     }
 
+    // Neither the program nor anything that it started ever had more.
+    static void expectLittleMemory() {
+        struct rusage usage {};
+        getrusage(RUSAGE_CHILDREN, &usage);
+        EXPECT_LT(usage.ru_maxrss, kMostMemory);
+    }
+
     void judge(const std::vector<HostilePackage>& packages) {
-        if (!isPossible()) {
+        if (!isThere(GetParam())) {
             GTEST_SKIP() << "this machine has no such sandbox";
         }
         if (WatchedMachine::isPossible()) {
@@ -148,6 +131,7 @@ protected:
         }
         expectOutcomes(packages);
         expectNothingLeft();
+        expectLittleMemory();
     }
 
     TemporaryDirectory directory_;
@@ -155,6 +139,7 @@ protected:
     Target target_;
     RuleTree rules_ = acceptingRules();
     CraftedPackage package_ = acceptedPackage();
+    bool isMarked_ = true;
     std::optional<WatchedMachine> machine_;
 };
 
@@ -186,7 +171,7 @@ TEST_P(HostilePackages, HoldNothingThatIsRun) {
 
 // A file of holes takes up no room on disk, and would in memory.
 TEST_P(HostilePackages, MayBeFilesOfHoles) {
-    if (!isPossible()) {
+    if (!isThere(GetParam())) {
         GTEST_SKIP() << "this machine has no such sandbox";
     }
     const std::string path = acceptedPackage().write(directory_);
@@ -198,12 +183,18 @@ TEST_P(HostilePackages, MayBeFilesOfHoles) {
     EXPECT_EQ(judged[0].cause, "the package itself is larger than --max-unpacked allows");
 }
 
+TEST_P(HostilePackages, AreFoundOutWhenTheyLie) {
+    // What they say of each file is said of those of acceptedPackage() alone.
+    isMarked_ = false;
+    judge(packagesThatLie());
+}
+
 TEST_P(HostilePackages, DoNotLieInTheirHeader) {
     judge(packagesWithBadHeaders());
 }
 
 TEST_P(HostilePackages, AreSafeToPrint) {
-    if (!isPossible()) {
+    if (!isThere(GetParam())) {
         GTEST_SKIP() << "this machine has no such sandbox";
     }
     Words all = words();
@@ -216,5 +207,6 @@ TEST_P(HostilePackages, AreSafeToPrint) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(Sandbox, HostilePackages, testing::ValuesIn(kSandboxes),
+INSTANTIATE_TEST_SUITE_P(Sandbox, HostilePackages,
+                         testing::Values(requiredSandbox(), landlockAlone(), noSandbox()),
                          [](const auto& row) { return row.param.name; });

@@ -9,6 +9,7 @@
 #include "tests/support/package/crafted_package.h"
 #include "tests/support/package/package_builder.h"
 #include "tests/support/program/program.h"
+#include "tests/support/program/sandboxes.h"
 #include "tests/support/rules/rule_tree.h"
 
 namespace {
@@ -19,12 +20,6 @@ using Json = nlohmann::json;
 using Words = std::vector<std::string>;
 
 const std::string kName = "org.example.hostile";
-
-// A superuser of a user namespace in which no other can be made: what remains is Landlock.
-const Words kWithoutNamespaces = {
-    "unshare", "--user", "--map-root-user",
-    "sh",      "-c",     "echo 0 >/proc/sys/user/max_user_namespaces && exec \"$@\"",
-    "sh"};
 
 // How packages are judged: what there is of a sandbox, and where they are unpacked.
 struct World {
@@ -186,7 +181,7 @@ TEST_P(HostilePayload, PayloadThatIsCutShortIsNotJudged) {
 
 INSTANTIATE_TEST_SUITE_P(Each, HostilePayload,
                          testing::Values(World{"Auto", "", {}, {}},
-                                         World{"Landlock", "landlock", {}, kWithoutNamespaces},
+                                         World{"Landlock", "landlock", {}, withoutNamespaces()},
                                          World{"Off", "none", {"--sandbox", "off"}, {}},
                                          World{"Scratch", "", {}, {}}),
                          [](const auto& world) { return world.param.name; });

@@ -274,6 +274,12 @@ const std::vector<HostilePackage> kStreams = {
              [](std::string* payload) { *payload += *payload; });
      },
      Outcome::Accepted},
+    {"has one stream behind another in lzma",
+     [](CraftedPackage* package, const Target&) {
+         package->compressor("lzma").alterPayload(
+             [](std::string* payload) { *payload += *payload; });
+     },
+     Outcome::Accepted},
     {"has a trailer in the middle",
      [](CraftedPackage* package, const Target& target) {
          package->archive(package->entries() + cpioTrailer() +

@@ -1,6 +1,7 @@
 // Packages that try to reach out of the place where they are unpacked, or to use the machine up.
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -18,7 +19,7 @@ enum class Outcome { Accepted, Rejected, NotJudged, NotAccepted, NotStated };
 struct HostilePackage {
     const char* name;  // what the package does
     // What becomes of acceptedPackage().
-    void (*arm)(CraftedPackage* package, const Target& target);
+    std::function<void(CraftedPackage* package, const Target& target)> arm;
     Outcome outcome;
     // Part of what the report says: the id of a finding, or of the cause.
     std::string says = {};
@@ -30,6 +31,8 @@ std::vector<HostilePackage> packagesThatReachOut();
 std::vector<HostilePackage> packagesWithBadStreams();
 // In the header.
 std::vector<HostilePackage> packagesWithBadHeaders();
+// In what the header says of the payload, and each in its own form.
+std::vector<HostilePackage> packagesThatLie();
 // In sizes that are as large as they say.
 std::vector<HostilePackage> packagesOfRealSizes();
 // In files that go as far as their readers do, or beyond. acceptedPackage() is to have this icon,

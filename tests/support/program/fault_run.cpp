@@ -6,6 +6,7 @@
 #include <filesystem>
 #include <iterator>
 #include <map>
+#include <stdexcept>
 
 #include "tests/support/package/accepted_package.h"
 
@@ -13,28 +14,15 @@ namespace {
 
 namespace fs = std::filesystem;
 
-// Directories are made under names that the program chooses, by one of two calls.
-std::string nameOfDirectory(const SystemCall& call) {
-    if (call.number == SYS_mkdirat) {
-        return call.text(1);
-    }
-#if defined(SYS_mkdir)
-    if (call.number == SYS_mkdir) {
-        return call.text(0);
-    }
-#endif
-    return {};
-}
-
 }  // namespace
 
-FaultRun::FaultRun(const std::vector<std::string>& options) {
+FaultRun::FaultRun(const SandboxCase& sandbox) : environment_(sandbox.environment) {
     arguments_ = {"check", "--validation", "on", "--jobs", "1", "--format", "json"};
     arguments_.insert(arguments_.end(), {"--rules", acceptingRules().write(directory_)});
-    arguments_.insert(arguments_.end(), options.begin(), options.end());
+    arguments_.insert(arguments_.end(), sandbox.options.begin(), sandbox.options.end());
     arguments_.push_back(acceptedPackage().write(directory_));
     std::map<std::string, std::size_t> calls;
-    undisturbed_ = run([this, &calls](const SystemCall& call) {
+    undisturbed_ = watch([this, &calls](const SystemCall& call) {
                        ++calls[call.process];
                        // The first thing that is copied is the package.
                        if (call.number == SYS_sendfile && cast_.judge.empty()) {
@@ -48,18 +36,40 @@ FaultRun::FaultRun(const std::vector<std::string>& options) {
 }
 
 TracedRun FaultRun::run(const SystemCallObserver& observe) {
+    TracedRun run = watch(observe);
+    if (run.faults == 0) {
+        throw std::runtime_error("the run never came to its fault");
+    }
+    return run;
+}
+
+TracedRun FaultRun::watch(const SystemCallObserver& observe) {
     made_.clear();
-    return runTraced(arguments_, [this, &observe](const SystemCall& call) {
+    const auto observeAndNote = [this, &observe](const SystemCall& call) {
         const std::string name = nameOfDirectory(call);
         if (name.starts_with("/tmp/")) {
             made_.push_back(name);
         }
         return observe(call);
-    });
+    };
+    return runTraced(arguments_, observeAndNote, environment_);
 }
 
 std::vector<std::string> FaultRun::directoriesLeft() const {
     return stillThere(made_);
+}
+
+// Under names that the program chooses, by one of two calls.
+std::string nameOfDirectory(const SystemCall& call) {
+    if (call.number == SYS_mkdirat) {
+        return call.text(1);
+    }
+#if defined(SYS_mkdir)
+    if (call.number == SYS_mkdir) {
+        return call.text(0);
+    }
+#endif
+    return {};
 }
 
 std::vector<std::string> stillThere(const std::vector<std::string>& paths) {

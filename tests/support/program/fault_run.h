@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "tests/support/base/temporary_directory.h"
+#include "tests/support/program/sandboxes.h"
 #include "tests/support/program/traced_program.h"
 
 // The processes of a run by their names in SystemCall, and how many system calls they make.
@@ -18,26 +19,31 @@ struct Cast {
 // One accepted package, judged time and again.
 class FaultRun {
 public:
-    // options come on top of those for the package and its rules.
-    explicit FaultRun(const std::vector<std::string>& options);
+    explicit FaultRun(const SandboxCase& sandbox);
 
     // A run without faults.
     const ProgramResult& undisturbed() const { return undisturbed_; }
     const Cast& cast() const { return cast_; }
     const std::string& package() const { return arguments_.back(); }
 
-    // The same with faults. Nothing of it may be left.
+    // The same with faults. std::runtime_error when the run is over and none was made.
     TracedRun run(const SystemCallObserver& observe);
+    // The same with somebody who looks on, and may change what the program works on.
+    TracedRun watch(const SystemCallObserver& observe);
     // Directories that the last run made in /tmp and that are still there.
     std::vector<std::string> directoriesLeft() const;
 
 private:
     TemporaryDirectory directory_;
     std::vector<std::string> arguments_;
+    std::vector<std::string> environment_;
     std::vector<std::string> made_;
     ProgramResult undisturbed_;
     Cast cast_;
 };
+
+// The path of the directory that the call makes; empty for all other calls.
+std::string nameOfDirectory(const SystemCall& call);
 
 // Those of the paths that lead to something.
 std::vector<std::string> stillThere(const std::vector<std::string>& paths);

@@ -13,9 +13,12 @@
 #include <cerrno>
 #include <chrono>
 #include <cstddef>
+#include <filesystem>
 #include <map>
 #include <stdexcept>
+#include <system_error>
 #include <thread>
+#include <utility>
 
 #include "tests/support/base/child_process.h"
 #include "tests/support/base/temporary_directory.h"
@@ -32,6 +35,8 @@ struct SystemCallInformation {
 };
 
 namespace {
+
+namespace fs = std::filesystem;
 
 constexpr auto kGetInformation = static_cast<__ptrace_request>(0x420e);
 constexpr std::uint8_t kEntry = 1;
@@ -84,10 +89,8 @@ void setResult(pid_t process, long result) {
 }
 #endif
 
-[[noreturn]] void runTracee(const std::vector<std::string>& arguments, const std::string& output,
+[[noreturn]] void runTracee(std::vector<std::string> words, const std::string& output,
                             const std::string& errors) {
-    std::vector<std::string> words = {programPath()};
-    words.insert(words.end(), arguments.begin(), arguments.end());
     std::vector<char*> pointers;
     for (std::string& word : words) {
         pointers.push_back(word.data());
@@ -102,8 +105,13 @@ void setResult(pid_t process, long result) {
     putenv(options.data());
     ptrace(PTRACE_TRACEME, 0, nullptr, nullptr);
     raise(SIGSTOP);
-    execv(pointers[0], pointers.data());
+    execvp(pointers[0], pointers.data());
     _exit(127);
+}
+
+bool executesPkgvet(pid_t process) {
+    std::error_code error;
+    return fs::equivalent("/proc/" + std::to_string(process) + "/exe", programPath(), error);
 }
 
 class Tracer {
@@ -116,6 +124,7 @@ public:
     // Until none is left, or none but those that do not end.
     std::size_t trace();
     int status() const { return status_; }
+    std::size_t faults() const { return faults_; }
 
 private:
     struct Process {
@@ -129,12 +138,16 @@ private:
     void stop(pid_t process, int status);
     void name(pid_t parent);
     void atSystemCall(pid_t id, Process* process);
+    void atEnd(pid_t id, Process* process);
+    void answer(pid_t id, Process* process, const Answer& answer);
     void resume(pid_t process, int signal = 0);
     bool isPatient() const;
 
     const pid_t program_;
     const SystemCallObserver& observe_;
     std::map<pid_t, Process> processes_;
+    bool isProgram_ = false;  // or what sets up its surroundings, which is not observed
+    std::size_t faults_ = 0;
     int status_ = -1;
     std::chrono::steady_clock::time_point ended_;
 };
@@ -189,6 +202,7 @@ void Tracer::stop(pid_t id, int status) {
     if (event == PTRACE_EVENT_FORK || event == PTRACE_EVENT_VFORK || event == PTRACE_EVENT_CLONE) {
         name(id);
     }
+    isProgram_ = isProgram_ || (event == PTRACE_EVENT_EXEC && executesPkgvet(id));
     // Each new one begins with this signal.
     const bool isOwn = event != 0 || signal == SIGSTOP || signal == SIGTRAP;
     resume(id, isOwn ? 0 : signal);
@@ -210,18 +224,30 @@ void Tracer::atSystemCall(pid_t id, Process* process) {
     SystemCallInformation information{};
     ptrace(kGetInformation, id, sizeof information, &information);
     if (information.operation != kEntry) {
-        if (process->error != 0) {
-            setResult(id, -process->error);
-            process->error = 0;
-        }
+        atEnd(id, process);
+        return;
+    }
+    if (!isProgram_) {
         resume(id);
         return;
     }
     SystemCall call{process->name, id, information.number, {}};
     std::copy(std::begin(information.arguments), std::end(information.arguments), call.arguments);
-    const Answer answer = observe_(call);
+    answer(id, process, observe_(call));
+}
+
+void Tracer::atEnd(pid_t id, Process* process) {
+    if (process->error != 0) {
+        setResult(id, -process->error);
+        process->error = 0;
+        ++faults_;
+    }
+    resume(id);
+}
+
+void Tracer::answer(pid_t id, Process* process, const Answer& answer) {
     if (answer.kind == Answer::Kind::KillProcess) {
-        kill(id, SIGKILL);
+        faults_ += kill(id, SIGKILL) == 0 ? 1 : 0;
         return;
     }
     if (answer.kind == Answer::Kind::Fail) {
@@ -273,8 +299,13 @@ bool canTrace() {
     });
 }
 
-TracedRun runTraced(const std::vector<std::string>& arguments, const SystemCallObserver& observe) {
+TracedRun runTraced(const std::vector<std::string>& arguments, const SystemCallObserver& observe,
+                    const std::vector<std::string>& environment) {
     const TemporaryDirectory directory;
+    std::vector<std::string> words = {"env"};
+    words.insert(words.end(), environment.begin(), environment.end());
+    words.push_back(programPath());
+    words.insert(words.end(), arguments.begin(), arguments.end());
     const std::string output = directory / "output";
     const std::string errors = directory / "errors";
     const pid_t program = fork();
@@ -282,7 +313,7 @@ TracedRun runTraced(const std::vector<std::string>& arguments, const SystemCallO
         throw std::runtime_error("cannot fork");
     }
     if (program == 0) {
-        runTracee(arguments, output, errors);
+        runTracee(std::move(words), output, errors);
     }
     int status = 0;
     if (waitpid(program, &status, __WALL) != program || !WIFSTOPPED(status) ||
@@ -293,6 +324,7 @@ TracedRun runTraced(const std::vector<std::string>& arguments, const SystemCallO
     Tracer tracer(program, observe);
     TracedRun run;
     run.left = tracer.trace();
+    run.faults = tracer.faults();
     const int end = tracer.status();
     run.result = {WIFEXITED(end) ? WEXITSTATUS(end) : 128 + WTERMSIG(end), readFile(output),
                   readFile(errors)};

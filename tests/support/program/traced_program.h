@@ -34,6 +34,9 @@ using SystemCallObserver = std::function<Answer(const SystemCall&)>;
 
 struct TracedRun {
     ProgramResult result;
+    // System calls that failed and processes that were killed on request. A test of a fault that
+    // finds none has tested nothing.
+    std::size_t faults = 0;
     // Processes that were still there a while after the program's end.
     std::size_t left = 0;
 };
@@ -41,7 +44,8 @@ struct TracedRun {
 // Whether this machine lets a process trace another.
 bool canTrace();
 
-// Runs the built program as runPkgvet() does, with nothing between the test and it. observe is
-// asked before each system call of each process that it starts; no other goes on meanwhile unless
-// it was already on its way.
-TracedRun runTraced(const std::vector<std::string>& arguments, const SystemCallObserver& observe);
+// Runs the built program as runPkgvet() does, but without a shell around it. observe is asked
+// before each system call of the program and of each process that it starts; no other goes on
+// meanwhile unless it was already on its way.
+TracedRun runTraced(const std::vector<std::string>& arguments, const SystemCallObserver& observe,
+                    const std::vector<std::string>& environment = {});
