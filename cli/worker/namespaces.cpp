@@ -44,6 +44,10 @@ constexpr const char* kRootTemporary = "/tmp/root/tmp";
 constexpr const char* kCopy = "/tmp/package.rpm";
 constexpr unsigned long kPlainMount = MS_NOSUID | MS_NODEV | MS_NOEXEC;
 
+// Files that are written in large pieces, as the copy of the package is, get large pages as far as
+// they fill them. Not every kernel has them.
+constexpr const char* kHugePages = ",huge=within_size";
+
 // What a file system takes for itself.
 constexpr std::size_t kSpareForPrograms = std::size_t{64} << 10;
 
@@ -98,6 +102,10 @@ void closeFileSystems() {
     setAttributes("/", AT_RECURSIVE, MOUNT_ATTR_RDONLY | MOUNT_ATTR_NOSUID | MOUNT_ATTR_NODEV, 0);
 }
 
+bool mountTmpfs(const std::string& options) {
+    return mount("pkgvet", kTemporary, "tmpfs", kPlainMount, options.c_str()) == 0;
+}
+
 void mountScratch(const Room& room, bool inWorkingDirectory) {
     if (inWorkingDirectory) {
         check(mount(".", kTemporary, nullptr, MS_BIND, nullptr), "cannot mount scratch");
@@ -107,8 +115,9 @@ void mountScratch(const Room& room, bool inWorkingDirectory) {
     }
     const std::string options =
         "mode=0700,size=" + std::to_string(room.bytes) + ",nr_inodes=" + std::to_string(room.files);
-    check(mount("pkgvet", kTemporary, "tmpfs", kPlainMount, options.c_str()),
-          "cannot mount a private /tmp");
+    if (!mountTmpfs(options + kHugePages)) {
+        check(mountTmpfs(options) ? 0 : -1, "cannot mount a private /tmp");
+    }
 }
 
 void bind(const char* from, const char* to) {
