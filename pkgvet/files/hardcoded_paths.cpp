@@ -15,11 +15,19 @@ namespace pkgvet {
 std::vector<std::string> findHardcodedPaths(const std::vector<std::string>& paths,
                                             const std::vector<mode_t>& modes,
                                             const std::string& tempDir) {
-    HardcodedPathFinder finder;
-    std::vector<std::string> found;
+    std::vector<std::size_t> indexes;
+    std::vector<std::string> files;
     for (std::size_t i = 0; i < paths.size(); ++i) {
-        if (S_ISREG(modes[i]) && finder.isIn(tempDir + paths[i])) {
-            found.push_back(paths[i]);
+        if (S_ISREG(modes[i])) {
+            indexes.push_back(i);
+            files.push_back(tempDir + paths[i]);
+        }
+    }
+    const std::vector<bool> answers = HardcodedPathFinder().find(files);
+    std::vector<std::string> found;
+    for (std::size_t i = 0; i < files.size(); ++i) {
+        if (answers[i]) {
+            found.push_back(paths[indexes[i]]);
         }
     }
     return found;

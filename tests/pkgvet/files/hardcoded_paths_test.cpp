@@ -74,6 +74,22 @@ TEST_F(Sandboxing, PathAcrossPiecesOfALargeFileIsFound) {
     }
 }
 
+// Those of a package with much to read are shared out among two threads.
+TEST_F(Sandboxing, LinesAreInTheOrderOfThePathsHoweverManyThereAre) {
+    std::vector<std::string> paths;
+    std::vector<std::string> expected;
+    for (int i = 0; i < 2000; ++i) {
+        paths.push_back("/" + std::to_string(i));
+        const bool isHit = i % 3 == 0;
+        root_.write(std::to_string(i),
+                    std::string(i % 100, 'x') + (isHit ? "/home/defaultuser" : ""));
+        if (isHit) {
+            expected.push_back(found(paths.back()));
+        }
+    }
+    EXPECT_EQ(check(paths).lines, expected);
+}
+
 TEST_F(Sandboxing, LinksAreFollowed) {
     root_.write("a/file", "/home/defaultuser");
     fs::create_symlink("a/file", root_ / "b");
