@@ -9,7 +9,6 @@
 #include <string_view>
 
 #include "cli/base/checksum.h"
-#include "pkgvet/base/descriptor.h"
 
 namespace pkgvet::cli {
 
@@ -33,17 +32,26 @@ ContentReader::ContentReader(int algorithm)
     : algorithm_(algorithm), piece_(std::make_unique_for_overwrite<char[]>(kPieceSize)) {}
 
 FileContent ContentReader::read(const std::string& path) {
-    FileContent content;
     const Descriptor file(
         open(path.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC));
     if (!file.isOpen()) {
+        FileContent content;
         content.error = errno;
         return content;
     }
+    return *read(file, [] { return false; });
+}
+
+std::optional<FileContent> ContentReader::read(const Descriptor& file,
+                                               const std::function<bool()>& isStopped) {
+    FileContent content;
     Checksum checksum(algorithm_);
     // Less than a whole piece is the last one, so that most files are read by one call.
     auto size = static_cast<ssize_t>(kPieceSize);
     while (size == static_cast<ssize_t>(kPieceSize)) {
+        if (isStopped()) {
+            return std::nullopt;
+        }
         size = readPiece(file, piece_.get());
         const std::string_view bytes(piece_.get(), static_cast<std::size_t>(size < 0 ? 0 : size));
         checksum.add(bytes);

@@ -1,8 +1,12 @@
 // The content of a file of the payload.
 #pragma once
 
+#include <functional>
 #include <memory>
+#include <optional>
 #include <string>
+
+#include "pkgvet/base/descriptor.h"
 
 namespace pkgvet::cli {
 
@@ -23,6 +27,10 @@ public:
     // Reads the file at path, on disk. Links are not followed, and what is not a file cannot be
     // read.
     FileContent read(const std::string& path);
+
+    // Reads a file from where it stands to its end. Nothing when it was stopped, which is looked
+    // for between two pieces.
+    std::optional<FileContent> read(const Descriptor& file, const std::function<bool()>& isStopped);
 
 private:
     int algorithm_;

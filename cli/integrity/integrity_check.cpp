@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "cli/integrity/header_rules.h"
+#include "cli/integrity/tree_walk.h"
 
 namespace pkgvet::cli {
 
@@ -20,23 +21,49 @@ void append(std::vector<Finding> more, std::vector<Finding>* findings) {
 }  // namespace
 
 IntegrityCheck::IntegrityCheck(const PackageHeader& header, const std::string& path,
-                               bool wantsSignature, RpmSession* rpm)
-    : header_(header), pendingVerification_(std::async(kBeside, [this, path, wantsSignature, rpm] {
+                               const std::string& root, bool wantsSignature, RpmSession* rpm)
+    : header_(header),
+      root_(root),
+      pendingVerification_(std::async(kBeside, [this, path, wantsSignature, rpm] {
           files_ = readFiles(header_);
-          return verifyPackage(path, header_, wantsSignature, rpm);
+          Verification verification = verifyPackage(path, header_, wantsSignature, rpm);
+          early_.read(files_, root_);
+          return verification;
       })) {}
 
+// Nobody would wait for files that no longer come.
+IntegrityCheck::~IntegrityCheck() {
+    early_.stop();
+}
+
 void IntegrityCheck::awaitVerification() {
+    early_.stop();
     verification_ = pendingVerification_.get();
 }
 
-void IntegrityCheck::compareTree(const std::string& root) {
-    comparison_.emplace(files_, root);
-    comparison_->compareEntries();
-    pendingComparison_ = std::async(kBeside, [this] { comparison_->compareContents(); });
+// Where modes have to be lent, nobody else may look meanwhile.
+void IntegrityCheck::compareTree() {
+    comparison_.emplace(files_, root_, early_);
+    const bool isBeside = mayReadAll();
+    if (!isBeside) {
+        comparison_->compareEntries();
+    }
+    pendingComparison_ = std::async(kBeside, [this, isBeside] {
+        if (isBeside) {
+            comparison_->compareEntries();
+        }
+        comparison_->compareContents();
+    });
+}
+
+void IntegrityCheck::awaitComparison() {
+    if (pendingComparison_.valid()) {
+        pendingComparison_.get();
+    }
 }
 
 std::vector<Finding> IntegrityCheck::findings() {
+    awaitComparison();
     IntegrityFindings ofHeader;
     checkKind(header_, &ofHeader);
     if (isSourcePackage(header_)) {
@@ -56,7 +83,6 @@ std::vector<Finding> IntegrityCheck::findings() {
     std::vector<Finding> all = std::move(verification_.findings);
     append(ofHeader.take(), &all);
     if (comparison_) {
-        pendingComparison_.get();
         append(comparison_->take(), &all);
     }
     return all;

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "cli/integrity/early_contents.h"
 #include "cli/integrity/header_files.h"
 #include "cli/integrity/package_header.h"
 #include "cli/integrity/place_rules.h"
@@ -21,18 +22,27 @@ namespace pkgvet::cli {
 // other, and look at what the header would do beyond the files that it lists.
 //
 // One object looks at one package, and its calls come in the order in which they stand here. What
-// takes long runs beside whatever the caller does in between: first librpm, then only reading.
+// takes long runs beside whatever the caller does in between: first librpm, and the reading of what
+// is unpacked by then; later only reading.
 class IntegrityCheck {
 public:
-    // header, which outlives the check, is that of the package at path. The package is read until
-    // awaitVerification, and nobody else uses the header or the session as long.
-    IntegrityCheck(const PackageHeader& header, const std::string& path, bool wantsSignature,
-                   RpmSession* rpm);
+    // header, which outlives the check, is that of the package at path, whose payload will be
+    // unpacked below root. The package is read until awaitVerification, and nobody else uses the
+    // header or the session as long.
+    IntegrityCheck(const PackageHeader& header, const std::string& path, const std::string& root,
+                   bool wantsSignature, RpmSession* rpm);
+    IntegrityCheck(const IntegrityCheck&) = delete;
+    IntegrityCheck(IntegrityCheck&&) = delete;
+    IntegrityCheck& operator=(const IntegrityCheck&) = delete;
+    IntegrityCheck& operator=(IntegrityCheck&&) = delete;
+    ~IntegrityCheck();
 
+    // The payload is unpacked.
     void awaitVerification();
-    // The payload was unpacked below root, where nothing changes any more. Without this call the
-    // rules on the payload do not run.
-    void compareTree(const std::string& root);
+    // Nothing below root changes any more. Without this call the rules on the payload do not run.
+    void compareTree();
+    // What went wrong in comparing is thrown here, or by findings().
+    void awaitComparison();
 
     // All findings but those that depend on the profile.
     std::vector<Finding> findings();
@@ -40,7 +50,9 @@ public:
 
 private:
     const PackageHeader& header_;
+    const std::string root_;
     HeaderFiles files_;
+    EarlyContents early_;
     std::future<Verification> pendingVerification_;
     Verification verification_;
     std::optional<TreeComparison> comparison_;

@@ -71,9 +71,11 @@ std::string targetOf(const std::string& path, off_t size) {
 
 }  // namespace
 
-TreeComparison::TreeComparison(const HeaderFiles& list, const std::string& root)
+TreeComparison::TreeComparison(const HeaderFiles& list, const std::string& root,
+                               const EarlyContents& early)
     : list_(list),
       root_(root),
+      early_(early),
       sorted_(list.files.size()),
       modes_(list.files.size(), 0),
       inodes_(list.files.size(), 0),
@@ -198,7 +200,8 @@ void TreeComparison::noteContent(std::size_t index, const TreeEntry& entry) {
         number = linkedReadings_.emplace(entry.status.st_ino, number).first->second;
     }
     if (number == readings_.size()) {
-        readings_.push_back({index});
+        const FileContent* const early = early_.find(index, entry.status);
+        readings_.push_back({index, early != nullptr, early != nullptr ? *early : FileContent()});
     }
     contents_.emplace_back(index, number);
     if (!entry.isReadable) {

@@ -10,6 +10,7 @@
 #include <utility>
 #include <vector>
 
+#include "cli/integrity/early_contents.h"
 #include "cli/integrity/file_content.h"
 #include "cli/integrity/header_files.h"
 #include "cli/integrity/integrity_findings.h"
@@ -19,13 +20,13 @@ namespace pkgvet::cli {
 
 // Holds the files of a header against the tree at root, each of which may have been made by
 // strangers, in two steps: the first one looks at what the file system knows, the second one reads
-// all files and may run beside whatever else only reads the tree.
+// all files but those that were read early, and may run beside whatever else only reads the tree.
 //
 // What cpio makes beyond the entries of the payload, the directories above them, is not held
 // against the package where the header has something below them.
 class TreeComparison {
 public:
-    TreeComparison(const HeaderFiles& list, const std::string& root);
+    TreeComparison(const HeaderFiles& list, const std::string& root, const EarlyContents& early);
 
     void compareEntries();
     void compareContents();
@@ -58,6 +59,7 @@ private:
 
     const HeaderFiles& list_;
     const std::string& root_;
+    const EarlyContents& early_;
     std::vector<std::size_t> sorted_;  // numbers of files in the order of their paths
     std::vector<mode_t> modes_;
     std::vector<ino_t> inodes_;  // of files, 0 for what is none

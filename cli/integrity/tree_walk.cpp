@@ -3,7 +3,7 @@
 
 #include <dirent.h>
 #include <fcntl.h>
-#include <unistd.h>
+#include <sys/capability.h>
 
 #include <cerrno>
 #include <string_view>
@@ -17,6 +17,7 @@ namespace pkgvet::cli {
 
 namespace {
 
+using CapabilitySet = CHandle<_cap_struct, cap_free>;
 using DirectoryHandle = CHandle<DIR, closedir>;
 
 // Gives the owner bits of a mode that are missing, and takes them away again.
@@ -85,7 +86,7 @@ public:
 private:
     void look(TreeEntry* entry) {
         const mode_t mode = entry->status.st_mode;
-        const mode_t needed = isSuperuser_ ? 0 : neededFor(mode);
+        const mode_t needed = mayReadAll_ ? 0 : neededFor(mode);
         entry->isReadable = entry->isReadable && (mode & needed) == needed;
         const std::string place = root_ + entry->path;
         const LentMode lent(place, mode, needed);
@@ -97,10 +98,17 @@ private:
 
     const std::string& root_;
     const TreeVisitor& visit_;
-    const bool isSuperuser_ = geteuid() == 0;  // who may read all
+    const bool mayReadAll_ = mayReadAll();
 };
 
 }  // namespace
+
+bool mayReadAll() {
+    const CapabilitySet set(cap_get_proc());
+    cap_flag_value_t isSet = CAP_CLEAR;
+    return set && cap_get_flag(set.get(), CAP_DAC_OVERRIDE, CAP_EFFECTIVE, &isSet) == 0 &&
+           isSet == CAP_SET;
+}
 
 void walkTree(const std::string& root, const TreeVisitor& visit) {
     TreeWalk(root, visit).walk(std::string(), true);

@@ -20,6 +20,9 @@ struct TreeEntry {
 // it.
 using TreeVisitor = std::function<void(const TreeEntry& entry)>;
 
+// Whether this process may read whatever modes say. To walk a tree then changes nothing in it.
+bool mayReadAll();
+
 // Visits all below root, directories ahead of what is in them; links are not followed. A directory
 // or file that its owner may not read is made readable for as long as it takes. Throws
 // std::system_error when something cannot be read all the same.

@@ -65,6 +65,23 @@ void judgeContent(const std::vector<Configuration>& configurations, const RpmMet
     }
 }
 
+// The header is held against the payload meanwhile, if check is not null. What keeps that from its
+// end is told rather than what stops a rule, whichever of the two comes first.
+void judgePayload(const std::vector<Configuration>& configurations, const RpmMeta& meta,
+                  ContentValidator* unpacked, IntegrityCheck* check, FindingList* findings,
+                  PackageReport* report) {
+    if (check == nullptr) {
+        return judgeContent(configurations, meta, unpacked, findings, report);
+    }
+    check->compareTree();
+    try {
+        judgeContent(configurations, meta, unpacked, findings, report);
+    } catch (const std::exception&) {
+        check->awaitComparison();
+        throw;
+    }
+}
+
 void describe(const RpmMeta& meta, PackageReport* report) {
     report->name = meta.name();
     report->version = meta.version();
@@ -174,7 +191,8 @@ void judgeCopy(const Surroundings& surroundings, const std::vector<Configuration
     const SetIdModes setIdModes = readSetIdModes(header);
     std::optional<IntegrityCheck> check;
     if (integrity.enabled) {
-        check.emplace(header, surroundings.copyPath, !integrity.keyring.empty(), rpm);
+        check.emplace(header, surroundings.copyPath, surroundings.tree, !integrity.keyring.empty(),
+                      rpm);
     }
     ContentValidator* const content = unpack(surroundings, setIdModes);
     copy.finish();
@@ -188,10 +206,7 @@ void judgeCopy(const Surroundings& surroundings, const std::vector<Configuration
         judgeHeaderAlone(configurations, meta, &findings, report);
     } else {
         surroundings.closeAround();
-        if (check) {
-            check->compareTree(surroundings.tree);
-        }
-        judgeContent(configurations, meta, content, &findings, report);
+        judgePayload(configurations, meta, content, check ? &*check : nullptr, &findings, report);
     }
     if (check) {
         append(check->findings(), &own);

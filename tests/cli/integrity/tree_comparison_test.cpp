@@ -51,9 +51,9 @@ protected:
                              [&path](const HeaderFile& one) { return one.path == path; });
     }
 
-    std::vector<std::string> lines() const {
+    std::vector<std::string> lines(const EarlyContents& early = {}) const {
         const std::string root = root_.path();
-        TreeComparison comparison(list_, root);
+        TreeComparison comparison(list_, root, early);
         comparison.compareEntries();
         comparison.compareContents();
         return linesOf(comparison.take());
@@ -159,6 +159,20 @@ TEST_F(TreeComparisonTest, EachHardLinkHasItsDigestCompared) {
     EXPECT_EQ(lines().size(), 1U);
 }
 
+// As in a file that was written once more behind its early reading, and in one that was not.
+TEST_F(TreeComparisonTest, EarlyContentsCountForFilesThatHaveNotChanged) {
+    addFile("/usr/share/app/same", "text");
+    addFile("/usr/share/app/other", "text");
+    file("/usr/share/app/same").digest = file("/usr/share/app/other").digest = "00";
+    EarlyContents early;
+    early.read(list_, root_.path());
+    writeFile(root_ / "usr/share/app/other", "next");
+    const std::string text = digestOf(PGPHASHALGO_SHA256, "text");
+    const std::string next = digestOf(PGPHASHALGO_SHA256, "next");
+    EXPECT_THAT(lines(early), UnorderedElementsAre(testing::HasSubstr("and " + text),
+                                                   testing::HasSubstr("and " + next)));
+}
+
 TEST_F(TreeComparisonTest, TextHoldsNoNulByte) {
     addFile("/usr/share/app/bad.qml", std::string("x\0y", 3));
     addFile("/usr/share/app/bad.desktop", std::string("x\0y", 3));
@@ -178,7 +192,8 @@ TEST_F(TreeComparisonTest, PathsThatAreNotNormalAreNotInThePayload) {
 TEST_F(TreeComparisonTest, ModesOfTheTreeAreToldToOtherRules) {
     list_.files.push_back(headerFile("/missing"));
     const std::string root = root_.path();
-    TreeComparison comparison(list_, root);
+    const EarlyContents none;
+    TreeComparison comparison(list_, root, none);
     comparison.compareEntries();
     EXPECT_THAT(comparison.modes(),
                 ElementsAre(S_IFREG | 0644, S_IFREG | 0644, S_IFDIR | 0755, S_IFLNK | 0777, 0));
