@@ -109,6 +109,8 @@ Finding decodeFinding(Decoder* decoder) {
     const std::string_view subject = decoder->text();
     if (hasSubject) {
         finding.subject = subject;
+    } else if (!subject.empty()) {
+        decoder->fail();
     }
     finding.message = decoder->text();
     finding.count = decoder->number();
@@ -208,8 +210,11 @@ std::optional<PackageReport> decodeReport(std::string_view bytes,
     }
     report.setCause({decodeCauseCode(&decoder), report.cause});
     report.validationEnabled = decoder.flag();
-    const std::size_t count = std::min<std::size_t>(decoder.number(), profiles.size() + 1);
-    for (std::size_t i = 0; i < std::min(count, profiles.size()); ++i) {
+    const std::uint32_t count = decoder.number();
+    if (count > profiles.size()) {
+        return std::nullopt;
+    }
+    for (std::uint32_t i = 0; i < count; ++i) {
         report.judgements.push_back(decodeJudgement(profiles[i], &decoder));
     }
     if (!decoder.isSound() || !decoder.isAtEnd() || !isWhole(report, profiles)) {

@@ -117,6 +117,28 @@ TEST(Wire, ReportForOtherProfilesIsNone) {
     EXPECT_FALSE(heard(reportMessage(PackageReport(), kMostBytes), kOneProfile));
 }
 
+// The bytes of the judgements behind the number make no difference.
+TEST(Wire, MoreJudgementsThanProfilesAreRefused) {
+    PackageReport report = sample();
+    report.judgements[1].findings.clear();
+    std::string bytes = reportMessage(report, kMostBytes);
+    // In front of the judgements, each of three flags and the number of its findings.
+    char& number = bytes[bytes.size() - 2 * 7 - 4];
+    ASSERT_EQ(number, 2);
+    number = 3;
+    EXPECT_FALSE(heard(bytes));
+}
+
+TEST(Wire, SubjectOfAFindingThatHasNoneIsRefused) {
+    PackageReport report = sample();
+    report.judgements[1].findings.pop_back();
+    std::string bytes = reportMessage(report, kMostBytes);
+    const std::size_t flag = bytes.rfind("scripts-not-allowed") + 19 + 4;
+    ASSERT_EQ(bytes[flag], 1);
+    bytes[flag] = 0;
+    EXPECT_FALSE(heard(bytes));
+}
+
 TEST(Wire, FindingOfARuleThatIsNotThereIsRefused) {
     for (const char* const id : {"", "scripts-not-allowed ", "\033[2J", "no-such-rule"}) {
         PackageReport report = sample();
