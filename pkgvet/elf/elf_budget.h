@@ -1,6 +1,7 @@
-// A ceiling on what one ELF file may cost.
+// Ceilings on what ELF files may cost.
 #pragma once
 
+#include <algorithm>
 #include <cstdint>
 #include <string>
 
@@ -14,6 +15,8 @@ namespace pkgvet {
 class ElfBudget {
 public:
     static constexpr std::uint64_t kCeiling = std::uint64_t{512} << 20U;
+
+    explicit ElfBudget(std::uint64_t most = kCeiling) : most_(most), left_(most) {}
 
     // False when there is not enough left, and then nothing is taken.
     bool spend(std::uint64_t bytes) {
@@ -29,8 +32,31 @@ public:
         return count <= left_ / sizeof(std::string) && spend(count * sizeof(std::string));
     }
 
+    std::uint64_t spent() const { return most_ - left_; }
+
 private:
-    std::uint64_t left_ = kCeiling;
+    std::uint64_t most_;
+    std::uint64_t left_;
+};
+
+// What the files of a package may cost together: as much as one file, and many times their size
+// beside it. Thousands of small files that each stand for as much as they can would take minutes.
+class ElfAllowance {
+public:
+    // An honest file costs some three times its size.
+    static constexpr std::uint64_t kCostOfAByte = 64;
+
+    // For one more file of this size.
+    ElfBudget budgetFor(std::uint64_t size) {
+        left_ += kCostOfAByte * size;
+        return ElfBudget(std::min(left_, ElfBudget::kCeiling));
+    }
+
+    // Once the file has been read.
+    void pay(const ElfBudget& budget) { left_ -= budget.spent(); }
+
+private:
+    std::uint64_t left_ = ElfBudget::kCeiling;
 };
 
 }  // namespace pkgvet

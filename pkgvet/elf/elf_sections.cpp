@@ -30,12 +30,13 @@ class SectionReader {
 public:
     SectionReader(const ElfHeader& header, std::uint64_t fileSize,
                   const std::vector<ElfSection>& sections, const ElfSectionSource& source,
-                  const SymbolVisitor& visit)
+                  const SymbolVisitor& visit, ElfBudget* budget)
         : header_(header),
           fileSize_(fileSize),
           sections_(sections),
           source_(source),
           visit_(visit),
+          budget_(*budget),
           loaded_(sections.size()),
           isPaid_(sections.size()) {}
 
@@ -62,12 +63,12 @@ private:
     const std::vector<ElfSection>& sections_;
     const ElfSectionSource& source_;
     const SymbolVisitor& visit_;
+    ElfBudget& budget_;
     std::vector<std::optional<std::string_view>> loaded_;
     std::vector<bool> isPaid_;
     std::uint64_t symbols_ = 0;  // in all tables
     std::string piece_;          // of a symbol table, from pieceBegin_ on
     std::uint64_t pieceBegin_ = 0;
-    ElfBudget budget_;
     // The strings and the offset of the last run path so far. To copy each on the way to the last
     // would take long where many lie in one long string.
     std::optional<std::pair<ByteView, std::uint64_t>> runPath_;
@@ -141,13 +142,13 @@ std::optional<ByteView> SectionReader::bytesOf(std::uint64_t index) {
     return bytes ? std::optional(ByteView(*bytes, header_.order())) : std::nullopt;
 }
 
-// Pays for each entry as a whole where entries overlap, of which a section then has as many as it
-// has bytes.
+// Pays for each entry as for a symbol where entries overlap, of which a section then may have as
+// many as it has bytes.
 bool SectionReader::payForOverlaps(std::size_t index) {
     const ElfSection& section = sections_[index];
     const std::uint64_t whole = std::uint64_t{2} * header_.layout.word;
     const std::uint64_t count = std::min(entryCount(section), sizeOf(index));
-    return section.entrySize >= whole || budget_.spend(count * whole);
+    return section.entrySize >= whole || budget_.spendNames(count);
 }
 
 bool SectionReader::readDynamicSection(std::size_t index) {
@@ -161,10 +162,16 @@ bool SectionReader::readDynamicSection(std::size_t index) {
     const std::uint64_t count = entryCount(section);
     for (std::uint64_t i = 0; i < count; ++i) {
         const std::uint64_t offset = i * section.entrySize;
+        const std::uint64_t tag = entries->number(offset, word).value_or(DT_NULL);
+        if (tag == DT_NULL) {
+            break;
+        }
+        if (tag != DT_RPATH && tag != DT_NEEDED) {
+            continue;
+        }
         // An entry size below that of an entry lets the last ones run over the end.
         const std::optional<std::uint64_t> value = entries->number(offset + word, word);
-        const std::uint64_t tag = entries->number(offset, word).value_or(DT_NULL);
-        if (!value || tag == DT_NULL) {
+        if (!value) {
             break;
         }
         if (!keepDynamicEntry(tag, *names, *value)) {
@@ -263,9 +270,13 @@ bool SectionReader::keepRunPath() {
 
 ElfReaderPrivate readElfSections(const ElfHeader& header, std::uint64_t fileSize,
                                  const std::vector<ElfSection>& sections,
-                                 const ElfSectionSource& source, const SymbolVisitor& visit) {
-    SectionReader reader(header, fileSize, sections, source, visit);
-    return reader.read() ? reader.takeRecord() : ElfReaderPrivate();
+                                 const ElfSectionSource& source, const SymbolVisitor& visit,
+                                 ElfAllowance* allowance) {
+    ElfBudget budget = allowance->budgetFor(fileSize);
+    SectionReader reader(header, fileSize, sections, source, visit, &budget);
+    const bool isRead = reader.read();
+    allowance->pay(budget);
+    return isRead ? reader.takeRecord() : ElfReaderPrivate();
 }
 
 }  // namespace pkgvet

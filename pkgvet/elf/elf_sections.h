@@ -39,6 +39,7 @@ struct ElfSectionSource {
 // gives nothing or when the file costs more than the budget has.
 ElfReaderPrivate readElfSections(const ElfHeader& header, std::uint64_t fileSize,
                                  const std::vector<ElfSection>& sections,
-                                 const ElfSectionSource& source, const SymbolVisitor& visit);
+                                 const ElfSectionSource& source, const SymbolVisitor& visit,
+                                 ElfAllowance* allowance);
 
 }  // namespace pkgvet

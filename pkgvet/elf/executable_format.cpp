@@ -5,11 +5,16 @@
 
 namespace pkgvet {
 
-bool hasGoodFormat(const std::string& path) {
-    const ElfReaderPrivate elf = readElf(path, ignoreSymbol);
+bool hasGoodFormat(const std::string& path, ElfAllowance* allowance) {
+    const ElfReaderPrivate elf = readElf(path, ignoreSymbol, allowance);
     // Both classes are named, as the byte order of a file that was not loaded means nothing.
     const bool isLoaded = elf.elfClass == ElfClass::Elf32 || elf.elfClass == ElfClass::Elf64;
     return isLoaded && elf.encoding == ElfEncoding::LittleEndian;
+}
+
+bool hasGoodFormat(const std::string& path) {
+    ElfAllowance allowance;
+    return hasGoodFormat(path, &allowance);
 }
 
 }  // namespace pkgvet

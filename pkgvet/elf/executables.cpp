@@ -81,13 +81,14 @@ public:
         }
         const auto [answer, isNew] = answers_.try_emplace(*identity, false);
         if (isNew) {
-            answer->second = hasGoodFormat(file);
+            answer->second = hasGoodFormat(file, &allowance_);
         }
         return answer->second;
     }
 
 private:
     std::map<FileIdentity, bool> answers_;
+    ElfAllowance allowance_;
 };
 
 // Judges the format of all executables, and returns the paths of the good ones.

@@ -9,6 +9,7 @@
 #include <string_view>
 #include <vector>
 
+#include "pkgvet/elf/elf_budget.h"
 #include "pkgvet/elf/elf_reader.h"
 
 // The record behind ElfReader; as it stands here, that of a file that could not be loaded.
@@ -38,7 +39,14 @@ inline void ignoreSymbol(const SymbolVisit& /*symbol*/) {}
 // Sections are found by their type alone, never by name, and all of one kind contribute. The record
 // has no symbols: a million names take far more memory than all else, and a visitor can do without.
 // What it was told does not count when the record is that of a file that could not be loaded.
-ElfReaderPrivate readElf(const std::string& path, const SymbolVisitor& visit);
+ElfReaderPrivate readElf(const std::string& path, const SymbolVisitor& visit,
+                         ElfAllowance* allowance);
+
+// The same for a file by itself.
+inline ElfReaderPrivate readElf(const std::string& path, const SymbolVisitor& visit) {
+    ElfAllowance allowance;
+    return readElf(path, visit, &allowance);
+}
 
 // The same, with the symbols in the record.
 ElfReaderPrivate readElfWithSymbols(const std::string& path);

@@ -115,7 +115,8 @@ std::vector<ElfSection> sectionsOf(const ELFIO::elfio& elf, const ElfHeader& hea
 }
 
 ElfReaderPrivate readWithElfio(const FileRanges& file, const ElfHeader& header,
-                               const std::string& headerBytes, const SymbolVisitor& visit) {
+                               const std::string& headerBytes, const SymbolVisitor& visit,
+                               ElfAllowance* allowance) {
     FileBuffer buffer(file, headerForElfio(headerBytes, header));
     std::istream stream(&buffer);
     ELFIO::elfio elf;
@@ -139,16 +140,17 @@ ElfReaderPrivate readWithElfio(const FileRanges& file, const ElfHeader& header,
     source.copy = [&file, &sections](std::size_t index, std::uint64_t offset, std::uint64_t size) {
         return file.read(sections[index].offset + offset, size);
     };
-    return readElfSections(header, file.size(), sections, source, visit);
+    return readElfSections(header, file.size(), sections, source, visit, allowance);
 }
 
 }  // namespace
 
-ElfReaderPrivate readElf(const std::string& path, const SymbolVisitor& visit) {
+ElfReaderPrivate readElf(const std::string& path, const SymbolVisitor& visit,
+                         ElfAllowance* allowance) {
     const FileRanges file(path);
     const std::optional<ElfHeader> header = readElfHeader(file);
     const auto bytes = header ? file.read(0, header->layout.header) : std::nullopt;
-    return bytes ? readWithElfio(file, *header, *bytes, visit) : ElfReaderPrivate();
+    return bytes ? readWithElfio(file, *header, *bytes, visit, allowance) : ElfReaderPrivate();
 }
 
 }  // namespace pkgvet

@@ -44,7 +44,8 @@ std::optional<std::vector<ElfSection>> readSectionTable(const FileRanges& file,
 
 }  // namespace
 
-ElfReaderPrivate readElf(const std::string& path, const SymbolVisitor& visit) {
+ElfReaderPrivate readElf(const std::string& path, const SymbolVisitor& visit,
+                         ElfAllowance* allowance) {
     const FileRanges file(path);
     const std::optional<ElfHeader> header = readElfHeader(file);
     const auto sections = header ? readSectionTable(file, *header) : std::nullopt;
@@ -61,7 +62,7 @@ ElfReaderPrivate readElf(const std::string& path, const SymbolVisitor& visit) {
         return bytes ? std::optional<std::string_view>(loaded.emplace_back(std::move(*bytes)))
                      : std::nullopt;
     };
-    return readElfSections(*header, file.size(), *sections, source, visit);
+    return readElfSections(*header, file.size(), *sections, source, visit, allowance);
 }
 
 }  // namespace pkgvet

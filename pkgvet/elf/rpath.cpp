@@ -1,7 +1,6 @@
 // The rule on the run path of the main binary.
 #include <algorithm>
 #include <array>
-#include <filesystem>
 #include <sstream>
 #include <string>
 #include <string_view>
@@ -35,11 +34,13 @@ bool rpathTokenPermitted(std::string_view token, std::string_view entry) {
 }
 
 // Only leading slashes are tidied, to one. ".." is not resolved.
-bool isBelowSystemDirectory(const std::string& token) {
-    const std::filesystem::path path = token;
-    const std::string form = (path.root_path() /= path.relative_path()).string();
-    return std::any_of(kSystemDirectories.begin(), kSystemDirectories.end(),
-                       [&form](std::string_view directory) { return form.starts_with(directory); });
+bool isBelowSystemDirectory(std::string_view token) {
+    while (token.starts_with("//")) {
+        token.remove_prefix(1);
+    }
+    return std::any_of(
+        kSystemDirectories.begin(), kSystemDirectories.end(),
+        [token](std::string_view directory) { return token.starts_with(directory); });
 }
 
 // Directories are taken from left to right, and not each is judged by itself: behind one that is

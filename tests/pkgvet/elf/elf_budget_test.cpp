@@ -40,4 +40,26 @@ TEST(ElfBudget, NameCostsAStringEvenWhenEmpty) {
     EXPECT_TRUE(budget.spendNames(0));
 }
 
+using pkgvet::ElfAllowance;
+
+TEST(ElfAllowance, FilesShareOneCeilingBesideTheirSizes) {
+    ElfAllowance allowance;
+    ElfBudget first = allowance.budgetFor(0);
+    EXPECT_TRUE(first.spend(ElfBudget::kCeiling));
+    EXPECT_EQ(first.spent(), ElfBudget::kCeiling);
+    allowance.pay(first);
+    ElfBudget second = allowance.budgetFor(1000);
+    EXPECT_FALSE(second.spend(1000 * ElfAllowance::kCostOfAByte + 1));
+    EXPECT_TRUE(second.spend(1000 * ElfAllowance::kCostOfAByte));
+}
+
+TEST(ElfAllowance, WhatOneFileLeavesIsForTheNext) {
+    ElfAllowance allowance;
+    ElfBudget first = allowance.budgetFor(1000);
+    EXPECT_TRUE(first.spend(3000));
+    allowance.pay(first);
+    EXPECT_TRUE(allowance.budgetFor(1000).spend(ElfBudget::kCeiling));
+    EXPECT_FALSE(allowance.budgetFor(1000).spend(ElfBudget::kCeiling + 1));
+}
+
 }  // namespace

@@ -262,5 +262,16 @@ TEST_F(Executables, AFileIsReadOnceWhateverTheNumberOfItsPaths) {
     EXPECT_LT(bytesReadBy([&] { EXPECT_THAT(check(), IsEmpty()); }), 2 * size);
 }
 
+// Each by itself would do, see ElfAllowance.
+TEST_F(Executables, ManySmallFilesThatStandForMuchAreNotAllLoaded) {
+    constexpr const char* kTenMillionSymbols =
+        "elf 64 little\nsection symtab offset=0x7fffffff entsize=24 size=240000000\n";
+    file("/usr/bin/foo");
+    file("/usr/share/foo/lib/a.so", elfImage(kTenMillionSymbols));
+    file("/usr/share/foo/lib/b.so", elfImage(kTenMillionSymbols));
+    file("/usr/share/foo/lib/c.so");
+    EXPECT_THAT(check(), ElementsAre(badFormat("/usr/share/foo/lib/b.so")));
+}
+
 }  // namespace
 }  // namespace pkgvet

@@ -1,9 +1,11 @@
 // What is left of ELF files whose sizes, counts and offsets lie, each named for its defect.
+#include <elf.h>
 #include <gtest/gtest.h>
 #include <sys/resource.h>
 
 #include <filesystem>
 
+#include "pkgvet/elf/elf_sections.h"
 #include "tests/support/base/child_process.h"
 #include "tests/support/base/temporary_directory.h"
 #include "tests/support/elf/elf_facts.h"
@@ -279,6 +281,42 @@ TEST(ReadElfBounds, FileThatStandsForFarMoreThanItHoldsIsNotLoaded) {
     EXPECT_EQ(facts.libraries, kNone);
 }
 
+// A file may shrink between two reads.
+TEST(ReadElfBounds, FileWhoseSectionsCannotBeReadIsNotLoaded) {
+    const pkgvet::ElfHeader header = {ElfClass::Elf64, ElfEncoding::LittleEndian};
+    pkgvet::ElfAllowance allowance;
+    pkgvet::ElfSectionSource source;
+    source.load = [](std::size_t, std::uint64_t) { return std::nullopt; };
+    source.copy = [](std::size_t, std::uint64_t, std::uint64_t) { return std::nullopt; };
+    const pkgvet::ElfSection dynamic = {SHT_DYNAMIC, 0, 160, 0, 16};
+    const pkgvet::ElfSection symbols = {SHT_SYMTAB, 0, 240, 0, 24};
+    for (const pkgvet::ElfSection& section : {dynamic, symbols}) {
+        const ElfReaderPrivate facts = pkgvet::readElfSections(header, 1000, {section}, source,
+                                                               pkgvet::ignoreSymbol, &allowance);
+        EXPECT_EQ(facts.elfClass, ElfClass::NotLoaded) << section.type;
+    }
+}
+
+// A library's name is paid for beside the section that holds it.
+TEST(ReadElfBounds, NeededNameBeyondTheCeilingIsRefused) {
+    const pkgvet::ElfHeader header = {ElfClass::Elf64, ElfEncoding::LittleEndian};
+    constexpr std::uint64_t kSize = std::uint64_t{300} << 20U;
+    const std::string names(kSize, 'x');
+    std::string entry(16, '\0');
+    entry[0] = DT_NEEDED;
+    pkgvet::ElfAllowance allowance;
+    pkgvet::ElfSectionSource source;
+    source.load = [&](std::size_t index, std::uint64_t size) -> std::optional<std::string_view> {
+        return std::string_view(index == 0 ? entry : names).substr(0, size);
+    };
+    const std::vector<pkgvet::ElfSection> sections = {{SHT_DYNAMIC, 0, 16, 1, 16},
+                                                      {SHT_STRTAB, 16, kSize, 0, 0}};
+    const ElfReaderPrivate facts = pkgvet::readElfSections(header, kSize + 16, sections, source,
+                                                           pkgvet::ignoreSymbol, &allowance);
+    EXPECT_EQ(facts.elfClass, ElfClass::NotLoaded);
+    EXPECT_EQ(facts.libraries, kNone);
+}
+
 // A dynamic section over the same two mebibytes, so many times.
 std::string overlaidSections(int count, int entrySize) {
     std::string description = "elf 64 little\nsection strtab\n";
@@ -290,9 +328,9 @@ std::string overlaidSections(int count, int entrySize) {
     return elfImage(description + "end 0x200000\n");
 }
 
-TEST(ReadElfBounds, DynamicEntriesThatOverlapArePaidForAsIfTheyDidNot) {
-    EXPECT_NE(readElfImage(overlaidSections(15, 1)).elfClass, ElfClass::NotLoaded);
-    EXPECT_EQ(readElfImage(overlaidSections(16, 1)).elfClass, ElfClass::NotLoaded);
+TEST(ReadElfBounds, DynamicEntriesThatOverlapArePaidForAsSymbolsAre) {
+    EXPECT_NE(readElfImage(overlaidSections(7, 1)).elfClass, ElfClass::NotLoaded);
+    EXPECT_EQ(readElfImage(overlaidSections(8, 1)).elfClass, ElfClass::NotLoaded);
     EXPECT_NE(readElfImage(overlaidSections(50, 16)).elfClass, ElfClass::NotLoaded);
 }
 
