@@ -111,6 +111,21 @@ TEST(PackagePatterns, MatchesThatAreHardUseUpTheStepsOfTheList) {
 }
 
 // What is matched before the steps are used up keeps its answer.
+// Of plain patterns, each shape takes a look at all texts of its size. Those that begin with a line
+// feed are as soon done with.
+TEST(PackagePatterns, ShapesOfPlainTextUseUpTheStepsOfTheList) {
+    const Strings texts(2000, "\n" + std::string(999, 'x'));
+    Strings patterns;
+    for (std::size_t i = 0; i < 101; ++i) {
+        patterns.emplace_back(1000, 'x');
+        patterns.back()[i] = '.';
+    }
+    EXPECT_EQ(outcomes(patterns, texts),
+              std::vector<Outcome>(texts.size(), Outcome{false, error_complexity}));
+    patterns.pop_back();
+    EXPECT_EQ(outcomes(patterns, texts), std::vector<Outcome>(texts.size()));
+}
+
 TEST(PackagePatterns, AnswersAheadOfTheEndStay) {
     Strings patterns = repeated(1000, "[a-z]{9000}", "");
     patterns.insert(patterns.begin(), "found");

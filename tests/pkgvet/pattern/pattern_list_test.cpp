@@ -272,6 +272,13 @@ TEST(WholePattern, WhatTheEngineCannotCompileThrows) {
     }
 }
 
+// At such a number the engine does what is not defined.
+TEST(WholePattern, NumbersThatTheEngineCannotHoldThrow) {
+    const std::string digits(30, '9');
+    EXPECT_EQ(actual("a{" + digits + "}", "a").error, error_complexity);
+    EXPECT_EQ(actual("(a)\\" + digits, "a").error, error_complexity);
+}
+
 TEST(WholePattern, BackReferencesThatWouldOverflowTheStackThrow) {
     EXPECT_EQ(actual(R"(((a|b)\2?)*)", std::string(100000, 'a')).error, error_stack);
 }
