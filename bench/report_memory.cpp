@@ -35,9 +35,9 @@ Finding findingOf(std::size_t package, std::size_t number) {
 PackageReport packageOf(std::size_t index, std::size_t findings) {
     PackageReport package;
     package.name = "org.example.package" + std::to_string(index);
-    package.path = "/srv/repository/noarch/" + package.name + "-1.0.0-1.noarch.rpm";
+    package.path = "/srv/repository/noarch/" + package.name + "-1.0.0-12.noarch.rpm";
     package.version = "1.0.0";
-    package.release = "1";
+    package.release = "12";
     package.arch = "noarch";
     package.sha256 = package.judgedBy = std::string(64, 'a');
     Judgement judgement;

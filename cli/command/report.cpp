@@ -10,6 +10,7 @@
 #include "cli/base/escape.h"
 #include "cli/base/exit_status.h"
 #include "cli/base/terminal.h"
+#include "cli/base/text.h"
 #include "cli/command/option_conflicts.h"
 #include "cli/command/output_guard.h"
 #include "cli/command/report_style.h"
@@ -102,8 +103,10 @@ PackageTally rewrite(
                     styleOf(options.report, options.showWaived, failOn), std::cout,
                     filesOf(options.report));
     PackageTally tally;
+    std::size_t untimed = 0;
     forEach([&](PackageReport package) {
         tally.add(package);
+        untimed += package.seconds ? 0 : 1;
         reports.add(package);
         if (reports.needsPackages()) {
             run.packages.push_back(std::move(package));
@@ -113,6 +116,10 @@ PackageTally rewrite(
     });
     for (const std::string& notice : run.notices) {
         complain(notice);
+    }
+    if (options.report.timings && untimed > 0) {
+        complain("the time that " + counted(untimed, "package") +
+                 " took is not known: the run was without --timings");
     }
     reports.finish(run);
     return tally;

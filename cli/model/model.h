@@ -103,7 +103,7 @@ struct PackageReport {
     // Why the rules on the payload did not run on a package that is rejected without them; empty
     // when they did, or when it could not be judged at all.
     std::string incomplete;
-    double seconds = 0;
+    std::optional<double> seconds;  // that it took; not there where a report does not say so
     // SHA-256 of all that the judgements depend on beside the package, so that they can be taken
     // over where it is the same; empty where nobody asked for it.
     std::string judgedBy;

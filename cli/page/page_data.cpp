@@ -163,8 +163,8 @@ void writePageData(const RunReport& run, bool showTimings, std::ostream& stream)
     std::string_view separator = "\n";
     for (const PackageReport& package : run.packages) {
         Json json = packageJson(package, keys.of(package), usual, &kinds);
-        if (showTimings) {
-            json["seconds"] = package.seconds;
+        if (showTimings && package.seconds) {
+            json["seconds"] = *package.seconds;
         }
         stream << separator << scriptJson(json);
         separator = ",\n";

@@ -97,8 +97,8 @@ Json packageJson(const PackageReport& package, const ReportStyle& style) {
     putText("last_words", package.lastErrorLine, &json);
     json["passes"] = package.passes();
     // Timings differ from run to run; without them reports can be compared.
-    if (style.timings) {
-        json["seconds"] = package.seconds;
+    if (style.timings && package.seconds) {
+        json["seconds"] = *package.seconds;
     }
     json["judgements"] = Json::array();
     for (const Judgement& judgement : package.judgements) {

@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <iomanip>
 #include <map>
+#include <optional>
 #include <sstream>
 #include <string>
 #include <string_view>
@@ -27,7 +28,7 @@ struct Case {
 
 struct Suite {
     std::string name;
-    double seconds = 0;
+    std::optional<double> seconds;
     std::vector<std::pair<std::string, std::string>> properties;
     std::vector<Case> cases;
 
@@ -282,9 +283,9 @@ void writeSuite(const Suite& suite, bool timings, std::ostream& stream) {
     counts.add(suite);
     stream << "  <testsuite" << attribute("name", suite.name) << attributes(counts)
            << attribute("skipped", suite.count(Outcome::Skipped));
-    if (timings) {
+    if (timings && suite.seconds) {
         std::ostringstream time;
-        time << std::fixed << std::setprecision(3) << suite.seconds;
+        time << std::fixed << std::setprecision(3) << *suite.seconds;
         stream << attribute("time", time.str());
     }
     stream << ">\n";

@@ -51,8 +51,8 @@ Json packageJson(const PackageReport& package, const ReportStyle& style) {
                               {"complete", package.complete()},
                               {"passes", package.passes()},
                               {"verdicts", verdictsJson(package)}};
-    if (style.timings) {
-        artifact["properties"]["seconds"] = package.seconds;
+    if (style.timings && package.seconds) {
+        artifact["properties"]["seconds"] = *package.seconds;
     }
     return artifact;
 }

@@ -29,8 +29,11 @@ struct Verdict {
 };
 
 std::string secondsOf(const PackageReport& package) {
+    if (!package.seconds) {
+        return std::string();
+    }
     std::ostringstream text;
-    text << std::fixed << std::setprecision(2) << package.seconds << " s";
+    text << std::fixed << std::setprecision(2) << *package.seconds << " s";
     return text.str();
 }
 

@@ -104,6 +104,26 @@ TEST_F(RewritingCommands, OptionsOfTextWorkOnReports) {
     }
 }
 
+TEST_F(RewritingCommands, ReportWithoutTimesSaysSo) {
+    constexpr const char* kUntimed =
+        "pkgvet: the time that 1 package took is not known: the run was without --timings\n";
+    const std::string package = corpus().packages() + "/a.rpm";
+    const std::string without = own_ / "without.json";
+    const std::string with = own_ / "with.json";
+    corpus().check({"-q", "-o", "json:" + without, package});
+    corpus().check({"-q", "--timings", "-o", "json:" + with, package});
+    for (const std::string format : {"text", "json", "sarif", "junit"}) {
+        const ProgramResult untimed =
+            runPkgvet({"report", "--timings", "--format", format, without});
+        EXPECT_EQ(untimed.status, 0);
+        EXPECT_EQ(untimed.output, runPkgvet({"report", "--format", format, without}).output);
+        EXPECT_THAT(untimed.errors, HasSubstr(kUntimed));
+        const ProgramResult timed = runPkgvet({"report", "--timings", "--format", format, with});
+        EXPECT_THAT(timed.errors, Not(HasSubstr(kUntimed)));
+        EXPECT_NE(timed.output, untimed.output);
+    }
+}
+
 TEST_F(RewritingCommands, SeveralReportsOfTheSameRulesAreOne) {
     const std::string a = own_ / "a.json";
     const std::string b = own_ / "b.json";
