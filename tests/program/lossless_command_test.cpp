@@ -119,15 +119,17 @@ TEST_F(LosslessCommand, ReportKeepsTheModeOfTheFormerOne) {
 }
 
 TEST_F(LosslessCommand, ReaderThatGoesAwayEndsTheRunQuietly) {
-    const std::string errors = own_ / "errors";
+    const std::string errorFile = own_ / "errors";
     const std::string status = own_ / "status";
     std::string line = "{ '" + programPath() + "' check -q --rules '" + rules() + "' -j1";
     for (int i = 0; i < 20; ++i) {
         line += " '" + app_ + "'";
     }
-    line += " 2>'" + errors + "'; echo $? >'" + status + "'; } | head -n1 >/dev/null";
+    line += " 2>'" + errorFile + "'; echo $? >'" + status + "'; } | head -n1 >/dev/null";
     EXPECT_EQ(runProgram({"/bin/sh", "-c", line}), 0);
-    EXPECT_EQ(readFile(errors), "");
+    std::string errors = readFile(errorFile);
+    takeSandboxRemark(&errors);
+    EXPECT_EQ(errors, "");
     EXPECT_EQ(readFile(status), "141\n");
 }
 

@@ -112,6 +112,7 @@ TEST_P(KilledProcess, RunLeavesNothingThatTheNextOneDoesNotKnow) {
         GTEST_SKIP() << "in namespaces no directory is made";
     }
     EXPECT_GT(last, first + 5);
+    std::size_t runsThatLeft = 0;
     for (std::size_t number = first; number < last; ++number) {
         SCOPED_TRACE(number);
         std::size_t count = 0;
@@ -123,15 +124,20 @@ TEST_P(KilledProcess, RunLeavesNothingThatTheNextOneDoesNotKnow) {
         });
         EXPECT_EQ(run.left, 0U);
         const Words left = faults.directoriesLeft();
-        EXPECT_FALSE(left.empty());
+        runsThatLeft += left.empty() ? 0 : 1;
         expectTheNextRunClears(left, &faults);
     }
+    // Not each of them, as other tests run the program meanwhile, which clears up as well.
+    EXPECT_GT(runsThatLeft, 0U);
 }
 
 // The template's first child, and the one in namespaces of its own which that starts.
 TEST(KilledTrial, MeansThatThereAreNoNamespaces) {
     if (!canTrace()) {
         GTEST_SKIP() << "this machine does not let a test trace the program";
+    }
+    if (!isThere(requiredSandbox())) {
+        GTEST_SKIP() << "this machine has no namespaces";
     }
     FaultRun faults(chosenSandbox());
     ASSERT_EQ(faults.undisturbed().status, 0) << faults.undisturbed().errors;
@@ -146,7 +152,7 @@ TEST(KilledTrial, MeansThatThereAreNoNamespaces) {
         });
         EXPECT_TRUE(isKilled);
         EXPECT_EQ(run.result.status, 0) << run.result.output << run.result.errors;
-        EXPECT_NE(run.result.errors, "") << "that there are no namespaces is said";
+        EXPECT_NE(run.result.sandboxRemark, "");
         EXPECT_EQ(run.left, 0U);
         EXPECT_EQ(faults.directoriesLeft(), std::vector<std::string>());
     }

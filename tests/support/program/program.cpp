@@ -3,10 +3,14 @@
 #include <sys/wait.h>
 
 #include <cstdlib>
+#include <string_view>
+#include <utility>
 
 #include "tests/support/base/temporary_directory.h"
 
 namespace {
+
+constexpr std::string_view kSandboxRemark = "pkgvet: packages are shut off from the machine by ";
 
 std::string quoted(const std::string& word) {
     std::string text(1, '\'');
@@ -32,6 +36,22 @@ std::string sanitizerOptions(const std::string& options) {
     return "ASAN_OPTIONS=" + (own == nullptr ? std::string() : std::string(own) + ":") + options;
 }
 
+std::string takeSandboxRemark(std::string* errors) {
+    const std::size_t begin = errors->find(kSandboxRemark);
+    if (begin == std::string::npos) {
+        return std::string();
+    }
+    std::string line = errors->substr(begin, errors->find('\n', begin) + 1 - begin);
+    errors->erase(begin, line.size());
+    return line;
+}
+
+ProgramResult programResult(int status, std::string output, std::string errors) {
+    std::string remark = takeSandboxRemark(&errors);
+    return {WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status), std::move(output),
+            std::move(errors), std::move(remark)};
+}
+
 ProgramResult runPkgvet(const std::vector<std::string>& arguments,
                         const std::vector<std::string>& environment) {
     const TemporaryDirectory directory;
@@ -43,9 +63,8 @@ ProgramResult runPkgvet(const std::vector<std::string>& arguments,
         command.append(" ").append(quoted(word));
     }
     const std::string output = directory / "output";
-    const std::string errors = directory / "errors";
-    command.append(" </dev/null >").append(quoted(output)).append(" 2>").append(quoted(errors));
+    const std::string errorFile = directory / "errors";
+    command.append(" </dev/null >").append(quoted(output)).append(" 2>").append(quoted(errorFile));
     const int status = std::system(command.c_str());
-    return {WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status), readFile(output),
-            readFile(errors)};
+    return programResult(status, readFile(output), readFile(errorFile));
 }

@@ -77,8 +77,7 @@ ProgramResult RunningProgram::wait() {
     int status = 0;
     waitpid(process_, &status, 0);
     process_ = -1;
-    return {WIFEXITED(status) ? WEXITSTATUS(status) : 128 + WTERMSIG(status),
-            readFile(directory_ / "output"), readFile(directory_ / "errors")};
+    return programResult(status, readFile(directory_ / "output"), readFile(directory_ / "errors"));
 }
 
 bool isAlive(pid_t process) {

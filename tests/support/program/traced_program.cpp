@@ -325,8 +325,6 @@ TracedRun runTraced(const std::vector<std::string>& arguments, const SystemCallO
     TracedRun run;
     run.left = tracer.trace();
     run.faults = tracer.faults();
-    const int end = tracer.status();
-    run.result = {WIFEXITED(end) ? WEXITSTATUS(end) : 128 + WTERMSIG(end), readFile(output),
-                  readFile(errors)};
+    run.result = programResult(tracer.status(), readFile(output), readFile(errors));
     return run;
 }
