@@ -3,8 +3,12 @@
 #include <gtest/gtest.h>
 
 #include "pkgvet/content/content_validator.h"
+#include "pkgvet/desktop/desktop_rules.h"
+#include "pkgvet/elf/elf_reader.h"
 #include "pkgvet/package/rpm_meta.h"
+#include "pkgvet/report/findings.h"
 #include "tests/support/base/captured_log.h"
+#include "tests/support/elf/elf_image.h"
 #include "tests/support/package/package_builder.h"
 #include "tests/support/rules/desktop_file.h"
 #include "tests/support/rules/rule_run.h"
@@ -94,6 +98,42 @@ TEST_F(Members, KnowTheNamesInTheSandboxSection) {
     const CapturedLog log;
     validator.processPinfold(rules_, meta(), desktopEntry(kGoodSection), "");
     EXPECT_THAT(places(), testing::Not(testing::Contains(line)));
+}
+
+TEST_F(Members, OnFieldsSayWhatTheRulesSay) {
+    ContentValidator validator{std::string()};
+    const DesktopEntry entry = desktopEntry("[G]\nF=a;z;\nC=blue\n");
+    pkgvet::Findings findings;
+    const auto expectSame = [&](const std::function<void()>& member,
+                                const std::function<void()>& rule) {
+        const std::vector<std::string> lines = linesOf(member);
+        EXPECT_THAT(lines, testing::Not(IsEmpty()));
+        EXPECT_EQ(lines, linesOf(rule));
+    };
+    expectSame(
+        [&] { validator.validateDesktopEntryFieldStringValues("G", "F", {"a"}, entry); },
+        [&] { pkgvet::validateDesktopEntryFieldStringValues("G", "F", {"a"}, entry, &findings); });
+    expectSame(
+        [&] {
+            validator.validateDesktopEntryGroupStringFields("G", {{{"F"}, {"a"}}}, entry);
+        },
+        [&] {
+            pkgvet::validateDesktopEntryGroupStringFields("G", {{{"F"}, {"a"}}}, entry, &findings);
+        });
+    expectSame([&] { validator.validateDesktopEntryFieldColorValue("G", "C", entry); },
+               [&] { pkgvet::validateDesktopEntryFieldColorValue("G", "C", entry, &findings); });
+    expectSame([&] { validator.validateDesktopEntryGroupColorFields("G", {"C"}, entry); },
+               [&] { pkgvet::validateDesktopEntryGroupColorFields("G", {"C"}, entry, &findings); });
+}
+
+TEST_F(Members, TellAnEmptyRunPath) {
+    const ContentValidator validator{std::string()};
+    const TemporaryDirectory root;
+    const std::string plain = elfImage("elf 64 little");
+    const std::string linked =
+        elfImage("elf 64 little\nsection strtab\nsection dynamic link=1\nrpath /usr/lib/x\n");
+    EXPECT_TRUE(validator.isRpathEmpty(ElfReader(root.write("plain", plain).c_str())));
+    EXPECT_FALSE(validator.isRpathEmpty(ElfReader(root.write("linked", linked).c_str())));
 }
 
 }  // namespace
