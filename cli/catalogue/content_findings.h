@@ -122,17 +122,6 @@ inline constexpr Entry kContentEntries[] = {
      .example = kBuildCommand,
      .relatedIds = {"payload-digest-differs"},
      .message = &kHardLinksDiffer},
-    {.id = "payload-file-unreadable",
-     .severity = Severity::Critical,
-     .grave = true,
-     .title = "File of the payload cannot be read",
-     .demand = "Each file of the payload can be read where it was unpacked.",
-     .why = "No rule can say anything about it.",
-     .fix = "Judge the package again. If the finding comes again, look at the name and the mode of"
-            " the file.",
-     .example = "%files\n"
-                "%{_datadir}/%{name}/data\n",
-     .message = &kFileUnreadable},
     {.id = "text-with-nul-byte",
      .severity = Severity::Critical,
      .grave = true,

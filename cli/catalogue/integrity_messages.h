@@ -78,8 +78,6 @@ inline constexpr Message kDigestDiffers{
     "[", kSubject, "] Has digest ", kDetail, " in the header and ", kDetail, " in the payload"};
 inline constexpr Message kHardLinksDiffer{
     "[", kSubject, "] Is a hard link to other files in the header than in the payload"};
-inline constexpr Message kFileUnreadable{"[", kSubject,
-                                         "] File of the payload cannot be read: ", kDetail};
 inline constexpr Message kNulByte{"[", kSubject, "] File of text holds a NUL byte"};
 
 // On digests and signatures of the package.

@@ -7,10 +7,10 @@
 #include <array>
 #include <atomic>
 #include <cstdlib>
-#include <cstring>
 #include <future>
 #include <numeric>
 #include <string_view>
+#include <system_error>
 #include <thread>
 
 #include "cli/catalogue/integrity_messages.h"
@@ -239,9 +239,9 @@ void TreeComparison::readAll() {
 
 void TreeComparison::compareContent(std::size_t index, const FileContent& content) {
     const HeaderFile& file = list_.files[index];
+    // The walk lends the modes that it takes, so that this is never the package's doing.
     if (content.error != 0) {
-        findings_.add(kFileUnreadable, {file.path, std::strerror(content.error)});
-        return;
+        throw std::system_error(content.error, std::generic_category(), file.path);
     }
     if (!file.digest.empty() && file.digest != content.digest) {
         findings_.add(kDigestDiffers, {file.path, file.digest, content.digest});

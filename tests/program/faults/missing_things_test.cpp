@@ -1,4 +1,5 @@
 // A machine that lacks what judging needs.
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/syscall.h>
 
@@ -7,6 +8,7 @@
 #include <string_view>
 #include <vector>
 
+#include "tests/support/package/accepted_package.h"
 #include "tests/support/program/fault_run.h"
 
 namespace {
@@ -79,6 +81,13 @@ bool makesDirectoryInTmp(const SystemCall& call) {
     return makesDirectory(call) && isInTmp(call);
 }
 
+// By the rules, the program's own and the library's; cpio opens it to write.
+bool readsPayload(const SystemCall& call) {
+    const bool reads = call.number == SYS_openat2 ||
+                       (call.number == SYS_openat && (call.arguments[2] & O_ACCMODE) == O_RDONLY);
+    return reads && call.text(1).ends_with(kAcceptedText.substr(1));
+}
+
 struct Case {
     const char* name;
     SystemCallObserver observer;
@@ -99,6 +108,7 @@ std::vector<Case> cases() {
         {"the guard is missing", failing(executesGuard, ENOENT), "crashed"},
         {"the guard is killed as it starts", killing(executesGuard, 10), "crashed"},
         {"the shell is missing", failing(executesShell, ENOENT), "crashed"},
+        {"a file of the payload cannot be read", failing(readsPayload, EMFILE), "rule-failed"},
         {"/tmp is missing", failing(isInTmp, ENOENT), "crashed"},
         {"/tmp cannot be written to", failing(makesDirectoryInTmp, EROFS), "crashed"},
         {"/tmp is somebody else's", failing(makesDirectoryInTmp, EACCES), "crashed"},
