@@ -8,7 +8,7 @@ program=$(realpath "$1")
 writer=$(realpath "$2")
 packages=${3-100000}
 shift $(($# < 3 ? $# : 3))
-[ "$#" -gt 0 ] || set -- text concise json jsonl
+[ "$#" -gt 0 ] || set -- text concise json jsonl junit
 readonly program writer packages shards=8 findings=10
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT

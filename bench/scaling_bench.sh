@@ -76,7 +76,7 @@ for megabytes in 1 10 100; do
 done
 
 echo "milliseconds for a package: wall clock and processors with --jobs 1, the same with --jobs 2"
-for copies in 1 10 100 300; do
+for copies in 1 10 100 300 1000 3000; do
     row "$copies tiny packages" tiny "$copies"
 done
 for files in 100 1000 10000; do

@@ -1,4 +1,6 @@
 // Writes JUnit XML.
+#include "cli/report/format_junit.h"
+
 #include <algorithm>
 #include <iomanip>
 #include <map>
@@ -10,7 +12,6 @@
 #include <vector>
 
 #include "cli/base/escape.h"
-#include "cli/report/formats.h"
 #include "cli/report/tally.h"
 
 namespace pkgvet::cli {
@@ -27,7 +28,6 @@ struct Case {
 };
 
 struct Suite {
-    std::string name;
     std::optional<double> seconds;
     std::vector<std::pair<std::string, std::string>> properties;
     std::vector<Case> cases;
@@ -42,6 +42,11 @@ constexpr std::string_view kTool = "pkgvet";
 constexpr std::string_view kVerdict = "verdict";
 constexpr std::string_view kRunSuite = "pkgvet.run";
 constexpr std::string_view kPackageSuffix = ".rpm";
+
+// Where the name of a suite will stand in its text, and the end of that text. XML has no such
+// characters.
+constexpr char kNamePlace = '\1';
+constexpr char kSuiteEnd = '\2';
 
 // XML forbids most control characters even as references; printable() leaves none of them.
 std::string xmlText(std::string_view text) {
@@ -96,14 +101,21 @@ Case caseOf(const Finding& finding, Outcome outcome) {
 }
 
 // Servers tell suites and cases apart by their names, and would take what comes twice for one.
-template <typename Named>
-void numberRepeats(std::vector<Named>* all) {
-    std::map<std::string, std::size_t> seen;
-    for (Named& one : *all) {
-        const std::size_t count = ++seen[one.name];
-        if (count > 1) {
-            one.name += " (" + std::to_string(count) + ")";
-        }
+class Numbering {
+public:
+    std::string numbered(const std::string& name) {
+        const std::size_t count = ++seen_[name];
+        return count > 1 ? name + " (" + std::to_string(count) + ")" : name;
+    }
+
+private:
+    std::map<std::string, std::size_t> seen_;
+};
+
+void numberRepeats(std::vector<Case>* cases) {
+    Numbering numbering;
+    for (Case& one : *cases) {
+        one.name = numbering.numbered(one.name);
     }
 }
 
@@ -121,14 +133,9 @@ std::string nameOf(const PackageReport& package) {
 
 // Servers take what stands before the last dot for a package of classes and the rest for a class.
 // So the package is the RPM package, whatever dots are in its name, and the class is the profile.
-// Builds of one package for several architectures are told apart by these.
-std::string suiteName(const PackageReport& package, const std::string& profile, bool isAlone) {
-    std::string last = profile;
-    if (!isAlone && !package.arch.empty()) {
-        last += " " + package.arch;
-    }
+std::string suiteName(const std::string& package, std::string last) {
     std::replace(last.begin(), last.end(), '.', '_');
-    return nameOf(package) + "." + last;
+    return package + "." + last;
 }
 
 // The file, and the package in it as far as it is known.
@@ -157,12 +164,8 @@ Case verdictOf(const PackageReport& package, const Judgement& judgement) {
     return {name, Outcome::Failed, "rejected", counts.empty() ? "rejected" : "rejected: " + counts};
 }
 
-Suite suiteOf(const PackageReport& package, const Judgement& judgement, Severity failOn,
-              bool isAlone) {
-    Suite suite = {suiteName(package, judgement.profile, isAlone),
-                   package.seconds,
-                   propertiesOf(package),
-                   {verdictOf(package, judgement)}};
+Suite suiteOf(const PackageReport& package, const Judgement& judgement, Severity failOn) {
+    Suite suite = {package.seconds, propertiesOf(package), {verdictOf(package, judgement)}};
     for (const Finding& finding : judgement.findings) {
         suite.cases.push_back(caseOf(finding, outcomeOf(finding, judgement, failOn)));
     }
@@ -174,22 +177,9 @@ Suite suiteOf(const PackageReport& package, const Judgement& judgement, Severity
     return suite;
 }
 
-// A package that was not judged has its verdict under the profiles that it should have been judged
-// under, where a server looks for it.
-std::vector<Judgement> judgementsOf(const PackageReport& package, const RunReport& run) {
-    std::vector<Judgement> judgements = package.judgements;
-    if (!package.judged()) {
-        for (const ProfileRules& profile : run.provenance.profiles) {
-            judgements.emplace_back().profile = profile.name;
-        }
-    }
-    return judgements;
-}
-
 // What is about the run as a whole and not about one package.
 Suite suiteOfRun(const RunReport& run) {
     Suite suite;
-    suite.name = kRunSuite;
     for (const std::string& notice : run.notices) {
         suite.cases.push_back({std::string(kNoticeId), Outcome::Passed, "", notice});
     }
@@ -199,25 +189,6 @@ Suite suiteOfRun(const RunReport& run) {
     }
     numberRepeats(&suite.cases);
     return suite;
-}
-
-std::vector<Suite> suitesOf(const RunReport& run, const ReportStyle& style) {
-    std::map<std::string, std::size_t> packages;
-    for (const PackageReport& package : run.packages) {
-        ++packages[nameOf(package)];
-    }
-    std::vector<Suite> suites;
-    for (const PackageReport& package : run.packages) {
-        const bool isAlone = packages[nameOf(package)] == 1;
-        for (const Judgement& judgement : judgementsOf(package, run)) {
-            suites.push_back(suiteOf(package, judgement, style.failOn, isAlone));
-        }
-    }
-    if (run.partial || !run.notices.empty()) {
-        suites.push_back(suiteOfRun(run));
-    }
-    numberRepeats(&suites);
-    return suites;
 }
 
 // The text stands twice, as an attribute and as content: servers show the one or the other.
@@ -242,26 +213,18 @@ void writeBody(const Case& one, std::ostream& stream) {
     }
 }
 
-void writeCase(const Suite& suite, const Case& one, std::ostream& stream) {
-    stream << "    <testcase" << attribute("classname", suite.name) << attribute("name", one.name)
+void writeCase(const Case& one, std::ostream& stream) {
+    stream << "    <testcase classname=\"" << kNamePlace << '"' << attribute("name", one.name)
            << '>';
     writeBody(one, stream);
     stream << "</testcase>\n";
 }
 
-struct Counts {
-    std::size_t tests = 0;
-    std::size_t failures = 0;
-    std::size_t errors = 0;
+JunitCounts countsOf(const Suite& suite) {
+    return {suite.cases.size(), suite.count(Outcome::Failed), suite.count(Outcome::Error)};
+}
 
-    void add(const Suite& suite) {
-        tests += suite.cases.size();
-        failures += suite.count(Outcome::Failed);
-        errors += suite.count(Outcome::Error);
-    }
-};
-
-std::string attributes(const Counts& counts) {
+std::string attributes(const JunitCounts& counts) {
     return attribute("tests", counts.tests) + attribute("failures", counts.failures) +
            attribute("errors", counts.errors);
 }
@@ -278,10 +241,9 @@ void writeProperties(const Suite& suite, std::ostream& stream) {
     stream << "    </properties>\n";
 }
 
-void writeSuite(const Suite& suite, bool timings, std::ostream& stream) {
-    Counts counts;
-    counts.add(suite);
-    stream << "  <testsuite" << attribute("name", suite.name) << attributes(counts)
+std::string textOf(const Suite& suite, bool timings) {
+    std::ostringstream stream;
+    stream << "  <testsuite name=\"" << kNamePlace << '"' << attributes(countsOf(suite))
            << attribute("skipped", suite.count(Outcome::Skipped));
     if (timings && suite.seconds) {
         std::ostringstream time;
@@ -291,27 +253,102 @@ void writeSuite(const Suite& suite, bool timings, std::ostream& stream) {
     stream << ">\n";
     writeProperties(suite, stream);
     for (const Case& one : suite.cases) {
-        writeCase(suite, one, stream);
+        writeCase(one, stream);
     }
     stream << "  </testsuite>\n";
+    return stream.str();
+}
+
+std::string named(std::string_view text, const std::string& name) {
+    const std::string value = xmlText(name);
+    std::string result;
+    for (const char c : text) {
+        if (c == kNamePlace) {
+            result += value;
+        } else {
+            result += c;
+        }
+    }
+    return result;
+}
+
+// Puts the texts of suites together out of the pieces of a spool.
+void forEachSuite(const Spool& spool, const std::function<void(const std::string& text)>& receive) {
+    std::string text;
+    spool.read([&](std::string_view piece) {
+        for (std::size_t end = piece.find(kSuiteEnd); end != std::string_view::npos;
+             end = piece.find(kSuiteEnd)) {
+            receive(text.append(piece.substr(0, end)));
+            text.clear();
+            piece.remove_prefix(end + 1);
+        }
+        text.append(piece);
+    });
 }
 
 }  // namespace
 
+void JunitCounts::add(const JunitCounts& suite, std::size_t times) {
+    tests += suite.tests * times;
+    failures += suite.failures * times;
+    errors += suite.errors * times;
+}
+
+// A package that was not judged has its verdict under the profiles that it should have been judged
+// under, where a server looks for it. They are known at the end.
+void JunitReport::add(const PackageReport& package) {
+    ++packages_[nameOf(package)];
+    for (const Judgement& judgement : package.judgements) {
+        addSuite(package, judgement, judgement.profile, &counts_);
+    }
+    if (!package.judged()) {
+        addSuite(package, {}, std::nullopt, &unjudged_);
+    }
+}
+
+void JunitReport::addSuite(const PackageReport& package, const Judgement& judgement,
+                           const std::optional<std::string>& profile, JunitCounts* counts) {
+    const Suite suite = suiteOf(package, judgement, style_.failOn);
+    counts->add(countsOf(suite));
+    names_.push_back({nameOf(package), package.arch, profile});
+    spool_.write(textOf(suite, style_.timings) + kSuiteEnd);
+}
+
+// Builds of one package for several architectures are told apart by these.
+std::vector<std::string> JunitReport::namesOf(const Name& name, const RunReport& run) const {
+    const bool isAlone = packages_.at(name.package) == 1;
+    const std::string arch = isAlone || name.arch.empty() ? std::string() : " " + name.arch;
+    if (name.profile) {
+        return {suiteName(name.package, *name.profile + arch)};
+    }
+    std::vector<std::string> names;
+    for (const ProfileRules& profile : run.provenance.profiles) {
+        names.push_back(suiteName(name.package, profile.name + arch));
+    }
+    return names;
+}
+
 // What stands here and what does not is what the schema of Jenkins' xUnit plugin allows: it knows
 // "skipped" for suites only.
-void finishJunit(const RunReport& run, const ReportStyle& style, std::ostream& stream) {
-    const std::vector<Suite> suites = suitesOf(run, style);
-    Counts counts;
-    for (const Suite& suite : suites) {
-        counts.add(suite);
+void JunitReport::finish(const RunReport& run,
+                         const std::function<void(std::string_view piece)>& receive) {
+    const Suite ofRun = suiteOfRun(run);
+    JunitCounts all = counts_;
+    all.add(unjudged_, run.provenance.profiles.size());
+    all.add(countsOf(ofRun));
+    receive("<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<testsuites" + attribute("name", kTool) +
+            attributes(all) + ">\n");
+    Numbering numbering;
+    auto next = names_.begin();
+    forEachSuite(spool_, [&](const std::string& text) {
+        for (const std::string& name : namesOf(*next++, run)) {
+            receive(named(text, numbering.numbered(name)));
+        }
+    });
+    if (!ofRun.cases.empty()) {
+        receive(named(textOf(ofRun, style_.timings), numbering.numbered(std::string(kRunSuite))));
     }
-    stream << "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<testsuites" << attribute("name", kTool)
-           << attributes(counts) << ">\n";
-    for (const Suite& suite : suites) {
-        writeSuite(suite, style.timings, stream);
-    }
-    stream << "</testsuites>\n";
+    receive("</testsuites>\n");
 }
 
 }  // namespace pkgvet::cli

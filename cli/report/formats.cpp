@@ -16,7 +16,7 @@ FormatSteps stepsOf(Format format) {
         case Format::Sarif:
             return {nullptr, finishSarif};
         case Format::Junit:
-            return {nullptr, finishJunit};
+            return {nullptr, nullptr};
         case Format::Github:
             return {nullptr, finishGithub};
         case Format::Gitlab:

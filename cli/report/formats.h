@@ -57,7 +57,8 @@ inline constexpr std::string_view kInterruptedText = "the run was interrupted";
 struct FormatSteps {
     // What a package adds as soon as it is judged; null where a report is written whole.
     void (*add)(const PackageReport& package, const ReportStyle& style, std::ostream& stream);
-    // What comes after the last package, or the whole report.
+    // What comes after the last package, or the whole report; null for JUnit, which JunitReport
+    // writes.
     void (*finish)(const RunReport& run, const ReportStyle& style, std::ostream& stream);
     // What stands ahead of the packages and depends on all of them; null for nothing.
     void (*head)(const RunReport& run, const ReportStyle& style, std::ostream& stream) = nullptr;
@@ -88,10 +89,6 @@ void finishJsonLines(const RunReport& run, const ReportStyle& style, std::ostrea
 // SARIF 2.1.0: one run with a result for each finding, as many as its readers take.
 // sarifDocuments() has the rest.
 void finishSarif(const RunReport& run, const ReportStyle& style, std::ostream& stream);
-
-// JUnit XML: a suite for each package and profile, with a case for the verdict and one for each
-// finding.
-void finishJunit(const RunReport& run, const ReportStyle& style, std::ostream& stream);
 
 // Workflow commands of GitHub, which it shows as annotations: one for each rule.
 void finishGithub(const RunReport& run, const ReportStyle& style, std::ostream& stream);

@@ -10,13 +10,20 @@ StreamedReport::StreamedReport(Format format, const ReportStyle& style)
     if (steps_.head != nullptr) {
         spool_.emplace();
     }
+    if (format == Format::Junit) {
+        junit_.emplace(style_);
+    }
 }
 
 bool StreamedReport::canWrite(Format format) {
-    return stepsOf(format).add != nullptr;
+    return format == Format::Junit || stepsOf(format).add != nullptr;
 }
 
 std::string StreamedReport::add(const PackageReport& package) {
+    if (junit_) {
+        junit_->add(package);
+        return std::string();
+    }
     std::ostringstream text;
     text << (isFirst_ ? std::string_view() : steps_.between);
     isFirst_ = false;
@@ -29,6 +36,10 @@ std::string StreamedReport::add(const PackageReport& package) {
 }
 
 void StreamedReport::finish(const RunReport& run, const Receiver& receive) {
+    if (junit_) {
+        junit_->finish(run, receive);
+        return;
+    }
     std::ostringstream text;
     if (spool_) {
         steps_.head(run, style_, text);

@@ -7,12 +7,13 @@
 #include <string_view>
 
 #include "cli/base/spool.h"
+#include "cli/report/format_junit.h"
 #include "cli/report/formats.h"
 
 namespace pkgvet::cli {
 
-// One report in a format that tells each package by itself. No package is kept: what has to wait
-// for the head of the report waits on disk.
+// One report in a format that tells each package by itself, or in JUnit XML. No package is kept:
+// what has to wait for the head of the report waits on disk.
 class StreamedReport {
 public:
     // Takes a piece of the report.
@@ -20,7 +21,7 @@ public:
 
     StreamedReport(Format format, const ReportStyle& style);
 
-    // Whether the format tells each package by itself. Without that, the report is of no use.
+    // Whether the format is such a one. Without that, the report is of no use.
     static bool canWrite(Format format);
 
     // What the package adds, as far as it can be written already.
@@ -32,6 +33,7 @@ private:
     FormatSteps steps_;
     ReportStyle style_;
     std::optional<Spool> spool_;
+    std::optional<JunitReport> junit_;
     bool isFirst_ = true;
 };
 

@@ -161,6 +161,27 @@ TEST(FormatJunit, BuildsOfOnePackageAreToldApart) {
     }
 }
 
+// More than stays in memory, and more than is read back at once.
+TEST(FormatJunit, SuitesKeepTheirNamesHoweverManyThereAre) {
+    constexpr std::size_t kPackages = 3000;
+    RunReport run;
+    run.provenance.profiles = {{"regular"}};
+    for (std::size_t i = 0; i < kPackages; ++i) {
+        run.packages.push_back(package({judgement(
+            {finding("a-rule", Severity::Error, std::string(2000, 'x') + std::to_string(i))})}));
+        run.packages.back().name = "org.example.app" + std::to_string(i);
+    }
+    const std::string text = junit(run);
+    EXPECT_NE(text.find("<testsuites name=\"pkgvet\" tests=\"6000\""), std::string::npos);
+    std::size_t at = 0;
+    for (std::size_t i = 0; i < kPackages && at != std::string::npos; ++i) {
+        at = text.find("<testsuite name=\"org.example.app" + std::to_string(i) + ".regular\"", at);
+        at = text.find("x" + std::to_string(i) + "</failure>", at);
+    }
+    EXPECT_NE(at, std::string::npos);
+    EXPECT_EQ(text.find_first_of("\1\2"), std::string::npos);
+}
+
 TEST(FormatJunit, WarningsFailWhereTheyCount) {
     Judgement result = judgement({finding("a-rule", Severity::Warning, "A")});
     EXPECT_EQ(junit(runOf({package({result})})).find("<failure"), std::string::npos);

@@ -47,11 +47,12 @@ TEST(Reports, PackagesAppearAsTheyAreJudged) {
     }
 }
 
-TEST(Reports, FormatsThatTellEachPackageByItselfNeedNoneOnceMore) {
+TEST(Reports, FormatsThatAreWrittenAsPackagesComeNeedNoneOnceMore) {
     const TemporaryDirectory directory;
     for (const Format format : kFormats) {
         const bool needsThem = format != Format::Text && format != Format::Concise &&
-                               format != Format::Json && format != Format::Jsonl;
+                               format != Format::Json && format != Format::Jsonl &&
+                               format != Format::Junit;
         std::ostringstream stream;
         EXPECT_EQ(Reports(format, {}, stream, {}).needsPackages(), needsThem);
         EXPECT_EQ(Reports(Format::Text, {}, stream, {{format, directory / "file"}}).needsPackages(),
