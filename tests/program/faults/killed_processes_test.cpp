@@ -2,8 +2,8 @@
 #include <gtest/gtest.h>
 #include <sys/syscall.h>
 
+#include <functional>
 #include <nlohmann/json.hpp>
-#include <utility>
 
 #include "tests/support/program/fault_run.h"
 
@@ -41,26 +41,32 @@ protected:
         });
     }
 
-    // The numbers of the template's calls behind the one that makes the first directory, up to that
-    // which waits for the next request.
-    static std::pair<std::size_t, std::size_t> callsThatStartTheJudge(FaultRun* faults) {
-        std::size_t calls = 0;
-        std::size_t first = 0;
-        std::size_t last = 0;
+    // Tells the template's calls behind the one that makes the first directory apart: 1 for the
+    // next, 0 for all before. How many those are depends on what else there is in /tmp.
+    static std::function<std::size_t(const SystemCall&)> callsOfTheStart(const FaultRun& faults) {
+        return [maker = faults.cast().maker, count = std::size_t{0},
+                isMaking = false](const SystemCall& call) mutable -> std::size_t {
+            if (call.process != maker) {
+                return 0;
+            }
+            count += isMaking ? 1 : 0;
+            isMaking = isMaking || nameOfDirectory(call).starts_with("/tmp/pkgvet.");
+            return count;
+        };
+    }
+
+    // The number of the call that waits for the next request; 0 where no directory is made.
+    static std::size_t lengthOfTheStart(FaultRun* faults) {
+        std::size_t length = 0;
+        const auto numberOf = callsOfTheStart(*faults);
         faults->watch([&](const SystemCall& call) {
-            if (call.process != faults->cast().maker) {
-                return Answer();
-            }
-            ++calls;
-            if (first == 0 && nameOfDirectory(call).starts_with("/tmp/pkgvet.")) {
-                first = calls;
-            }
-            if (first > 0 && last == 0 && call.number == SYS_recvmsg) {
-                last = calls;
+            const std::size_t number = numberOf(call);
+            if (length == 0 && call.number == SYS_recvmsg) {
+                length = number;
             }
             return Answer();
         });
-        return {first, last};
+        return length;
     }
 };
 
@@ -107,18 +113,18 @@ TEST_P(KilledProcess, TemplateCostsItsPackageOrNothing) {
 // All of it, from the call on that makes the first directory, until the judge is there.
 TEST_P(KilledProcess, RunLeavesNothingThatTheNextOneDoesNotKnow) {
     FaultRun faults(GetParam());
-    const auto [first, last] = callsThatStartTheJudge(&faults);
-    if (first == 0) {
+    const std::size_t length = lengthOfTheStart(&faults);
+    if (length == 0) {
         GTEST_SKIP() << "in namespaces no directory is made";
     }
-    EXPECT_GT(last, first + 5);
+    EXPECT_GT(length, 5U);
     std::size_t runsThatLeft = 0;
-    for (std::size_t number = first; number < last; ++number) {
+    for (std::size_t number = 1; number < length; ++number) {
         SCOPED_TRACE(number);
-        std::size_t count = 0;
         bool isKilled = false;
+        const auto numberOf = callsOfTheStart(faults);
         const TracedRun run = faults.run([&](const SystemCall& call) {
-            isKilled = isKilled || (call.process == faults.cast().maker && count++ == number);
+            isKilled = isKilled || numberOf(call) == number;
             // The program as well, before it does anything about it.
             return isKilled ? Answer{Answer::Kind::KillProcess} : Answer();
         });
