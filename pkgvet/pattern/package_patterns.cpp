@@ -16,9 +16,16 @@ namespace pkgvet {
 
 namespace {
 
-// What it costs to begin a match, which clears a mark of each state.
 constexpr std::size_t kStepsOfAMatch = 50;
 constexpr std::size_t kMarksOfAStep = 64;
+constexpr std::size_t kStepsOfAnAlternative = 20;
+
+// What a match costs beside the steps that it counts. It begins by clearing a mark of each state,
+// and may try each alternative at each place in the text, without a look at it.
+std::size_t uncountedSteps(const PatternShape& shape, std::size_t textSize) {
+    return kStepsOfAMatch + shape.states / kMarksOfAStep +
+           shape.alternatives * kStepsOfAnAlternative * (textSize + 1);
+}
 
 using Numbers = std::vector<std::size_t>;  // of texts
 
@@ -111,7 +118,7 @@ private:
             return;
         }
         for (std::size_t i = 0; i < texts_.size() && openCount_ > 0; ++i) {
-            if (isOpen_[i] && spend(kStepsOfAMatch + shape.states / kMarksOfAStep)) {
+            if (isOpen_[i] && spend(uncountedSteps(shape, texts_[i].size()))) {
                 tryOn(i, pattern);
             }
         }

@@ -126,6 +126,15 @@ TEST(PackagePatterns, ShapesOfPlainTextUseUpTheStepsOfTheList) {
     EXPECT_EQ(outcomes(patterns, texts), std::vector<Outcome>(texts.size()));
 }
 
+// At each place in a text, whether the engine gets there or not.
+TEST(PackagePatterns, AlternativesUseUpTheStepsOfTheList) {
+    const Strings texts = {std::string(1000, 'y')};
+    const Strings few = repeated(9, "z(" + std::string(1000, '|') + ")", "");
+    const Strings many = repeated(11, "z(" + std::string(1000, '|') + ")", "");
+    EXPECT_EQ(outcomes(few, texts), std::vector<Outcome>{Outcome()});
+    EXPECT_EQ(outcomes(many, texts), std::vector<Outcome>({Outcome{false, error_complexity}}));
+}
+
 TEST(PackagePatterns, AnswersAheadOfTheEndStay) {
     Strings patterns = repeated(1000, "[a-z]{9000}", "");
     patterns.insert(patterns.begin(), "found");
