@@ -4,6 +4,8 @@
 # commands of a row take turns and the least of their times counts, so that what else goes on on the
 # machine does not decide. Behind them comes the most memory that pkgvet's own processes took.
 #
+# A package that cannot be judged ends the benchmark.
+#
 # At the end, bare unpacking into memory with and without the guard in front of cpio, in turns, the
 # best of all of them. Then a check against the impact of a change of the rules, in turns.
 #
@@ -17,6 +19,7 @@ work=$(mktemp -d)
 memory=$(mktemp -d -p /dev/shm 2>/dev/null || mktemp -d)
 trap 'rm -rf "$work" "$memory"' EXIT
 export LC_ALL=C
+exec 3>&2
 
 # make NAME FILES BYTES-OF-EACH COMPRESSION: a package with files of random bytes, half of which repeat.
 make() {
@@ -61,16 +64,34 @@ unpack() { # DIRECTORY PACKAGE
     rm -rf "$1/tree"
 }
 
-# Hundredths of a millisecond that the command takes.
-duration() {
-    local begin
-    begin=$(date +%s%N)
-    "$@" >/dev/null 2>&1 || true
-    echo $((($(date +%s%N) - begin) / 10000))
+# Runs the program, whatever the verdict. What could not be judged would only look fast.
+run() { # ARGUMENT...
+    local status=0
+    "$program" "$@" >"$work/log" 2>&1 || status=$?
+    if [ "$status" -gt 1 ]; then
+        cat "$work/log" >&3
+        echo "judging_bench: nothing was judged, status $status: pkgvet $*" >&3
+        exit 1
+    fi
+}
+
+judge() { # ARGUMENT...
+    run check -q "$@"
 }
 
 lesser() { # A B
     echo $(($1 < $2 ? $1 : $2))
+}
+
+# Lessens the variable to the hundredths of a millisecond that the command takes.
+least() { # VARIABLE COMMAND...
+    local -n best=$1
+    local begin end
+    shift
+    begin=$(date +%s%N)
+    "$@" >/dev/null 2>&1
+    end=$(date +%s%N)
+    best=$(lesser "$best" $(((end - begin) / 10000)))
 }
 
 row() { # NAME PACKAGES MEMORY DISK CHECK
@@ -82,9 +103,9 @@ row() { # NAME PACKAGES MEMORY DISK CHECK
 measure() { # NAME
     local package=$work/$1.rpm in_memory=999999999 on_disk=999999999 check=999999999 i
     for ((i = 0; i < runs; ++i)); do
-        in_memory=$(lesser "$in_memory" "$(duration unpack "$memory" "$package")")
-        on_disk=$(lesser "$on_disk" "$(duration unpack "$work" "$package")")
-        check=$(lesser "$check" "$(duration "$program" check -q "$package")")
+        least in_memory unpack "$memory" "$package"
+        least on_disk unpack "$work" "$package"
+        least check judge "$package"
     done
     row "$1" 1 "$in_memory" "$on_disk" "$check"
 }
@@ -141,16 +162,32 @@ unpack_all() {
         unpack "$1" "$package"
     done
 }
-in_memory=$(duration unpack_all "$memory")
-on_disk=$(duration unpack_all "$work")
-for jobs in 1 2; do
-    row "300 tiny, --jobs $jobs" 300 "$in_memory" "$on_disk" \
-        "$(duration "$program" check -q --jobs "$jobs" "$work/batch")"
-    in_memory=$(lesser "$in_memory" "$(duration unpack_all "$memory")")
+confined() { # COMMAND...
+    (taskset -cp 0 $BASHPID && "$@")
+}
+lint() { # PACKAGE
+    rpmlint "$1" || true
+}
+alone=999999999 in_memory=999999999 on_disk=999999999 one=999999999 two=999999999
+for ((i = 0; i < 2; ++i)); do
+    least in_memory unpack_all "$memory"
+    least on_disk unpack_all "$work"
+    least one judge --jobs 1 "$work/batch"
+    least two judge --jobs 2 "$work/batch"
+    least alone confined judge --jobs 1 "$work/batch"
 done
+row "300 tiny, --jobs 1" 300 "$in_memory" "$on_disk" "$one"
+row "300 tiny, --jobs 2" 300 "$in_memory" "$on_disk" "$two"
+row "300 tiny, one processor" 300 "$in_memory" "$on_disk" "$alone"
+# One job uses more than one processor: its tools work side by side.
+awk -v one="$one" -v two="$two" -v alone="$alone" 'BEGIN {
+    printf "two jobs judge %.2f times as fast as one, and %.2f times as fast as one on one processor\n",
+           one / two, alone / two }'
 if command -v rpmlint >/dev/null; then
-    row "tiny-gzip with rpmlint" 1 "$(duration unpack "$memory" "$work/tiny-gzip.rpm")" 0 \
-        "$(duration rpmlint "$work/tiny-gzip.rpm")"
+    in_memory=999999999 lint=999999999
+    least in_memory unpack "$memory" "$work/tiny-gzip.rpm"
+    least lint lint "$work/tiny-gzip.rpm"
+    row "tiny-gzip with rpmlint" 1 "$in_memory" 0 "$lint"
 fi
 printf '%-28s %10s MiB\n' "memory, big-zstd" "$(most_memory "$work/big-zstd.rpm")"
 
@@ -194,16 +231,14 @@ sed "s|$regular/libraries.json|$work/rules/libraries.json|; s|$regular/paths.jso
 against() { # NAME PACKAGES PATH
     local check=1000000000 impact=1000000000 i
     for ((i = 0; i < runs; ++i)); do
-        check=$(lesser "$check" "$(duration "$program" check -q "$3")")
-        impact=$(lesser "$impact" "$(duration "$program" impact --old "$rules" \
-            --new "$work/rules/pkgvet.json" "$3")")
+        least check judge "$3"
+        least impact run impact --old "$rules" --new "$work/rules/pkgvet.json" "$3"
     done
     awk -v name="$1" -v n="$2" -v check="$check" -v impact="$impact" 'BEGIN {
         printf "%-28s %10.2f %10.2f %21.2f\n", name, check / 100 / n, impact / 100 / n,
                impact / check }'
 }
 
-"$program" impact --old "$rules" --new "$work/rules/pkgvet.json" "$work/tiny-gzip.rpm" >/dev/null
 printf '%-28s %10s %10s %21s\n' "ms for a package" "check" "impact" "ratio"
 for package in tiny-gzip medium-gzip many-gzip big-zstd; do
     against "$package" 1 "$work/$package.rpm"
