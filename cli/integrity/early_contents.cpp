@@ -9,8 +9,10 @@
 
 #include <cerrno>
 #include <chrono>
-#include <optional>
+#include <string_view>
 #include <utility>
+
+#include "pkgvet/files/hardcoded_path_search.h"
 
 namespace pkgvet::cli {
 
@@ -64,6 +66,9 @@ void EarlyContents::read(const HeaderFiles& list, const std::string& root) {
         while (step == Step::Wait && stopped_.wait_for(kPause) != std::future_status::ready) {
             step = look(directory, file.path, &reader, &reading);
         }
+        if (step == Step::Done) {
+            indexes_[reading.status.st_ino] = readings_.size() - 1;
+        }
         if (isStopped()) {
             return;
         }
@@ -84,13 +89,22 @@ EarlyContents::Step EarlyContents::look(const Descriptor& root, const std::strin
     if (!isAtRest(reading->status)) {
         return Step::Wait;
     }
-    std::optional<FileContent> content = reader->read(file, [this] { return isStopped(); });
+    reading->isDone = readWhole(file, reader, reading);
+    return reading->isDone ? Step::Done : Step::Skip;
+}
+
+bool EarlyContents::readWhole(const Descriptor& file, ContentReader* reader,
+                              Reading* reading) const {
+    HardcodedPathSearch search;
+    std::optional<FileContent> content = reader->read(file, [&](std::string_view piece) {
+        reading->holdsHardcodedPath = reading->holdsHardcodedPath || search.feed(piece);
+        return !isStopped();
+    });
     if (!content || content->error != 0) {
-        return Step::Skip;
+        return false;
     }
     reading->content = std::move(*content);
-    reading->isDone = true;
-    return Step::Done;
+    return true;
 }
 
 void EarlyContents::stop() {
@@ -109,6 +123,14 @@ const FileContent* EarlyContents::find(std::size_t index, const struct stat& sta
     }
     const Reading& reading = readings_[index];
     return reading.isDone && isSameState(reading.status, status) ? &reading.content : nullptr;
+}
+
+std::optional<bool> EarlyContents::holdsHardcodedPath(const struct stat& status) const {
+    const auto found = indexes_.find(status.st_ino);
+    if (found == indexes_.end() || !isSameState(readings_[found->second].status, status)) {
+        return std::nullopt;
+    }
+    return readings_[found->second].holdsHardcodedPath;
 }
 
 }  // namespace pkgvet::cli

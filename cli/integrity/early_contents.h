@@ -4,7 +4,9 @@
 #include <sys/stat.h>
 
 #include <future>
+#include <optional>
 #include <string>
+#include <unordered_map>
 #include <vector>
 
 #include "cli/integrity/file_content.h"
@@ -30,6 +32,10 @@ public:
     // unpacking; null when it was not read or has changed since.
     const FileContent* find(std::size_t index, const struct stat& status) const;
 
+    // The same for the file that status describes, whatever its path: whether its text holds the
+    // home directory of the platform's default user.
+    std::optional<bool> holdsHardcodedPath(const struct stat& status) const;
+
 private:
     enum class Step { Done, Wait, Skip };
 
@@ -37,13 +43,16 @@ private:
         bool isDone = false;
         struct stat status = {};  // ahead of reading
         FileContent content = {};
+        bool holdsHardcodedPath = false;
     };
 
     Step look(const Descriptor& root, const std::string& path, ContentReader* reader,
               Reading* reading) const;
+    bool readWhole(const Descriptor& file, ContentReader* reader, Reading* reading) const;
     bool isStopped() const;
 
     std::vector<Reading> readings_;  // of the files in the order of the header, as far as it got
+    std::unordered_map<ino_t, std::size_t> indexes_;  // of readings that are done
     std::promise<void> stop_;
     std::future<void> stopped_ = stop_.get_future();
     bool isStopAsked_ = false;  // of the thread that stops

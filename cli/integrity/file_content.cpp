@@ -39,24 +39,23 @@ FileContent ContentReader::read(const std::string& path) {
         content.error = errno;
         return content;
     }
-    return *read(file, [] { return false; });
+    return *read(file, [](std::string_view) { return true; });
 }
 
-std::optional<FileContent> ContentReader::read(const Descriptor& file,
-                                               const std::function<bool()>& isStopped) {
+std::optional<FileContent> ContentReader::read(const Descriptor& file, const PieceUse& use) {
     FileContent content;
     Checksum checksum(algorithm_);
     // Less than a whole piece is the last one, so that most files are read by one call.
     auto size = static_cast<ssize_t>(kPieceSize);
     while (size == static_cast<ssize_t>(kPieceSize)) {
-        if (isStopped()) {
-            return std::nullopt;
-        }
         size = readPiece(file, piece_.get());
         const std::string_view bytes(piece_.get(), static_cast<std::size_t>(size < 0 ? 0 : size));
         checksum.add(bytes);
         content.holdsNul =
             content.holdsNul || std::memchr(bytes.data(), 0, bytes.size()) != nullptr;
+        if (!use(bytes)) {
+            return std::nullopt;
+        }
     }
     content.error = size < 0 ? errno : 0;
     content.digest = checksum.finish();

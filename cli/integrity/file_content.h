@@ -5,6 +5,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 
 #include "pkgvet/base/descriptor.h"
 
@@ -28,9 +29,11 @@ public:
     // read.
     FileContent read(const std::string& path);
 
-    // Reads a file from where it stands to its end. Nothing when it was stopped, which is looked
-    // for between two pieces.
-    std::optional<FileContent> read(const Descriptor& file, const std::function<bool()>& isStopped);
+    // Takes a piece of a file, and says whether to go on behind it.
+    using PieceUse = std::function<bool(std::string_view piece)>;
+
+    // Reads a file from where it stands to its end. Nothing when it was not to go on.
+    std::optional<FileContent> read(const Descriptor& file, const PieceUse& use);
 
 private:
     int algorithm_;

@@ -1,6 +1,8 @@
 // The program's own rules on one package.
 #pragma once
 
+#include <sys/stat.h>
+
 #include <future>
 #include <optional>
 #include <string>
@@ -39,6 +41,11 @@ public:
 
     // The payload is unpacked.
     void awaitVerification();
+    // What is known by then: whether the text of the file that status describes holds the home
+    // directory of the platform's default user.
+    std::optional<bool> holdsHardcodedPath(const struct stat& status) const {
+        return early_.holdsHardcodedPath(status);
+    }
     // Nothing below root changes any more. Without this call the rules on the payload do not run.
     void compareTree();
     // What went wrong in comparing is thrown here, or by findings().

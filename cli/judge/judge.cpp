@@ -51,10 +51,9 @@ std::string unreadable(const std::string& message, const std::string& path) {
 // one tree, which the first of them to be destroyed would remove: none ever is, since the whole
 // world ends sooner.
 void judgeContent(const std::vector<Configuration>& configurations, const RpmMeta& meta,
-                  ContentValidator* unpacked, FindingList* findings, PackageReport* report) {
-    unpacked->rememberFiles(meta);
+                  const ContentValidator& unpacked, FindingList* findings, PackageReport* report) {
     for (const Configuration& configuration : configurations) {
-        auto* const validator = new ContentValidator(*unpacked);
+        auto* const validator = new ContentValidator(unpacked);
         Judgement judgement;
         judgement.profile = configuration.name();
         judgement.metaAccepted = MetaValidator().validateMeta(configuration, meta);
@@ -71,11 +70,14 @@ void judgePayload(const std::vector<Configuration>& configurations, const RpmMet
                   ContentValidator* unpacked, IntegrityCheck* check, FindingList* findings,
                   PackageReport* report) {
     if (check == nullptr) {
-        return judgeContent(configurations, meta, unpacked, findings, report);
+        unpacked->rememberFiles(meta);
+        return judgeContent(configurations, meta, *unpacked, findings, report);
     }
     check->compareTree();
     try {
-        judgeContent(configurations, meta, unpacked, findings, report);
+        unpacked->rememberFiles(
+            meta, [check](const struct stat& status) { return check->holdsHardcodedPath(status); });
+        judgeContent(configurations, meta, *unpacked, findings, report);
     } catch (const std::exception&) {
         check->awaitComparison();
         throw;

@@ -19,10 +19,13 @@ class ModeLookup {
 public:
     explicit ModeLookup(const std::string& root) : root_(root) {}
 
-    mode_t modeOf(const std::string& path) {
+    struct stat statusOf(const std::string& path) {
         file_.assign(root_).append(path);
         struct stat status {};
-        return look(&status) == 0 ? status.st_mode : 0;
+        if (look(&status) != 0) {
+            status = {};
+        }
+        return status;
     }
 
 private:
@@ -53,12 +56,15 @@ private:
 
 }  // namespace
 
-std::vector<mode_t> readModes(const std::string& root, const std::vector<std::string>& paths) {
+std::vector<mode_t> readModes(const std::string& root, const std::vector<std::string>& paths,
+                              const std::function<void(const struct stat&)>& see) {
     std::vector<mode_t> modes;
     modes.reserve(paths.size());
     ModeLookup lookup(root);
     for (const std::string& path : paths) {
-        modes.push_back(lookup.modeOf(path));
+        const struct stat status = lookup.statusOf(path);
+        modes.push_back(status.st_mode);
+        see(status);
     }
     return modes;
 }

@@ -40,9 +40,12 @@ std::string makeTemporaryDirectory() {
     }
 }
 
-std::shared_ptr<PayloadFacts> factsOf(const RpmMeta& meta, const std::string& tempDir) {
+std::shared_ptr<PayloadFacts> factsOf(const RpmMeta& meta, const std::string& tempDir,
+                                      const ContentValidator::KnownText& known) {
     auto facts = std::make_shared<PayloadFacts>();
-    facts->modes = pkgvet::readModes(tempDir, meta.paths());
+    facts->modes = pkgvet::readModes(tempDir, meta.paths(), [&](const struct stat& status) {
+        facts->knownTexts.push_back(known ? known(status) : std::nullopt);
+    });
     return facts;
 }
 
@@ -51,7 +54,7 @@ class SharedFacts {
 public:
     SharedFacts(const RpmMeta& meta, ContentValidatorPrivate* record) : record_(*record) {
         record_.facts =
-            record_.rememberedFacts ? record_.rememberedFacts : factsOf(meta, record_.tempDir);
+            record_.rememberedFacts ? record_.rememberedFacts : factsOf(meta, record_.tempDir, {});
     }
     SharedFacts(const SharedFacts&) = delete;
     SharedFacts(SharedFacts&&) = delete;
@@ -100,8 +103,8 @@ bool ContentValidator::extracted() const {
     return !d_ptr->tempDir.empty();
 }
 
-void ContentValidator::rememberFiles(const RpmMeta& meta) {
-    d_ptr->rememberedFacts = factsOf(meta, d_ptr->tempDir);
+void ContentValidator::rememberFiles(const RpmMeta& meta, const KnownText& known) {
+    d_ptr->rememberedFacts = factsOf(meta, d_ptr->tempDir, known);
 }
 
 // Rules pass results on through the record, so that their order is part of the verdict.

@@ -1,7 +1,11 @@
 // The rules on what a package installs.
 #pragma once
 
+#include <sys/stat.h>
+
+#include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 #include <unordered_set>
 #include <utility>
@@ -62,7 +66,13 @@ public:
     // judged with. Whatever does not depend on a configuration is then looked up once for this
     // object and for all copies that are made of it later, however often validateContent runs. Such
     // objects belong to one thread together. No line and no verdict becomes another.
-    void rememberFiles(const RpmMeta& meta);
+    //
+    // Who has read files of the payload already may spare the rules from reading them again: known
+    // says whether the text of the file that status describes holds the home directory of the
+    // platform's default user, as the rules on paths in files see it, and nothing where that is not
+    // known. It is called for files that can be reached now, while this call lasts.
+    using KnownText = std::function<std::optional<bool>(const struct stat& status)>;
+    void rememberFiles(const RpmMeta& meta, const KnownText& known = nullptr);
 
     // Runs every rule and gives the verdict: with validation enabled, no rule was violated; with it
     // disabled, no file has a setuid, setgid or sticky bit.

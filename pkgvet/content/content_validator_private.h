@@ -17,6 +17,8 @@
 // What rules ask of the files of a package whatever the configuration.
 struct PayloadFacts {
     std::vector<mode_t> modes;
+    // Whether the file of each path holds a hard-coded path, as far as the caller knew.
+    std::vector<std::optional<bool>> knownTexts;
     std::optional<std::vector<std::string>> hardcodedPaths;  // once a rule has asked
 };
 

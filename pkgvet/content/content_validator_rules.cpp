@@ -129,8 +129,8 @@ void ContentValidator::checkSandboxing(const RpmMeta& rpm, const std::string& te
     PayloadFacts own;
     PayloadFacts& facts = d_ptr->facts ? *d_ptr->facts : own;
     if (!facts.hardcodedPaths) {
-        facts.hardcodedPaths =
-            pkgvet::findHardcodedPaths(rpm.paths(), modesOf(rpm, tempDir, *d_ptr), tempDir);
+        facts.hardcodedPaths = pkgvet::findHardcodedPaths(
+            rpm.paths(), modesOf(rpm, tempDir, *d_ptr), tempDir, facts.knownTexts);
     }
     pkgvet::checkSandboxing(*facts.hardcodedPaths, &d_ptr->findings);
 }

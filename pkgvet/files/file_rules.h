@@ -3,6 +3,7 @@
 
 #include <sys/types.h>
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -31,10 +32,12 @@ void checkIcons(const std::string& packageName, const std::vector<std::string>& 
                 const Configuration& configuration, const std::string& tempDir, Findings* findings);
 
 // Which of paths are files that hold the home directory of the platform's default user. No rule of
-// a tree bears on that.
+// a tree bears on that. known says of each path whether its file does, as far as that is known; an
+// empty list says nothing.
 std::vector<std::string> findHardcodedPaths(const std::vector<std::string>& paths,
                                             const std::vector<mode_t>& modes,
-                                            const std::string& tempDir);
+                                            const std::string& tempDir,
+                                            const std::vector<std::optional<bool>>& known = {});
 
 // No file may hold that directory, as those that were found do.
 void checkSandboxing(const std::vector<std::string>& hardcodedPaths, Findings* findings);

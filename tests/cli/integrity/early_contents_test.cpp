@@ -10,6 +10,7 @@
 #include <filesystem>
 #include <functional>
 #include <future>
+#include <optional>
 
 #include "tests/support/base/temporary_directory.h"
 #include "tests/support/package/rpm_file.h"
@@ -55,6 +56,25 @@ TEST_F(EarlyContentsTest, FilesAreKnownByTheirNumbers) {
     EXPECT_EQ(digestOfFile(early, 0), digestOf(PGPHASHALGO_SHA256, "first"));
     EXPECT_EQ(digestOfFile(early, 1), "?");
     EXPECT_EQ(digestOfFile(early, 2), digestOf(PGPHASHALGO_SHA256, std::string(1'000'000, '\0')));
+}
+
+TEST_F(EarlyContentsTest, HardcodedPathsAreKnownByTheFile) {
+    const std::string hit = add("/hit", std::string(200000, 'x') + "/home/defaultuser");
+    const std::string none = add("/none", "text");
+    const std::string changed = add("/changed", "text");
+    const std::string unread = root_.write("unread", "text");
+    EarlyContents early;
+    early.read(list_, root_.path());
+    writeFile(changed, "/home/defaultuser");
+    const auto answer = [&early](const std::string& path) {
+        struct stat status {};
+        stat(path.c_str(), &status);
+        return early.holdsHardcodedPath(status);
+    };
+    EXPECT_EQ(answer(hit), true);
+    EXPECT_EQ(answer(none), false);
+    EXPECT_EQ(answer(changed), std::nullopt);
+    EXPECT_EQ(answer(unread), std::nullopt);
 }
 
 TEST_F(EarlyContentsTest, WhatHasChangedSinceIsNotKnown) {

@@ -26,6 +26,15 @@ TEST(FileModes, GoWithThePathsAndFollowLinks) {
               expected);
 }
 
+TEST(FileModes, CallersSeeAllThatIsKnownOfEachPath) {
+    const TemporaryDirectory root;
+    root.write("file", "text");
+    std::vector<off_t> sizes;
+    pkgvet::readModes(root.path(), {"/missing", "/file"},
+                      [&sizes](const struct stat& status) { sizes.push_back(status.st_size); });
+    EXPECT_EQ(sizes, (std::vector<off_t>{0, 4}));
+}
+
 TEST(FileModes, RootIsPutInFrontAsItIs) {
     const TemporaryDirectory root;
     chmod(root.write("file", "x").c_str(), 0644);

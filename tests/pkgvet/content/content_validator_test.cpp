@@ -339,7 +339,9 @@ class ChangedPackage {
 public:
     ChangedPackage() : source_(package_.unpack()) {}
 
-    void remember() { source_->rememberFiles(package_.meta()); }
+    void remember(const ContentValidator::KnownText& known = nullptr) {
+        source_->rememberFiles(package_.meta(), known);
+    }
 
     // The first copy to be destroyed would remove the tree.
     Strings linesOfACopy(const Configuration& rules) {
@@ -368,6 +370,19 @@ TEST_F(Verdict, CopiesOfWhatRemembersItsFilesLookAtThemOnce) {
                            errorLine(std::string("[") + kChangedPath + "] Hardcoded path found")));
     package.change();
     EXPECT_EQ(package.linesOfACopy(rules), first);
+}
+
+TEST_F(Verdict, WhatTheCallerKnowsOfAFileIsNotLookedFor) {
+    ChangedPackage package;
+    const Configuration rules = load(tree_);
+    const Strings lines = package.linesOfACopy(rules);
+    package.remember([](const struct stat& status) {
+        return status.st_size == 17 ? std::optional(false) : std::nullopt;
+    });
+    Strings others = lines;
+    std::erase(others, errorLine(std::string("[") + kChangedPath + "] Hardcoded path found"));
+    EXPECT_LT(others.size(), lines.size());
+    EXPECT_EQ(package.linesOfACopy(rules), others);
 }
 
 TEST_F(Verdict, OtherCopiesLookAtFilesAnew) {

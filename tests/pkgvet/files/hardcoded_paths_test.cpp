@@ -90,6 +90,19 @@ TEST_F(Sandboxing, LinesAreInTheOrderOfThePathsHoweverManyThereAre) {
     EXPECT_EQ(check(paths).lines, expected);
 }
 
+TEST_F(Sandboxing, WhatIsKnownOfAFileIsNotSearchedFor) {
+    const std::vector<std::string> paths = {"/hit", "/none", "/known", "/unknown", "/directory"};
+    for (const char* name : {"hit", "known", "unknown"}) {
+        root_.write(name, "/home/defaultuser");
+    }
+    root_.write("none", "text");
+    fs::create_directory(root_ / "directory");
+    const std::vector<mode_t> modes = pkgvet::readModes(root_.path(), paths);
+    EXPECT_THAT(pkgvet::findHardcodedPaths(paths, modes, root_.path(),
+                                           {true, true, false, std::nullopt, true}),
+                ElementsAre("/hit", "/none", "/unknown"));
+}
+
 TEST_F(Sandboxing, LinksAreFollowed) {
     root_.write("a/file", "/home/defaultuser");
     fs::create_symlink("a/file", root_ / "b");
