@@ -16,11 +16,6 @@ constexpr std::string_view kHomeDirectory = "/home/defaultuser";
 // Small enough to stay in the cache between reading and searching.
 constexpr std::uint64_t kPieceSize = std::uint64_t{256} << 10;
 
-// To start a thread takes as long as reading a tenth of it. To open a file takes as long as reading
-// so much of it.
-constexpr std::uint64_t kMuch = std::uint64_t{2} << 20;
-constexpr std::uint64_t kOpeningSize = std::uint64_t{16} << 10;
-
 // What formatted input of single characters skips.
 constexpr bool isWhiteSpace(char c) {
     return c == ' ' || (c >= '\t' && c <= '\r');
@@ -137,52 +132,16 @@ bool HardcodedPathSearch::feed(std::string_view piece) {
     return matched_ == kHomeDirectory.size();
 }
 
-std::vector<bool> HardcodedPathFinder::find(const std::vector<std::string>& files) {
-    files_ = &files;
-    answers_.assign(files.size(), nullptr);
-    std::future<void> helper;
-    searchRest(&helper);
-    if (helper.valid()) {
-        helper.get();
+bool HardcodedPathFinder::isIn(const std::string& path) {
+    OpenFile file = openFileSeenRegular(path);
+    if (!file.descriptor.isOpen()) {
+        return false;
     }
-    std::vector<bool> found;
-    for (const bool* const answer : answers_) {
-        found.push_back(answer != nullptr && *answer);
-    }
-    return found;
-}
-
-// Files are dealt out one by one, since one can be larger than all others together. Where no thread
-// is to be had, nothing is left for the helper.
-void HardcodedPathFinder::searchRest(std::future<void>* helper) {
-    std::string buffer;
-    std::uint64_t bytes = 0;
-    for (std::size_t i = next_++; i < files_->size(); i = next_++) {
-        OpenFile file = openFileSeenRegular((*files_)[i]);
-        if (!file.descriptor.isOpen()) {
-            continue;
-        }
-        bytes += kOpeningSize + file.size;
-        if (helper != nullptr && !helper->valid() && bytes >= kMuch) {
-            *helper = std::async(std::launch::async | std::launch::deferred,
-                                 [this] { searchRest(nullptr); });
-        }
-        search(i, std::move(file), &buffer);
-    }
-}
-
-void HardcodedPathFinder::search(std::size_t index, OpenFile file, std::string* buffer) {
-    bool* answer = nullptr;
-    bool isNew = false;
-    {
-        const std::lock_guard lock(mutex_);
-        const auto [place, inserted] = answersByFile_.try_emplace(file.identity, false);
-        answers_[index] = answer = &place->second;
-        isNew = inserted;
-    }
+    const auto [answer, isNew] = answers_.try_emplace(file.identity, false);
     if (isNew) {
-        *answer = holdsHomeDirectory(std::move(file), buffer);
+        answer->second = holdsHomeDirectory(std::move(file), &buffer_);
     }
+    return answer->second;
 }
 
 }  // namespace pkgvet

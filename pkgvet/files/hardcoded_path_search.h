@@ -1,15 +1,10 @@
 // The search for the home directory of the platform's default user in the text of a file.
 #pragma once
 
-#include <atomic>
 #include <cstddef>
-#include <cstdint>
-#include <future>
 #include <map>
-#include <mutex>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "pkgvet/base/regular_file.h"
 
@@ -30,24 +25,17 @@ private:
     std::size_t matched_ = 0;  // characters of the path that the text last held
 };
 
-// Searches the files of one package. Each is read once, whatever the number of its paths, and where
-// there is much to read, a second thread helps. An object is for one search.
+// Searches the files of one package. It reads each file once, whatever the number of its paths, and
+// keeps the buffer that it reads through.
 class HardcodedPathFinder {
 public:
-    // For each of the files, by its path on disk, whether its text holds the home directory. The
-    // paths were found to lead to regular files; what cannot be opened has no text.
-    std::vector<bool> find(const std::vector<std::string>& files);
+    // Whether the text of the file at path, on disk, holds the home directory. The path was found
+    // to lead to a regular file; what cannot be opened has no text.
+    bool isIn(const std::string& path);
 
 private:
-    void searchRest(std::future<void>* helper);
-    void search(std::size_t index, OpenFile file, std::string* buffer);
-
-    const std::vector<std::string>* files_ = nullptr;
-    std::atomic<std::size_t> next_ = 0;  // the first file that no thread has begun with
-    // Of each file, to be read once all are searched; null for what cannot be opened.
-    std::vector<const bool*> answers_;
-    std::mutex mutex_;  // of what follows
-    std::map<FileIdentity, bool> answersByFile_;
+    std::map<FileIdentity, bool> answers_;
+    std::string buffer_;
 };
 
 }  // namespace pkgvet

@@ -16,27 +16,11 @@ std::vector<std::string> findHardcodedPaths(const std::vector<std::string>& path
                                             const std::vector<mode_t>& modes,
                                             const std::string& tempDir,
                                             const std::vector<std::optional<bool>>& known) {
-    std::vector<bool> isHit(paths.size());
-    std::vector<std::size_t> unknown;
-    std::vector<std::string> files;
-    for (std::size_t i = 0; i < paths.size(); ++i) {
-        if (!S_ISREG(modes[i])) {
-            continue;
-        }
-        if (i < known.size() && known[i]) {
-            isHit[i] = *known[i];
-        } else {
-            unknown.push_back(i);
-            files.push_back(tempDir + paths[i]);
-        }
-    }
-    const std::vector<bool> answers = HardcodedPathFinder().find(files);
-    for (std::size_t i = 0; i < unknown.size(); ++i) {
-        isHit[unknown[i]] = answers[i];
-    }
+    HardcodedPathFinder finder;
     std::vector<std::string> found;
     for (std::size_t i = 0; i < paths.size(); ++i) {
-        if (isHit[i]) {
+        const bool isKnown = i < known.size() && known[i];
+        if (S_ISREG(modes[i]) && (isKnown ? *known[i] : finder.isIn(tempDir + paths[i]))) {
             found.push_back(paths[i]);
         }
     }

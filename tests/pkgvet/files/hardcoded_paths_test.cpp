@@ -74,7 +74,6 @@ TEST_F(Sandboxing, PathAcrossPiecesOfALargeFileIsFound) {
     }
 }
 
-// Those of a package with much to read are shared out among two threads.
 TEST_F(Sandboxing, LinesAreInTheOrderOfThePathsHoweverManyThereAre) {
     std::vector<std::string> paths;
     std::vector<std::string> expected;
