@@ -120,6 +120,15 @@ void noteWhenGiven(Option* option, std::vector<GivenOption>* given) {
     };
 }
 
+// What help says that holds without the option, such as "120"; nothing where it says nothing.
+std::optional<std::string> defaultIn(const std::string& help) {
+    const std::size_t begin = help.rfind('[');
+    if (begin == std::string::npos || !help.ends_with(']')) {
+        return std::nullopt;
+    }
+    return help.substr(begin + 1, help.size() - begin - 2);
+}
+
 std::vector<Option> allOptions(CheckOptions* options) {
     std::vector<Option> all;
     for (const std::vector<Option>& some :
@@ -128,7 +137,11 @@ std::vector<Option> allOptions(CheckOptions* options) {
                     policyOptions(&options->policy), reportOptions(&options->report)}) {
         all.insert(all.end(), some.begin(), some.end());
     }
+    options->defaults.clear();
     for (Option& option : all) {
+        if (std::optional<std::string> value = defaultIn(option.description)) {
+            options->defaults.push_back({option.names.back(), *std::move(value)});
+        }
         noteWhenGiven(&option, &options->given);
     }
     return all;

@@ -26,7 +26,8 @@ struct GivenOption {
 };
 
 struct CheckOptions {
-    std::vector<GivenOption> given;  // in their order
+    std::vector<GivenOption> given;     // in their order
+    std::vector<GivenOption> defaults;  // of options, in the words of their help
     SettingsOptions settings;
     InputOptions input;
     JudgingOptions judging;

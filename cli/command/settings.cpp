@@ -144,19 +144,34 @@ std::string projectLine(const Settings& settings) {
     return settings.projectFile.empty() ? kNone : printable(settings.projectFile);
 }
 
-// What the command line says beside the settings that a project file can make.
+std::string nameOf(const GivenOption& option) {
+    return option.name.substr(kLongPrefix.size());
+}
+
+bool isAmong(const std::vector<Setting>& settings, const std::string& name) {
+    return std::any_of(settings.begin(), settings.end(),
+                       [&name](const Setting& setting) { return setting.name == name; });
+}
+
+// What the command line says beside the settings that a project file can make, and what holds as it
+// says nothing.
 std::vector<Setting> otherSettings(const Settings& settings) {
     std::vector<Setting> others;
     for (const GivenOption& given : settings.options.given) {
-        const std::string name = given.name.substr(kLongPrefix.size());
+        const std::string name = nameOf(given);
         const auto isSame = [&name](const Setting& setting) { return setting.name == name; };
-        if (std::any_of(settings.all.begin(), settings.all.end(), isSame) || name == kShown) {
+        if (isAmong(settings.all, name) || name == kShown) {
             continue;
         }
         if (!given.addsUp) {
             std::erase_if(others, isSame);
         }
         others.push_back({name, given.argument.empty() ? kOn : given.argument, kCommandLine});
+    }
+    for (const GivenOption& option : settings.options.defaults) {
+        if (!isAmong(settings.all, nameOf(option)) && !isAmong(others, nameOf(option))) {
+            others.push_back({nameOf(option), option.argument, kDefault});
+        }
     }
     return others;
 }

@@ -30,8 +30,8 @@ std::vector<Option> settingsOptions(SettingsOptions* options);
 // still open. Everything that is wrong with the project file goes to faults.
 Settings settingsFor(const CheckOptions& given, std::vector<Fault>* faults);
 
-// A line for each setting that a project file can make, and for each other option of the command
-// line: "NAME: VALUE (ORIGIN)".
+// A line for each setting that a project file can make, for each other option of the command line,
+// and for each other default: "NAME: VALUE (ORIGIN)".
 void writeSettings(const Settings& settings, std::ostream& stream);
 
 }  // namespace pkgvet::cli

@@ -12,6 +12,7 @@
 namespace {
 
 using testing::HasSubstr;
+using testing::StartsWith;
 
 namespace fs = std::filesystem;
 
@@ -70,23 +71,36 @@ TEST_F(ProjectFileInUse, ShownSettingsSayWhereTheyComeFrom) {
     const ProgramResult result = checkIn("sub", {"--show-settings", "--fail-on", "warning"});
     EXPECT_EQ(result.status, 0);
     EXPECT_EQ(result.errors, "");
-    EXPECT_EQ(result.output,
-              "project file: " + file + "\nprofile: mdm (" + file +
-                  ":1:13)\nrules: the tree that comes with pkgvet (default)\n" +
-                  "waivers: " + project_ / "a.json" + " (" + file +
-                  ":2:13)\nwaivers: " + project_ / "b.json" + " (" + file +
-                  ":2:13)\nbaseline: none (default)\nfail-on: warning (command line)\n"
-                  "validation: off (command line)\n");
-    EXPECT_EQ(
+    EXPECT_THAT(result.output,
+                StartsWith("project file: " + file + "\nprofile: mdm (" + file +
+                           ":1:13)\nrules: the tree that comes with pkgvet (default)\n" +
+                           "waivers: " + project_ / "a.json" + " (" + file +
+                           ":2:13)\nwaivers: " + project_ / "b.json" + " (" + file +
+                           ":2:13)\nbaseline: none (default)\nfail-on: warning (command line)\n"
+                           "validation: off (command line)\njobs: the processors (default)\n"));
+    EXPECT_THAT(
         checkIn("sub", {"--show-settings", "--isolated", "-j", "2", "--jobs", "3", "-o", "json:a",
                         "-o", "text:b", "-q"})
             .output,
-        "project file: ignored (--isolated)\nprofile: regular (default)\n"
-        "rules: the tree that comes with pkgvet (default)\nwaivers: none (default)\n"
-        "baseline: none (default)\nfail-on: none (default)\n"
-        "isolated: on (command line)\nvalidation: off (command line)\njobs: 3 (command line)\n"
-        "output: json:a (command line)\noutput: text:b (command line)\n"
-        "quiet: on (command line)\n");
+        StartsWith(
+            "project file: ignored (--isolated)\nprofile: regular (default)\n"
+            "rules: the tree that comes with pkgvet (default)\nwaivers: none (default)\n"
+            "baseline: none (default)\nfail-on: none (default)\n"
+            "isolated: on (command line)\nvalidation: off (command line)\njobs: 3 (command line)\n"
+            "output: json:a (command line)\noutput: text:b (command line)\n"
+            "quiet: on (command line)\n"
+            "sandbox: auto (default)\nscratch: none: in memory (default)\ntimeout: 120 "
+            "(default)\n"));
+}
+
+TEST_F(ProjectFileInUse, DefaultsOfOtherOptionsAreShown) {
+    const std::string shown = checkIn("sub", {"--show-settings"}).output;
+    for (const std::string setting :
+         {"cpu-time: 60", "max-unpacked: 4G, or its share of half the memory", "memory: 2G",
+          "max-report: 64M", "integrity: on", "keyring: signatures do not count", "format: text",
+          "color: auto"}) {
+        EXPECT_THAT(shown, HasSubstr("\n" + setting + " (default)\n"));
+    }
 }
 
 TEST_F(ProjectFileInUse, OneThatMayNotBeUsedIsTold) {
