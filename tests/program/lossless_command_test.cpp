@@ -4,10 +4,10 @@
 #include <sys/stat.h>
 
 #include <filesystem>
+#include <memory>
 
-#include "tests/support/package/package_builder.h"
+#include "tests/support/program/one_package.h"
 #include "tests/support/program/program.h"
-#include "tests/support/rules/rule_tree.h"
 
 namespace {
 
@@ -18,21 +18,10 @@ namespace fs = std::filesystem;
 
 class LosslessCommand : public testing::Test {
 protected:
-    static void SetUpTestSuite() {
-        shared_ = new TemporaryDirectory;
-        rules_ = new std::string(RuleTree().write(*shared_));
-        package_ = new std::string(PackageBuilder("org.example.app")
-                                       .file("/usr/share/org.example.app/x", "x")
-                                       .build(*shared_));
-    }
+    static void SetUpTestSuite() { shared_ = std::make_unique<OnePackage>(); }
+    static void TearDownTestSuite() { shared_.reset(); }
 
-    static void TearDownTestSuite() {
-        delete package_;
-        delete rules_;
-        delete shared_;
-    }
-
-    void SetUp() override { fs::copy_file(*package_, app_); }
+    void SetUp() override { fs::copy_file(shared_->path, app_); }
 
     static ProgramResult check(const std::vector<std::string>& arguments) {
         std::vector<std::string> command = {"check", "--validation", "off", "--rules", rules()};
@@ -40,7 +29,7 @@ protected:
         return runPkgvet(command);
     }
 
-    static const std::string& rules() { return *rules_; }
+    static const std::string& rules() { return shared_->rules; }
 
     // Every file of the test before and after is the same.
     std::string content() const {
@@ -55,14 +44,8 @@ protected:
     const std::string app_ = own_ / "app.rpm";
 
 private:
-    static TemporaryDirectory* shared_;
-    static std::string* rules_;
-    static std::string* package_;
+    static inline std::unique_ptr<OnePackage> shared_;
 };
-
-TemporaryDirectory* LosslessCommand::shared_ = nullptr;
-std::string* LosslessCommand::rules_ = nullptr;
-std::string* LosslessCommand::package_ = nullptr;
 
 TEST_F(LosslessCommand, NoOutputTakesThePlaceOfWhatIsReadOrOfAnotherOutput) {
     const std::string waivers = own_.write("waivers.json", R"({"waivers": []})");

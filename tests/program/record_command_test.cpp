@@ -4,13 +4,14 @@
 
 #include <cstdlib>
 #include <filesystem>
+#include <memory>
 #include <nlohmann/json.hpp>
 
 #include "tests/support/base/source_tree.h"
 #include "tests/support/package/accepted_package.h"
 #include "tests/support/package/package_builder.h"
+#include "tests/support/program/one_package.h"
 #include "tests/support/program/program.h"
-#include "tests/support/rules/rule_tree.h"
 
 namespace {
 
@@ -21,22 +22,12 @@ using testing::StartsWith;
 
 class RecordCommand : public testing::Test {
 protected:
-    static void SetUpTestSuite() {
-        shared_ = new TemporaryDirectory;
-        rules_ = new std::string(RuleTree().write(*shared_));
-        package_ = new std::string(PackageBuilder("org.example.app")
-                                       .file("/usr/share/org.example.app/x", "x")
-                                       .build(*shared_));
-    }
-
-    static void TearDownTestSuite() {
-        delete package_;
-        delete rules_;
-        delete shared_;
-    }
+    static void SetUpTestSuite() { shared_ = std::make_unique<OnePackage>(); }
+    static void TearDownTestSuite() { shared_.reset(); }
 
     static ProgramResult run(const std::string& command, std::vector<std::string> arguments) {
-        arguments.insert(arguments.begin(), {command, "--validation", "on", "--rules", *rules_});
+        arguments.insert(arguments.begin(),
+                         {command, "--validation", "on", "--rules", shared_->rules});
         return runPkgvet(arguments);
     }
 
@@ -49,18 +40,16 @@ protected:
         return paths;
     }
 
-    static inline TemporaryDirectory* shared_ = nullptr;
-    static inline std::string* rules_ = nullptr;
-    static inline std::string* package_ = nullptr;
+    static inline std::unique_ptr<OnePackage> shared_;
     const TemporaryDirectory own_;
 };
 
 TEST_F(RecordCommand, EachPackageAndProfileHasAFileWithTheBytesOfItsLine) {
     const std::string copy = own_ / "copy.rpm";
-    fs::copy_file(*package_, copy);
+    fs::copy_file(shared_->path, copy);
     const ProgramResult result =
         run("check", {"--format", "in-toto", "-o", "in-toto:" + (own_ / "records"), "--profile",
-                      "regular", "--profile", "mdm", *package_, copy, rules_->c_str()});
+                      "regular", "--profile", "mdm", shared_->path, copy, shared_->rules});
     EXPECT_EQ(result.status, 3) << "the rule file is not a package";
     ASSERT_EQ(records().size(), 2U);
     EXPECT_THAT(result.output, testing::AnyOf(readFile(records()[0]) + readFile(records()[1]),
@@ -71,7 +60,7 @@ TEST_F(RecordCommand, EachPackageAndProfileHasAFileWithTheBytesOfItsLine) {
 
 TEST_F(RecordCommand, SameRulesGiveTheSameBytesAndReplaceThem) {
     const std::vector<std::string> arguments = {"-j", "2", "-o", "in-toto:" + (own_ / "records"),
-                                                *package_};
+                                                shared_->path};
     run("check", arguments);
     const std::string first = readFile(records().at(0));
     EXPECT_EQ(run("check", arguments).errors, "");
@@ -80,55 +69,55 @@ TEST_F(RecordCommand, SameRulesGiveTheSameBytesAndReplaceThem) {
 }
 
 TEST_F(RecordCommand, NothingButRecordsIsReplaced) {
-    run("check", {"-o", "in-toto:" + (own_ / "records"), *package_});
+    run("check", {"-o", "in-toto:" + (own_ / "records"), shared_->path});
     const std::string path = records().at(0);
     fs::remove(path);
-    fs::copy_file(*package_, path);
+    fs::copy_file(shared_->path, path);
     const ProgramResult result = run("check", {"-o", "in-toto:" + (own_ / "records"), path});
     EXPECT_EQ(result.status, 3);
     EXPECT_THAT(result.errors, HasSubstr("cannot write " + path + ": there is a file that is not"));
-    EXPECT_EQ(readFile(path), readFile(*package_));
-    EXPECT_EQ(run("check", {"-o", "in-toto:" + path, *package_}).status, 2);
-    EXPECT_EQ(
-        run("check", {"-o", "in-toto:" + (own_ / "a"), "-o", "in-toto:" + (own_ / "a"), *package_})
-            .status,
-        2);
+    EXPECT_EQ(readFile(path), readFile(shared_->path));
+    EXPECT_EQ(run("check", {"-o", "in-toto:" + path, shared_->path}).status, 2);
+    EXPECT_EQ(run("check",
+                  {"-o", "in-toto:" + (own_ / "a"), "-o", "in-toto:" + (own_ / "a"), shared_->path})
+                  .status,
+              2);
 }
 
 TEST_F(RecordCommand, RecordHoldsOrTheLineSaysInWhatItDiffers) {
-    run("check", {"-o", "in-toto:" + (own_ / "records"), *package_});
+    run("check", {"-o", "in-toto:" + (own_ / "records"), shared_->path});
     const std::string path = records().at(0);
-    const ProgramResult sound = run("verify", {path, *package_});
+    const ProgramResult sound = run("verify", {path, shared_->path});
     EXPECT_EQ(sound.status, 0) << sound.errors;
     EXPECT_EQ(sound.output, path + ": holds: org.example.app FAILED under regular\n");
 
     json record = json::parse(readFile(path));
     record["predicate"]["result"] = "PASSED";
     const std::string forged = own_.write("forged.json", record.dump());
-    const ProgramResult result = run("verify", {forged, *package_});
+    const ProgramResult result = run("verify", {forged, shared_->path});
     EXPECT_EQ(result.status, 1);
     EXPECT_EQ(result.output,
               forged + ": does not hold: result: PASSED in the record, FAILED here\n");
 
     const std::string other = PackageBuilder("org.example.other").build(own_);
     EXPECT_THAT(run("verify", {path, other}).output, HasSubstr("does not hold: subject: "));
-    const ProgramResult elsewhere = run("verify", {"--profile", "mdm", path, *package_});
+    const ProgramResult elsewhere = run("verify", {"--profile", "mdm", path, shared_->path});
     EXPECT_EQ(elsewhere.status, 1);
     EXPECT_THAT(elsewhere.output, HasSubstr("does not hold: configuration: rules profile regular"));
-    EXPECT_EQ(run("verify", {"--integrity", "off", path, *package_}).status, 1);
+    EXPECT_EQ(run("verify", {"--integrity", "off", path, shared_->path}).status, 1);
 }
 
 TEST_F(RecordCommand, WhatCannotBeCheckedIsToldApart) {
-    run("check", {"-o", "in-toto:" + (own_ / "records"), *package_});
+    run("check", {"-o", "in-toto:" + (own_ / "records"), shared_->path});
     const std::string path = records().at(0);
-    const ProgramResult noRecord = run("verify", {own_.write("r", "{}"), *package_});
+    const ProgramResult noRecord = run("verify", {own_.write("r", "{}"), shared_->path});
     EXPECT_EQ(noRecord.status, 3);
     EXPECT_EQ(noRecord.output, "");
     EXPECT_THAT(noRecord.errors, HasSubstr("\"subject\" is missing"));
-    EXPECT_EQ(run("verify", {own_ / "none", *package_}).status, 3);
+    EXPECT_EQ(run("verify", {own_ / "none", shared_->path}).status, 3);
     EXPECT_EQ(run("verify", {path, own_ / "none.rpm"}).status, 3);
     EXPECT_EQ(run("verify", {path}).status, 2);
-    EXPECT_EQ(runPkgvet({"verify", "--rules", own_ / "none.json", path, *package_}).status, 2);
+    EXPECT_EQ(runPkgvet({"verify", "--rules", own_ / "none.json", path, shared_->path}).status, 2);
 }
 
 // The commands of the manual work as they stand there.
