@@ -47,6 +47,19 @@ TEST(OutputFile, LeavesNothingWithoutCommit) {
     EXPECT_EQ(filesIn(directory), 0U);
 }
 
+TEST(OutputFile, LeavesNothingWhereItCannotTakeItsPlace) {
+    const TemporaryDirectory directory;
+    const std::string path = directory / "report";
+    {
+        OutputFile file(path);
+        file.write("whole");
+        std::filesystem::create_directory(path);
+        EXPECT_THROW(file.commit(), std::runtime_error);
+    }
+    EXPECT_EQ(filesIn(directory), 1U);
+    EXPECT_TRUE(std::filesystem::is_empty(path));
+}
+
 TEST(OutputFile, FileThatIsReplacedKeepsItsMode) {
     const TemporaryDirectory directory;
     const std::string path = directory.write("report", "former");

@@ -3,6 +3,7 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <signal.h>
 #include <sys/resource.h>
 #include <unistd.h>
 
@@ -93,6 +94,16 @@ TEST_F(PackageCopyTest, IsSummedUpWhereNoThreadIsToBeHad) {
         PackageCopy copy(package.get(), copy_, &sum);
         copy.finish();
         return sum == expected;
+    }));
+}
+
+TEST_F(PackageCopyTest, OneThatIsCutShortIsNone) {
+    const Descriptor package = opened(directory_.write("package", "abc"));
+    EXPECT_TRUE(holdsInChild([&] {
+        const struct rlimit little { 2, 2 };
+        signal(SIGXFSZ, SIG_IGN);
+        setrlimit(RLIMIT_FSIZE, &little);
+        return complaint(package, copy_) == "cannot copy the package: File too large";
     }));
 }
 

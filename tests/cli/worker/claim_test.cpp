@@ -136,13 +136,17 @@ TEST_F(ClaimTest, WhatIsNotCertainlyARunsStays) {
     ASSERT_EQ(chmod(writable.c_str(), 0777), 0);
     const std::string forged = make("pkgvet.forged");
     parent_.write("pkgvet.forged/.pkgvet", "something else\n");
+    const std::string writableMark = make("pkgvet.wrmark");
+    claimAndDie(writableMark);
+    ASSERT_EQ(chmod((writableMark + "/.pkgvet").c_str(), 0666), 0);
     const std::string target = make("target");
     claimAndDie(target);
     fs::create_symlink(target, parent_ / "pkgvet.linked");
     const std::string linkedMark = make("pkgvet.lnkmrk");
     fs::create_symlink(target + "/.pkgvet", linkedMark + "/.pkgvet");
     clearAbandoned(parent_.path());
-    for (const std::string& path : {unmarked, otherName, writable, forged, target, linkedMark}) {
+    for (const std::string& path :
+         {unmarked, otherName, writable, forged, writableMark, target, linkedMark}) {
         EXPECT_TRUE(fs::exists(path + "/unpacked/file")) << path;
     }
 }

@@ -147,6 +147,12 @@ TEST(Wire, FindingOfARuleThatIsNotThereIsRefused) {
     }
 }
 
+TEST(Wire, SeverityThatIsNotThereIsRefused) {
+    PackageReport report = sample();
+    report.judgements[1].findings[0].severity = static_cast<Severity>(4);
+    EXPECT_FALSE(heard(reportMessage(report, kMostBytes)));
+}
+
 TEST(Wire, LongCauseIsCut) {
     PackageReport report;
     report.causeCode = CauseCode::Crashed;
