@@ -29,6 +29,8 @@ constexpr int kFailed = 1;
 constexpr std::string_view kName = "pkgvet's guard in front of cpio: ";
 
 constexpr std::size_t kPieceSize = std::size_t{64} << 10;
+// The kernel grants each user 64 MiB of larger pipes, which is enough for as many judges at once.
+constexpr int kPipeSize = 1 << 20;
 // Below it, reading and writing is as fast as moving pages from pipe to pipe.
 constexpr std::uint64_t kLeastSplice = std::uint64_t{8} << 10;
 // Behind a large file another one is likely, whose data is not to be read along with its entry.
@@ -141,6 +143,12 @@ GuardNote passOn(ArchiveGuard* guard, const CpioProcess& cpio) {
     return guard->finish();
 }
 
+// So that rpm2cpio seldom waits for cpio, or cpio for it. Where no more is to be had, the pipe
+// stays as it is.
+void widenInput() {
+    fcntl(STDIN_FILENO, F_SETPIPE_SZ, kPipeSize);
+}
+
 GuardNote passOnWithinMemory(GuardOrders orders, const CpioProcess& cpio) {
     try {
         ArchiveGuard guard(std::move(orders));
@@ -153,6 +161,7 @@ GuardNote passOnWithinMemory(GuardOrders orders, const CpioProcess& cpio) {
 // The status of cpio, but never success unless all of the archive was regular.
 int run(char* const* arguments) {
     signal(SIGPIPE, SIG_IGN);
+    widenInput();
     GuardOrders orders = readOrders();
     const NoteFile file(placeIn(kGuardNoteVariable));
     CpioProcess cpio(arguments);

@@ -1,12 +1,16 @@
 // The guard as a program, in front of the real cpio.
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <unistd.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <limits>
 
 #include "cli/guard/guard_note.h"
 #include "cli/worker/guard_program.h"
+#include "pkgvet/base/descriptor.h"
 #include "tests/support/base/temporary_directory.h"
 #include "tests/support/package/cpio_archive.h"
 #include "tests/support/package/package_builder.h"
@@ -114,6 +118,23 @@ TEST_F(GuardMain, ArchivesOfCpioUnpackAsWithoutIt) {
     compare("cat " + archive);
     compare("cat <" + archive);
     compare("dd bs=7001 status=none if=" + archive);
+}
+
+// As far as the machine allows.
+TEST_F(GuardMain, PipeInFrontOfItIsWidened) {
+    int ends[2];
+    ASSERT_EQ(pipe2(ends, O_CLOEXEC), 0);
+    const pkgvet::Descriptor reading(ends[0]);
+    pkgvet::Descriptor writing(ends[1]);
+    const std::string archive = cpioTrailer();
+    ASSERT_EQ(write(writing.get(), archive.data(), archive.size()),
+              static_cast<ssize_t>(archive.size()));
+    writing.reset();
+    const GuardRun run = runLine("\"$GUARD\" -idm --quiet </proc/" + std::to_string(getpid()) +
+                                 "/fd/" + std::to_string(reading.get()));
+    EXPECT_EQ(run.status, 0) << run.output;
+    EXPECT_EQ(fcntl(reading.get(), F_GETPIPE_SZ),
+              std::min(1 << 20, std::stoi(readFile("/proc/sys/fs/pipe-max-size"))));
 }
 
 TEST_F(GuardMain, ArchiveInAFileUnpacksAsFromAPipe) {
