@@ -15,7 +15,8 @@ readonly program=$(realpath "$1")
 readonly guard=${program%/bin/*}/libexec/pkgvet/cpio
 runs=${2-5}
 elf= # that packages hold beside their files
-work=$(mktemp -d)
+# rpmbuild cannot work below a path with a blank.
+work=$(TMPDIR=/tmp mktemp -d)
 memory=$(mktemp -d -p /dev/shm 2>/dev/null || mktemp -d)
 trap 'rm -rf "$work" "$memory"' EXIT
 export LC_ALL=C

@@ -5,7 +5,8 @@
 set -euo pipefail
 readonly build=$1 source=$2 program=$3 samples=$4
 readonly modules=$build/page-test
-work=$(mktemp -d)
+# rpmbuild cannot work below a path with a blank.
+work=$(TMPDIR=/tmp mktemp -d)
 trap 'rm -rf "$work"' EXIT
 mkdir "$work/home" "$work/tmp" "$work/reports"
 

@@ -3,6 +3,7 @@
 
 #include <gmock/gmock.h>
 #include <rpm/rpmtag.h>
+#include <sys/stat.h>
 
 #include <filesystem>
 #include <fstream>
@@ -23,6 +24,9 @@ const std::string kPage = "/usr/share/org.example.app/main.qml";
 
 class IntegrityCheckTest : public testing::Test {
 protected:
+    // As in judges, whatever mask the tests run under.
+    void SetUp() override { umask(S_IWGRP | S_IWOTH); }
+
     // change is what happens to the tree before it is compared.
     Lines lines(
         const CraftedPackage& package, const std::function<void()>& change = [] {}) {
