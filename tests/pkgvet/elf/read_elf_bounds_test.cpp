@@ -291,7 +291,7 @@ TEST(ReadElfBounds, FileWhoseSectionsCannotBeReadIsNotLoaded) {
     const pkgvet::ElfSection dynamic = {SHT_DYNAMIC, 0, 160, 0, 16};
     const pkgvet::ElfSection symbols = {SHT_SYMTAB, 0, 240, 0, 24};
     for (const pkgvet::ElfSection& section : {dynamic, symbols}) {
-        const ElfReaderPrivate facts = pkgvet::readElfSections(header, 1000, {section}, source,
+        const ElfReaderPrivate facts = pkgvet::readElfSections(header, 1000, {{}, section}, source,
                                                                pkgvet::ignoreSymbol, &allowance);
         EXPECT_EQ(facts.elfClass, ElfClass::NotLoaded) << section.type;
     }
