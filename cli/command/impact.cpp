@@ -163,10 +163,9 @@ int impact(const ImpactOptions& options) {
     const Keyring keyring = keyringOf(judging.integrity, &faults);
     Policy policy(judging.policy, localDate(), &faults);
     Judging begun = beginJudging(judging, {options.before, options.after}, keyring);
-    // Both are looked at in any case, so that the faults of both are told.
-    const bool isOldSound = isTreeSound(options.before, judging.judging.profiles, own);
-    const bool isNewSound = isTreeSound(options.after, judging.judging.profiles, own);
-    if (!isSound(faults) || !isOldSound || !isNewSound) {
+    const bool areSound =
+        areTreesSound({options.before, options.after}, judging.judging.profiles, own);
+    if (!isSound(faults) || !areSound) {
         return kUsageError;
     }
     begun.from->prepare();

@@ -64,9 +64,9 @@ bool isSound(const std::vector<Fault>& faults) {
     return faults.empty();
 }
 
-bool isTreeSound(const std::string& path, const std::vector<Profiles>& profiles,
-                 const DefaultRules& own) {
-    RuleFaults faults = checkRuleTree(path, profiles);
+bool areTreesSound(const std::vector<std::string>& paths, const std::vector<Profiles>& profiles,
+                   const DefaultRules& own) {
+    RuleFaults faults = checkRuleTrees(paths, profiles);
     own.nameFile(&faults.dropped);
     own.nameFile(&faults.unusable);
     for (const Fault& fault : faults.dropped) {

@@ -30,10 +30,10 @@ std::vector<Input> packagesOf(const InputOptions& options);
 // Whether there is nothing to complain of, which it does on standard error.
 bool isSound(const std::vector<Fault>& faults);
 
-// Whether packages can be judged under the tree whose configuration file is at path. Complains of
-// what is wrong with it and warns of what is dropped.
-bool isTreeSound(const std::string& path, const std::vector<Profiles>& profiles,
-                 const DefaultRules& own);
+// Whether packages can be judged under each of the trees whose configuration files are at paths.
+// Complains of what is wrong with them and warns of what is dropped.
+bool areTreesSound(const std::vector<std::string>& paths, const std::vector<Profiles>& profiles,
+                   const DefaultRules& own);
 
 // The keys that the options name, if they name any.
 Keyring keyringOf(const IntegrityOptions& options, std::vector<Fault>* faults);

@@ -93,7 +93,7 @@ public:
         std::vector<Fault> faults;
         const Keyring keyring = keyringOf(judging_.integrity, &faults);
         Policy policy(judging_.policy, localDate(), &faults);
-        const bool isTreeUsable = isTreeSound(rules, judging_.judging.profiles, own);
+        const bool isTreeUsable = areTreesSound({rules}, judging_.judging.profiles, own);
         return isSound(faults) && isTreeUsable ? judge(rules, keyring, &policy) : kUsageError;
     }
 

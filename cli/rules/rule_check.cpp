@@ -26,14 +26,16 @@ void checkPattern(const RuleElement& element, std::vector<Fault>* faults) {
     }
 }
 
-// Walks a tree once, for all that there is to say of it.
+// Walks trees once, for all that there is to say of them.
 class RuleChecker {
 public:
-    RuleFaults check(const std::string& path, const std::vector<Profiles>& profiles) {
-        walkRuleTree(path, profiles, visitor());
+    RuleFaults check(const std::vector<std::string>& paths, const std::vector<Profiles>& profiles) {
+        for (const std::string& path : paths) {
+            walkRuleTree(path, profiles, visitor());
+        }
         findDoubledKeys();
         findWrongEscapes();
-        // Profiles that share a parent share its faults.
+        // Profiles that share a parent share its faults, and trees those of their files.
         faults_.unusable = eachOnce(faults_.unusable);
         faults_.dropped = eachOnce(faults_.dropped);
         for (Fault& fault : faults_.unusable) {
@@ -64,7 +66,7 @@ private:
             locator_.locateKey(&fault);
             faults_.dropped.push_back(std::move(fault));
         };
-        // Profiles share files, and compiling patterns takes time.
+        // Profiles and trees share files, and compiling patterns takes time.
         visitor.entersListFile = [this](const std::string& file, std::string_view contentKey) {
             return entered_.emplace(file, contentKey).second;
         };
@@ -106,7 +108,12 @@ private:
 }  // namespace
 
 RuleFaults checkRuleTree(const std::string& path, const std::vector<Profiles>& profiles) {
-    return RuleChecker().check(path, profiles);
+    return checkRuleTrees({path}, profiles);
+}
+
+RuleFaults checkRuleTrees(const std::vector<std::string>& paths,
+                          const std::vector<Profiles>& profiles) {
+    return RuleChecker().check(paths, profiles);
 }
 
 }  // namespace pkgvet::cli

@@ -21,5 +21,8 @@ struct RuleFaults {
 // Looks at the tree that the configuration file at path leads to, as far as one of profiles or its
 // parents use it.
 RuleFaults checkRuleTree(const std::string& path, const std::vector<Profiles>& profiles);
+// The same for several trees together. A file that they share is looked at once.
+RuleFaults checkRuleTrees(const std::vector<std::string>& paths,
+                          const std::vector<Profiles>& profiles);
 
 }  // namespace pkgvet::cli

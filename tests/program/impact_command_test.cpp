@@ -120,6 +120,18 @@ TEST_F(ImpactCommand, TreesAndPackagesThatWereNotJudgedAreNamed) {
               json["after"]["profiles"][0]["rules_digest"]);
 }
 
+TEST_F(ImpactCommand, FaultsOfBothTreesAreToldAndThoseOfASharedFileOnce) {
+    const TemporaryDirectory other;
+    const std::string broken = other.write("a.json", "{}");
+    const std::string missing = other / "b.json";
+    const ProgramResult both = impact(broken, missing, {package()});
+    EXPECT_EQ(both.status, 2);
+    EXPECT_THAT(both.errors, HasSubstr(broken));
+    EXPECT_THAT(both.errors, HasSubstr(missing));
+    EXPECT_EQ(impact(broken, broken, {package()}).errors,
+              impact(before(), broken, {package()}).errors);
+}
+
 TEST_F(ImpactCommand, WhatCannotBeJudgedOrUsedHasItsStatus) {
     EXPECT_EQ(impact(before(), after(), {package(), *shared_ / "none.rpm"}).status, 3);
     EXPECT_EQ(impact(before(), *shared_ / "none.json", {package()}).status, 2);
