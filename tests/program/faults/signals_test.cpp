@@ -1,12 +1,17 @@
 // Signals of each kind, to the program and to its group, while a package is being unpacked.
 #include <gtest/gtest.h>
 #include <signal.h>
+#include <unistd.h>
 
+#include <cctype>
 #include <filesystem>
+#include <fstream>
+#include <system_error>
 
 #include "tests/support/package/accepted_package.h"
 #include "tests/support/program/replaced_tool.h"
 #include "tests/support/program/running_program.h"
+#include "tests/support/program/sandboxes.h"
 
 namespace {
 
@@ -37,30 +42,45 @@ const Case kCases[] = {
     {SIGURG, Effect::None},         {SIGWINCH, Effect::None},
 };
 
-class Signals : public testing::Test {
+// The process that has this argument, once there is one.
+pid_t processWith(const std::string& argument) {
+    for (const auto& entry : fs::directory_iterator("/proc")) {
+        const std::string name = entry.path().filename();
+        std::ifstream stream(entry.path() / "cmdline");
+        std::string line;
+        std::getline(stream, line);
+        if (std::isdigit(static_cast<unsigned char>(name.front())) != 0 &&
+            line.find('\0' + argument + '\0') != std::string::npos) {
+            return std::stoi(name);
+        }
+    }
+    return 0;
+}
+
+class Signals : public testing::TestWithParam<SandboxCase> {
 protected:
     void SetUp() override {
-        if (!ReplacedCpio::isPossible()) {
-            GTEST_SKIP() << "this machine does not let a test replace a tool";
+        if (!ReplacedCpio::isPossible() || !isThere(GetParam())) {
+            GTEST_SKIP() << "this machine does not let a test replace a tool there";
         }
-        arguments_ = {"check",
-                      "--sandbox",
-                      "off",
-                      "--rules",
-                      acceptingRules().write(directory_),
-                      "--jobs",
-                      "1",
-                      acceptedPackage().write(directory_)};
+        arguments_ = {"check", "--rules", acceptingRules().write(directory_), "--jobs", "1"};
+        arguments_.insert(arguments_.end(), GetParam().options.begin(), GetParam().options.end());
+        arguments_.push_back(acceptedPackage().write(directory_));
     }
 
-    void expectEffect(const Case& test, void (RunningProgram::*send)(int) const) const {
+    // The tool that unpacks is at it as long as nobody ends it.
+    void expectEffect(const Case& test, void (RunningProgram::*send)(int) const) {
         SCOPED_TRACE(strsignal(test.signal));
-        const ReplacedCpio cpio("pwd >$NOTES/directory; echo $$ >$NOTES/process; exec sleep 1000");
-        std::vector<std::string> words = {sanitizerOptions(kNoHandlers)};
-        const std::vector<std::string> more = cpio.words();
-        words.insert(words.end(), more.begin(), more.end());
-        RunningProgram program(arguments_, words);
-        ASSERT_TRUE(waitUntil([&cpio] { return cpio.note("process").ends_with('\n'); }));
+        // Nobody else sleeps for just as long.
+        const std::string seconds =
+            "1000." + std::to_string(getpid()) + std::to_string(1000 + count_++);
+        const ReplacedCpio cpio("exec /bin/sleep " + seconds);
+        RunningProgram program(arguments_, environment(cpio));
+        pid_t process = 0;
+        ASSERT_TRUE(waitUntil([&] { return (process = processWith(seconds)) > 0; }));
+        std::error_code error;
+        const fs::path directory =
+            fs::read_symlink("/proc/" + std::to_string(process) + "/cwd", error);
         (program.*send)(test.signal);
         if (test.effect == Effect::None) {
             // It goes on as if nothing had been, so that it can be ended as ever.
@@ -72,32 +92,39 @@ protected:
         EXPECT_EQ(result.errors.find("interrupted") != std::string::npos,
                   test.effect != Effect::Ends)
             << result.errors;
-        expectNothingLeft(cpio);
-    }
-
-    static void expectNothingLeft(const ReplacedCpio& cpio) {
-        const pid_t process = std::stoi(cpio.note("process"));
-        const std::string line = cpio.note("directory");
-        const std::string directory = line.substr(0, line.size() - 1);
-        // What a program that is killed leaves, its template removes.
+        // What a program that is killed leaves, its template removes. In namespaces nobody else has
+        // seen the directory.
         EXPECT_TRUE(waitUntil([&] { return !isAlive(process) && !fs::exists(directory); }));
     }
 
 private:
+    static std::vector<std::string> environment(const ReplacedCpio& cpio) {
+        std::vector<std::string> words = {sanitizerOptions(kNoHandlers)};
+        for (const auto& more : {cpio.words(), GetParam().environment}) {
+            words.insert(words.end(), more.begin(), more.end());
+        }
+        return words;
+    }
+
     TemporaryDirectory directory_;
     std::vector<std::string> arguments_;
+    int count_ = 0;
 };
 
-TEST_F(Signals, ToTheProgramEndItOrDoNothing) {
+TEST_P(Signals, ToTheProgramEndItOrDoNothing) {
     for (const Case& test : kCases) {
         expectEffect(test, &RunningProgram::signal);
     }
 }
 
-TEST_F(Signals, ToItsGroupDoTheSame) {
+TEST_P(Signals, ToItsGroupDoTheSame) {
     for (const Case& test : kCases) {
         expectEffect(test, &RunningProgram::signalGroup);
     }
 }
+
+INSTANTIATE_TEST_SUITE_P(Sandbox, Signals,
+                         testing::Values(chosenSandbox(), landlockAlone(), noSandbox()),
+                         [](const auto& sandbox) { return sandbox.param.name; });
 
 }  // namespace
