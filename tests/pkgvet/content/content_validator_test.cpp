@@ -8,7 +8,6 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
 #include <memory>
 #include <utility>
 
@@ -330,70 +329,6 @@ TEST_F(Verdict, WithoutADesktopFileItsRulesDoNotRun) {
     EXPECT_TRUE(validator->correctDbus() && validator->correctOrgName());
     EXPECT_EQ(linesWith(log_, errorLine("[binary] Main binary must exist, but it is not found")),
               1);
-}
-
-constexpr const char* kChangedPath = "/usr/share/org.example.app/changed";
-
-// A package with a file that holds a home directory, until somebody changes it.
-class ChangedPackage {
-public:
-    ChangedPackage() : source_(package_.unpack()) {}
-
-    void remember(const ContentValidator::KnownText& known = nullptr) {
-        source_->rememberFiles(package_.meta(), known);
-    }
-
-    // The first copy to be destroyed would remove the tree.
-    Strings linesOfACopy(const Configuration& rules) {
-        copies_.push_back(std::make_unique<ContentValidator>(*source_));
-        return linesOf([&] { copies_.back()->validateContent(rules, package_.meta()); });
-    }
-
-    void change() const {
-        const std::string file = package_.trees().at(0) + kChangedPath;
-        fs::permissions(file, fs::perms::owner_all);
-        std::ofstream(file) << "nothing of the kind";
-    }
-
-private:
-    const Package package_{goodPackage().native().file(kChangedPath, "/home/defaultuser")};
-    std::unique_ptr<ContentValidator> source_;
-    std::vector<std::unique_ptr<ContentValidator>> copies_;
-};
-
-TEST_F(Verdict, CopiesOfWhatRemembersItsFilesLookAtThemOnce) {
-    ChangedPackage package;
-    const Configuration rules = load(tree_);
-    package.remember();
-    const Strings first = package.linesOfACopy(rules);
-    EXPECT_THAT(first, testing::Contains(
-                           errorLine(std::string("[") + kChangedPath + "] Hardcoded path found")));
-    package.change();
-    EXPECT_EQ(package.linesOfACopy(rules), first);
-}
-
-TEST_F(Verdict, WhatTheCallerKnowsOfAFileIsNotLookedFor) {
-    ChangedPackage package;
-    const Configuration rules = load(tree_);
-    const Strings lines = package.linesOfACopy(rules);
-    package.remember([](const struct stat& status) {
-        return status.st_size == 17 ? std::optional(false) : std::nullopt;
-    });
-    Strings others = lines;
-    std::erase(others, errorLine(std::string("[") + kChangedPath + "] Hardcoded path found"));
-    EXPECT_LT(others.size(), lines.size());
-    EXPECT_EQ(package.linesOfACopy(rules), others);
-}
-
-TEST_F(Verdict, OtherCopiesLookAtFilesAnew) {
-    ChangedPackage package;
-    const Configuration rules = load(tree_);
-    const Strings first = package.linesOfACopy(rules);
-    package.change();
-    const Strings second = package.linesOfACopy(rules);
-    EXPECT_NE(second, first);
-    package.remember();
-    EXPECT_EQ(package.linesOfACopy(rules), second);
 }
 
 // Its paths then lead to this machine.

@@ -8,7 +8,7 @@ struct ProgramResult {
     int status;
     std::string output;
     std::string errors;  // but for the line that follows
-    // What the program says of the machine where that refuses namespaces, whatever it is asked to do.
+    // What the program says of a machine that refuses namespaces, whatever it is asked to do.
     std::string sandboxRemark;
 };
 

@@ -1,0 +1,92 @@
+// Validators that remember the files of a package, so that their copies do not look at them again.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+#include <filesystem>
+#include <fstream>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "pkgvet/content/content_validator.h"
+#include "pkgvet/package/rpm_meta.h"
+#include "tests/support/base/captured_log.h"
+#include "tests/support/base/extracted_trees.h"
+#include "tests/support/package/package_builder.h"
+#include "tests/support/rules/rule_tree.h"
+
+namespace {
+
+namespace fs = std::filesystem;
+
+using Strings = std::vector<std::string>;
+using testing::Contains;
+using testing::Not;
+
+const std::string kHomeDirectory = "/home/defaultuser";
+const std::string kChangedPath = "/usr/share/org.example.app/changed";
+const std::string kLine = errorLine("[" + kChangedPath + "] Hardcoded path found");
+
+// Of a package with a file that holds a home directory, until somebody changes it.
+class RememberedFiles : public testing::Test {
+protected:
+    void remember(const ContentValidator::KnownText& known = nullptr) {
+        source_.rememberFiles(meta_, known);
+    }
+
+    // The first copy to be destroyed would remove the tree.
+    Strings linesOfACopy() {
+        copies_.push_back(std::make_unique<ContentValidator>(source_));
+        const CapturedLog log;
+        copies_.back()->validateContent(load(RuleTree()), meta_);
+        return log.lines();
+    }
+
+    void change() const {
+        const std::string file = extractedTreesWith(marker_).at(0) + kChangedPath;
+        fs::permissions(file, fs::perms::owner_all);
+        std::ofstream(file) << "nothing of the kind";
+    }
+
+private:
+    TemporaryDirectory directory_;
+    // A file that no other package has, by which the tree is found.
+    std::string marker_ = "/usr/share/org.example.app/" + directory_.path().filename().string();
+    std::string path_ = PackageBuilder("org.example.app")
+                            .file(marker_, "")
+                            .file(kChangedPath, kHomeDirectory)
+                            .build(directory_);
+    RpmMeta meta_ = RpmMeta(path_.c_str());
+    ContentValidator source_ = ContentValidator(path_);
+    std::vector<std::unique_ptr<ContentValidator>> copies_;
+};
+
+TEST_F(RememberedFiles, AreLookedAtOnce) {
+    remember();
+    const Strings first = linesOfACopy();
+    EXPECT_THAT(first, Contains(kLine));
+    change();
+    EXPECT_EQ(linesOfACopy(), first);
+}
+
+TEST_F(RememberedFiles, AreNotSearchedWhereTheCallerKnowsWhatTheyHold) {
+    Strings expected = linesOfACopy();
+    EXPECT_THAT(expected, Contains(kLine));
+    remember([](const struct stat& status) {
+        const bool isChanged = static_cast<std::size_t>(status.st_size) == kHomeDirectory.size();
+        return isChanged ? std::optional(false) : std::nullopt;
+    });
+    std::erase(expected, kLine);
+    EXPECT_EQ(linesOfACopy(), expected);
+}
+
+TEST_F(RememberedFiles, AreLookedAtAnewByCopiesThatDoNotRemember) {
+    EXPECT_THAT(linesOfACopy(), Contains(kLine));
+    change();
+    EXPECT_THAT(linesOfACopy(), Not(Contains(kLine)));
+    remember();
+    EXPECT_THAT(linesOfACopy(), Not(Contains(kLine)));
+}
+
+}  // namespace
