@@ -141,9 +141,9 @@ void Run::complete(PackageReport* package) {
     if (!report_.shard) {
         package->position = 0;
     }
-    // What could not even be opened took none.
-    package->seconds =
-        options_.report.timings ? std::optional(package->seconds.value_or(0)) : std::nullopt;
+    if (!options_.report.timings) {
+        package->seconds.reset();
+    }
 }
 
 // What a run that is killed leaves to the one that goes on.

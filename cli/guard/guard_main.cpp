@@ -29,7 +29,8 @@ constexpr int kFailed = 1;
 constexpr std::string_view kName = "pkgvet's guard in front of cpio: ";
 
 constexpr std::size_t kPieceSize = std::size_t{64} << 10;
-// The kernel grants each user 64 MiB of larger pipes, which is enough for as many judges at once.
+// The kernel grants each user 64 MiB for all pipes, which is enough for some fifty judges at once.
+// Beyond that it makes new ones small, which costs time and nothing else.
 constexpr int kPipeSize = 1 << 20;
 // Below it, reading and writing is as fast as moving pages from pipe to pipe.
 constexpr std::uint64_t kLeastSplice = std::uint64_t{8} << 10;

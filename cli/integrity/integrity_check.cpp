@@ -31,7 +31,7 @@ IntegrityCheck::IntegrityCheck(const PackageHeader& header, const std::string& p
           return verification;
       })) {}
 
-// Nobody would wait for files that no longer come.
+// The reader would otherwise wait for files that no longer come, and the future for the reader.
 IntegrityCheck::~IntegrityCheck() {
     early_.stop();
 }

@@ -64,8 +64,8 @@ void judgeContent(const std::vector<Configuration>& configurations, const RpmMet
     }
 }
 
-// The header is held against the payload meanwhile, if check is not null. What keeps that from its
-// end is told rather than what stops a rule, whichever of the two comes first.
+// The header is held against the payload meanwhile, if check is not null. If both that and a rule
+// fail, its failure is reported, so that the answer does not depend on which came first.
 void judgePayload(const std::vector<Configuration>& configurations, const RpmMeta& meta,
                   ContentValidator* unpacked, IntegrityCheck* check, FindingList* findings,
                   PackageReport* report) {

@@ -60,8 +60,13 @@ RunReport ShardMerge::run() const {
 }
 
 void ShardMerge::forEach(const std::function<void(PackageReport package)>& receive) const {
-    for (const Place& place : places_) {
+    for (std::size_t i = 0; i < places_.size(); ++i) {
+        const Place& place = places_[i];
         PackageReport package = place.report->package(place.index);
+        if (package.position != i + 1) {
+            throw std::runtime_error(printable(place.report->path()) +
+                                     ": has been replaced meanwhile");
+        }
         package.position = 0;
         receive(std::move(package));
     }

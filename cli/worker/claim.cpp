@@ -125,8 +125,11 @@ Claim::Claim(const std::string& directory, const std::string& companion)
     const Descriptor mark(openat(lock_.get(), kMarkName,
                                  O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, S_IRUSR));
     const std::string text = std::string(kMark) + companion;
-    isMarked_ = mark.isOpen() &&
-                write(mark.get(), text.data(), text.size()) == static_cast<ssize_t>(text.size());
+    const ssize_t written = mark.isOpen() ? write(mark.get(), text.data(), text.size()) : -1;
+    isMarked_ = written == static_cast<ssize_t>(text.size());
+    if (!isMarked_ && written >= 0) {
+        errno = ENOSPC;  // which only the next write would say
+    }
 }
 
 Claim Claim::shared(const std::string& directory) {

@@ -29,8 +29,10 @@ constexpr std::size_t kMostWaiting = 1000;
 constexpr Seconds kProgressInterval{0.5};
 constexpr double kMilliseconds = 1000;
 
+// What could not even be begun took no time.
 PackageReport notJudged(const Cause& cause) {
     PackageReport report;
+    report.seconds = 0;
     report.setCause(cause);
     return report;
 }

@@ -26,17 +26,21 @@ std::string& prepared() {
     return directory;
 }
 
-bool fillIn(char* path) {
+// Null, with EINVAL, for a path that does not end with one.
+char* placeholderIn(char* path) {
     const std::size_t size = strlen(path);
     if (!std::string_view(path, size).ends_with(kPlaceholder)) {
         errno = EINVAL;
-        return false;
+        return nullptr;
     }
+    return path + size - kPlaceholder.size();
+}
+
+bool fillIn(char* placeholder) {
     std::array<unsigned char, kPlaceholder.size()> random{};
     if (getrandom(random.data(), random.size(), 0) != static_cast<ssize_t>(random.size())) {
         return false;
     }
-    char* placeholder = path + size - kPlaceholder.size();
     for (const unsigned char byte : random) {
         *placeholder++ = kAlphabet[byte % kAlphabet.size()];
     }
@@ -44,15 +48,14 @@ bool fillIn(char* path) {
 }
 
 bool makeNew(char* path, mode_t mode) {
-    const std::string pathTemplate = path;
-    for (int i = 0; i < kAttempts && fillIn(path); ++i) {
+    char* const placeholder = placeholderIn(path);
+    for (int i = 0; placeholder != nullptr && i < kAttempts && fillIn(placeholder); ++i) {
         if (mkdir(path, mode) == 0) {
             return true;
         }
         if (errno != EEXIST) {
             return false;
         }
-        memcpy(path, pathTemplate.data(), pathTemplate.size());
     }
     return false;
 }
@@ -82,7 +85,8 @@ std::string makeDirectory(const std::string& pathTemplate, mode_t mode) {
 
 std::string chooseName(const std::string& pathTemplate) {
     std::string path = pathTemplate;
-    return fillIn(path.data()) ? path : std::string();
+    char* const placeholder = placeholderIn(path.data());
+    return placeholder != nullptr && fillIn(placeholder) ? path : std::string();
 }
 
 }  // namespace pkgvet::cli

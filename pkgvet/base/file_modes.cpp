@@ -56,15 +56,19 @@ private:
 
 }  // namespace
 
+std::vector<mode_t> readModes(const std::string& root, const std::vector<std::string>& paths) {
+    return readModes(root, paths, [](const struct stat&) {});
+}
+
 std::vector<mode_t> readModes(const std::string& root, const std::vector<std::string>& paths,
-                              const std::function<void(const struct stat&)>& see) {
+                              const std::function<void(const struct stat&)>& visit) {
     std::vector<mode_t> modes;
     modes.reserve(paths.size());
     ModeLookup lookup(root);
     for (const std::string& path : paths) {
         const struct stat status = lookup.statusOf(path);
         modes.push_back(status.st_mode);
-        see(status);
+        visit(status);
     }
     return modes;
 }

@@ -43,18 +43,21 @@ std::string makeTemporaryDirectory() {
 std::shared_ptr<PayloadFacts> factsOf(const RpmMeta& meta, const std::string& tempDir,
                                       const ContentValidator::KnownText& known) {
     auto facts = std::make_shared<PayloadFacts>();
+    facts->paths = meta.paths();
     facts->modes = pkgvet::readModes(tempDir, meta.paths(), [&](const struct stat& status) {
         facts->knownTexts.push_back(known ? known(status) : std::nullopt);
     });
     return facts;
 }
 
-// Has the rules share what they ask of the files as long as it lives.
+// Has the rules share what they ask of the files as long as it lives. What was remembered of other
+// paths is of no use.
 class SharedFacts {
 public:
     SharedFacts(const RpmMeta& meta, ContentValidatorPrivate* record) : record_(*record) {
-        record_.facts =
-            record_.rememberedFacts ? record_.rememberedFacts : factsOf(meta, record_.tempDir, {});
+        const std::shared_ptr<PayloadFacts>& remembered = record_.rememberedFacts;
+        const bool isOfThese = remembered && remembered->paths == meta.paths();
+        record_.facts = isOfThese ? remembered : factsOf(meta, record_.tempDir, {});
     }
     SharedFacts(const SharedFacts&) = delete;
     SharedFacts(SharedFacts&&) = delete;

@@ -14,7 +14,6 @@
 #include "pkgvet/export.h"
 
 struct FTW;
-struct stat;
 
 class Configuration;
 class DesktopEntry;
@@ -51,7 +50,8 @@ public:
     // The same: the first two arguments are not looked at, and no rule runs.
     ContentValidator(const Configuration& config, const RpmMeta& meta, const std::string& rpmPath);
     // Copies the record, and with it the name of the extraction directory, not the tree: whichever
-    // object is destroyed first removes it, and the other sees no files from then on.
+    // object is destroyed first removes it, and the other sees no files from then on. What
+    // rememberFiles looked up is shared.
     ContentValidator(const ContentValidator& other);
     ContentValidator& operator=(const ContentValidator&) = delete;
     // Exchanges the two records, and with them the directories.
@@ -63,9 +63,10 @@ public:
     bool extracted() const;
 
     // Says that nothing changes the unpacked files from here on, and that meta is what they are
-    // judged with. Whatever does not depend on a configuration is then looked up once for this
-    // object and for all copies that are made of it later, however often validateContent runs. Such
-    // objects belong to one thread together. No line and no verdict becomes another.
+    // judged with; for another one nothing is remembered. Whatever does not depend on a
+    // configuration is then looked up once for this object and for all copies that are made of it
+    // later, however often validateContent runs. Such objects belong to one thread together. No
+    // line and no verdict becomes another.
     //
     // Who has read files of the payload already may spare the rules from reading them again: known
     // says whether the text of the file that status describes holds the home directory of the

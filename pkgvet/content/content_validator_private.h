@@ -16,6 +16,7 @@
 
 // What rules ask of the files of a package whatever the configuration.
 struct PayloadFacts {
+    std::vector<std::string> paths;
     std::vector<mode_t> modes;
     // Whether the file of each path holds a hard-coded path, as far as the caller knew.
     std::vector<std::optional<bool>> knownTexts;

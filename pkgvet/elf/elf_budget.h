@@ -10,8 +10,8 @@ namespace pkgvet {
 // A section header may state any number of entries, tables may lie on top of each other, and a
 // million entries may name one string of a megabyte: a small file then stands for more than a
 // machine can hold. Whatever is loaded and kept of one file is paid for from here, before it takes
-// any memory. The ceiling is the same for all files, so that a file is refused for what it costs
-// and never for its proportions.
+// any memory. By itself, a file has the same ceiling whatever its size, so that it is refused for
+// what it costs and never for its proportions.
 class ElfBudget {
 public:
     static constexpr std::uint64_t kCeiling = std::uint64_t{512} << 20U;

@@ -35,8 +35,8 @@ struct ElfSectionSource {
 
 // The facts of a file with this header, this size and these sections, without its symbols. Sections
 // are loaded when they are needed, each of them once, and the entries of symbol tables piece by
-// piece. The record of a file that could not be loaded when the source
-// gives nothing or when the file costs more than the budget has.
+// piece. The record is that of a file that could not be loaded when the source gives nothing or
+// when the file costs more than the allowance permits, which is charged in any case.
 ElfReaderPrivate readElfSections(const ElfHeader& header, std::uint64_t fileSize,
                                  const std::vector<ElfSection>& sections,
                                  const ElfSectionSource& source, const SymbolVisitor& visit,

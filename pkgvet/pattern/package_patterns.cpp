@@ -16,15 +16,19 @@ namespace pkgvet {
 
 namespace {
 
+// In units of a step, as a look at the text is one.
 constexpr std::size_t kStepsOfAMatch = 50;
 constexpr std::size_t kMarksOfAStep = 64;
 constexpr std::size_t kStepsOfAnAlternative = 20;
+// So many cost no more than the looks at the text that are counted anyway.
+constexpr std::size_t kFreeAlternatives = 50;
 
 // What a match costs beside the steps that it counts. It begins by clearing a mark of each state,
 // and may try each alternative at each place in the text, without a look at it.
 std::size_t uncountedSteps(const PatternShape& shape, std::size_t textSize) {
+    const std::size_t free = std::min(shape.alternatives, kFreeAlternatives);
     return kStepsOfAMatch + shape.states / kMarksOfAStep +
-           shape.alternatives * kStepsOfAnAlternative * (textSize + 1);
+           (shape.alternatives - free) * kStepsOfAnAlternative * (textSize + 1);
 }
 
 using Numbers = std::vector<std::size_t>;  // of texts

@@ -110,7 +110,6 @@ TEST(PackagePatterns, MatchesThatAreHardUseUpTheStepsOfTheList) {
     }
 }
 
-// What is matched before the steps are used up keeps its answer.
 // Of plain patterns, each shape takes a look at all texts of its size. Those that begin with a line
 // feed are as soon done with.
 TEST(PackagePatterns, ShapesOfPlainTextUseUpTheStepsOfTheList) {
@@ -135,6 +134,7 @@ TEST(PackagePatterns, AlternativesUseUpTheStepsOfTheList) {
     EXPECT_EQ(outcomes(many, texts), std::vector<Outcome>({Outcome{false, error_complexity}}));
 }
 
+// What is matched before the steps are used up keeps its answer.
 TEST(PackagePatterns, AnswersAheadOfTheEndStay) {
     Strings patterns = repeated(1000, "[a-z]{9000}", "");
     patterns.insert(patterns.begin(), "found");
