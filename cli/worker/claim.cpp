@@ -187,7 +187,7 @@ void clearAbandoned(const std::string& parent) {
 }
 
 bool isMadeBy(std::string_view pathTemplate, std::string_view path) {
-    const std::string_view begin = pathTemplate.substr(0, pathTemplate.find('X'));
+    const std::string_view begin = pathTemplate.substr(0, pathTemplate.find_last_not_of('X') + 1);
     return path.size() == pathTemplate.size() && path.starts_with(begin) &&
            path.find_first_of("/.", begin.size()) == std::string_view::npos;
 }

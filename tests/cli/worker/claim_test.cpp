@@ -60,6 +60,12 @@ TEST_F(ClaimTest, DirectoryIsMadeWithTheMark) {
     EXPECT_TRUE(fs::is_empty(parent_.path()));
 }
 
+// Directories that others chose the names of hold an "X" now and then.
+TEST_F(ClaimTest, OnlyTheEndOfATemplateIsAPlaceholder) {
+    EXPECT_TRUE(isMadeBy("/tmp/aX.b/pkgvet.XXXXXX", "/tmp/aX.b/pkgvet.aX1bX2"));
+    EXPECT_FALSE(isMadeBy("/tmp/aX.b/pkgvet.XXXXXX", "/tmp/aY.b/pkgvet.aX1bX2"));
+}
+
 TEST_F(ClaimTest, WhereNoneCanBeMadeTheReasonIsTold) {
     const ClaimedDirectory none = makeClaimed(parent_ / "nowhere/pkgvet.XXXXXX", "");
     EXPECT_EQ(errno, ENOENT);
