@@ -46,7 +46,8 @@ std::vector<std::string> offered(const std::vector<std::string>& words) {
     line += "); COMP_CWORD=" + std::to_string(words.size()) +
             "; _pkgvet; printf '%s\\n' \"${COMPREPLY[@]}\"";
     std::string output;
-    EXPECT_EQ(runProgram({"bash", "-euc", line}, &output), 0) << output;
+    // A locale that the machine lacks makes bash complain.
+    EXPECT_EQ(runProgram({"env", "LC_ALL=C", "bash", "-euc", line}, &output), 0) << output;
     std::istringstream stream(output);
     std::vector<std::string> result;
     for (std::string reply; std::getline(stream, reply);) {
