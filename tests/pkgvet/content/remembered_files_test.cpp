@@ -36,10 +36,12 @@ protected:
     }
 
     // The first copy to be destroyed would remove the tree.
-    Strings linesOfACopy() {
+    Strings linesOfACopy() { return linesOfACopy(meta_); }
+
+    Strings linesOfACopy(const RpmMeta& meta) {
         copies_.push_back(std::make_unique<ContentValidator>(source_));
         const CapturedLog log;
-        copies_.back()->validateContent(load(RuleTree()), meta_);
+        copies_.back()->validateContent(load(RuleTree()), meta);
         return log.lines();
     }
 
@@ -87,6 +89,16 @@ TEST_F(RememberedFiles, AreLookedAtAnewByCopiesThatDoNotRemember) {
     EXPECT_THAT(linesOfACopy(), Not(Contains(kLine)));
     remember();
     EXPECT_THAT(linesOfACopy(), Not(Contains(kLine)));
+}
+
+TEST_F(RememberedFiles, MeanNothingForAnotherHeader) {
+    remember();
+    EXPECT_THAT(linesOfACopy(), Contains(kLine));
+    change();
+    const TemporaryDirectory directory;
+    PackageBuilder other("org.example.app");
+    other.file("/usr/share/org.example.app/another", "").file(kChangedPath, "");
+    EXPECT_THAT(linesOfACopy(RpmMeta(other.build(directory).c_str())), Not(Contains(kLine)));
 }
 
 }  // namespace

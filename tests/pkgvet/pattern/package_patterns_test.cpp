@@ -134,6 +134,13 @@ TEST(PackagePatterns, AlternativesUseUpTheStepsOfTheList) {
     EXPECT_EQ(outcomes(many, texts), std::vector<Outcome>({Outcome{false, error_complexity}}));
 }
 
+// Honest names may hold a "|".
+TEST(PackagePatterns, FewAlternativesCostNothingMore) {
+    const Strings patterns = repeated(100, "z|x", "");
+    const Strings texts = repeated(1000, std::string(100, 'y'), "");
+    EXPECT_EQ(outcomes(patterns, texts), std::vector<Outcome>(texts.size()));
+}
+
 // What is matched before the steps are used up keeps its answer.
 TEST(PackagePatterns, AnswersAheadOfTheEndStay) {
     Strings patterns = repeated(1000, "[a-z]{9000}", "");
