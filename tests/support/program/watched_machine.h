@@ -8,7 +8,8 @@
 
 // A copy-on-write view of the machine's directories, for one run of the program with words() in
 // front of its environment. What other processes do meanwhile is not in it. Left out are /proc,
-// /sys and /dev but for /dev/shm, and places that hold mounts.
+// /sys and /dev but for /dev/shm, and places that hold mounts. In /tmp there the program leaves
+// alone what killed runs have left.
 class WatchedMachine {
 public:
     WatchedMachine();

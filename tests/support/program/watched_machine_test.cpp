@@ -3,10 +3,14 @@
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
+#include <cstdlib>
 #include <filesystem>
 
 #include "tests/support/package/package_builder.h"
+#include "tests/support/program/program.h"
 
 namespace {
 
@@ -45,6 +49,17 @@ TEST_F(WatchedMachineTest, SeesNothingElse) {
     EXPECT_THAT(changesBy("ls -R /etc >/dev/null; exit 7"), IsEmpty());
     // What is gone again was never there.
     EXPECT_THAT(changesBy("mkdir /var/of-a-test; rmdir /var/of-a-test; exit 7"), IsEmpty());
+}
+
+// Other tests beside this one kill runs, which leave such directories to the next.
+TEST_F(WatchedMachineTest, LeavesAloneWhatKilledRunsHaveLeft) {
+    std::string left = "/tmp/pkgvet.XXXXXX";
+    ASSERT_NE(mkdtemp(left.data()), nullptr);
+    chmod(left.c_str(), S_IRWXU | S_ISVTX);
+    EXPECT_THAT(
+        changesBy("'" + programPath() + "' check --sandbox off /missing.rpm >/dev/null; exit 7"),
+        IsEmpty());
+    rmdir(left.c_str());
 }
 
 }  // namespace
