@@ -5,6 +5,8 @@
 #include <string_view>
 
 #include "pkgvet/pattern/counting_iterator.h"
+#include "pkgvet/pattern/pattern_characters.h"
+#include "pkgvet/pattern/sound_pattern.h"
 
 namespace pkgvet {
 
@@ -12,19 +14,6 @@ namespace {
 
 // Trying a lookahead costs as much as its memory; it copies some ten places in the text.
 constexpr std::size_t kLookaheadMemoryOfAStep = 1024;
-
-// Characters that std::regex gives no meaning, alone or, for the last, behind a backslash.
-// Whatever stands in neither list goes to the engine, the safe side.
-constexpr std::string_view kOrdinaryPunctuation = " !\"#%&',-/:;<=>@_`~";
-constexpr std::string_view kEscapablePunctuation = "!\"#$%&'()*+,-./:;<=>?@[\\]^_`{|}~";
-
-bool isAlphanumeric(char c) {
-    return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9');
-}
-
-bool isOrdinary(char c) {
-    return isAlphanumeric(c) || kOrdinaryPunctuation.find(c) != std::string_view::npos;
-}
 
 // The text that pattern stands for, or nothing when it needs the engine.
 std::optional<std::string> plainTextOf(std::string_view pattern) {
@@ -36,8 +25,7 @@ std::optional<std::string> plainTextOf(std::string_view pattern) {
             text += c;
         } else if (c == '.') {
             text += kAnyCharacter;
-        } else if (c == '\\' && i + 1 < pattern.size() &&
-                   kEscapablePunctuation.find(pattern[i + 1]) != std::string_view::npos) {
+        } else if (c == '\\' && i + 1 < pattern.size() && isEscapable(pattern[i + 1])) {
             text += pattern[++i];
         } else {
             return std::nullopt;
@@ -87,6 +75,9 @@ bool WholePattern::matches(const std::string& text, std::size_t* steps) {
 }
 
 std::optional<std::string> WholePattern::fault() {
+    if (plain_ || isSurelySound(text_)) {
+        return std::nullopt;
+    }
     try {
         matches(std::string());
     } catch (const std::regex_error& error) {
