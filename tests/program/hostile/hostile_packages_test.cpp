@@ -122,13 +122,16 @@ protected:
         EXPECT_LT(usage.ru_maxrss, kMostMemory);
     }
 
-    void judge(const std::vector<HostilePackage>& packages) {
+    void SetUp() override {
         if (!isThere(GetParam())) {
             GTEST_SKIP() << "this machine has no such sandbox";
         }
         if (WatchedMachine::isPossible()) {
             machine_.emplace();
         }
+    }
+
+    void judge(const std::vector<HostilePackage>& packages) {
         expectOutcomes(packages);
         expectNothingLeft();
         expectLittleMemory();
@@ -171,16 +174,15 @@ TEST_P(HostilePackages, HoldNothingThatIsRun) {
 
 // A file of holes takes up no room on disk, and would in memory.
 TEST_P(HostilePackages, MayBeFilesOfHoles) {
-    if (!isThere(GetParam())) {
-        GTEST_SKIP() << "this machine has no such sandbox";
-    }
     const std::string path = acceptedPackage().write(directory_);
     fs::resize_file(path, std::uintmax_t{100} << 30U);
     const Words all = words();
-    const auto judged = judgePackages(acceptingRules(), {path}, {all.begin() + 1, all.end()},
-                                      GetParam().environment);
+    const auto judged =
+        judgePackages(acceptingRules(), {path}, {all.begin() + 1, all.end()}, environment());
     ASSERT_EQ(judged.size(), 1U);
     EXPECT_EQ(judged[0].cause, "the package itself is larger than --max-unpacked allows");
+    expectNothingLeft();
+    expectLittleMemory();
 }
 
 TEST_P(HostilePackages, AreFoundOutWhenTheyLie) {
@@ -194,17 +196,17 @@ TEST_P(HostilePackages, DoNotLieInTheirHeader) {
 }
 
 TEST_P(HostilePackages, AreSafeToPrint) {
-    if (!isThere(GetParam())) {
-        GTEST_SKIP() << "this machine has no such sandbox";
-    }
     Words all = words();
     all.insert(all.end(), {"--rules", acceptingRules().write(directory_)});
     const Words paths = write(packagesThatReachOut());
     all.insert(all.end(), paths.begin(), paths.end());
-    const ProgramResult result = runPkgvet(all, GetParam().environment);
+    const ProgramResult result = runPkgvet(all, environment());
+    EXPECT_EQ(result.status, 3) << result.errors;
     for (const char* forbidden : {"\x1b", "\r", "\x07", "\xc2\x9b", "\xe2\x80\xae", "\xff"}) {
         EXPECT_EQ((result.output + result.errors).find(forbidden), std::string::npos);
     }
+    expectNothingLeft();
+    expectLittleMemory();
 }
 
 INSTANTIATE_TEST_SUITE_P(Sandbox, HostilePackages,
