@@ -4,6 +4,7 @@
 #include "tests/support/elf/compiled_elf.h"
 #include "tests/support/package/accepted_package.h"
 #include "tests/support/program/program.h"
+#include "tests/support/program/sandboxes.h"
 
 namespace {
 
@@ -50,23 +51,36 @@ extern "C" time_t time(time_t* result) noexcept {
 }
 )";
 
-TEST(Clock, ThatJumpsChangesNothing) {
+class Clock : public testing::TestWithParam<SandboxCase> {};
+
+TEST_P(Clock, ThatJumpsChangesNothing) {
+    if (!isThere(GetParam())) {
+        GTEST_SKIP() << "this machine has no such sandbox";
+    }
     const TemporaryDirectory directory;
     const std::string clock =
         compileElf(directory, "clock.so", kJumpingClock, {"-shared", "-fPIC", "-O1"});
     const std::string rules = acceptingRules().write(directory);
     std::vector<std::string> arguments = {"check", "--format", "json", "--rules", rules};
+    arguments.insert(arguments.end(), GetParam().options.begin(), GetParam().options.end());
     for (int i = 0; i < 4; ++i) {
         arguments.push_back(acceptedPackage().write(directory));
     }
-    const std::vector<std::string> environment = {sanitizerOptions("verify_asan_link_order=0"),
-                                                  "LD_PRELOAD=" + clock};
-    const ProgramResult expected = runPkgvet(arguments);
+    std::vector<std::string> environment = GetParam().environment;
+    const ProgramResult expected = runPkgvet(arguments, environment);
+    environment.insert(environment.end(), {"env", sanitizerOptions("verify_asan_link_order=0"),
+                                           "LD_PRELOAD=" + clock});
     const ProgramResult result = runPkgvet(arguments, environment);
     EXPECT_EQ(expected.status, 0) << expected.errors;
     EXPECT_EQ(result.status, 0) << result.errors;
     EXPECT_EQ(result.output, expected.output);
     EXPECT_EQ(result.errors, expected.errors);
+    EXPECT_EQ(result.sandboxRemark, expected.sandboxRemark);
 }
+
+INSTANTIATE_TEST_SUITE_P(Sandbox, Clock,
+                         testing::Values(chosenSandbox(), requiredSandbox(), landlockAlone(),
+                                         noSandbox()),
+                         [](const auto& sandbox) { return sandbox.param.name; });
 
 }  // namespace
