@@ -68,11 +68,9 @@ std::optional<std::string> companionIn(const Descriptor& directory) {
 }
 
 // A package may have changed the mode of the directory that it was unpacked in.
-void removeOurs(const std::string& path) {
+bool isOurDirectory(const std::string& path) {
     struct stat status {};
-    if (lstat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode) && belongsToUs(status)) {
-        removeTree(path);
-    }
+    return lstat(path.c_str(), &status) == 0 && S_ISDIR(status.st_mode) && belongsToUs(status);
 }
 
 // What is left of a run that was killed before it had written the mark. One that goes on finds the
@@ -101,10 +99,10 @@ void clearIfAbandoned(int parent, const std::string& path, const char* name) {
         }
         return;
     }
-    if (isMadeBy(kTreeTemplate, *companion)) {
-        removeOurs(*companion);
+    const bool hasCompanion = isMadeBy(kTreeTemplate, *companion) && isOurDirectory(*companion);
+    if (isOurDirectory(path)) {
+        removeClaimed(path, hasCompanion ? *companion : std::string());
     }
-    removeOurs(path);
 }
 
 // Nobody but their owners may move directories in a sticky one.
@@ -168,6 +166,19 @@ void discard(const ClaimedDirectory& directory) {
     errno = error;
 }
 
+void removeClaimed(const std::string& directory, const std::string& companion) {
+    try {
+        if (!companion.empty()) {
+            removeTree(companion);
+        }
+        if (!directory.empty()) {
+            removeTree(directory, kMarkName);
+        }
+    } catch (const std::exception&) {
+        // What cannot be removed changes no verdict. It keeps its mark, for a later run.
+    }
+}
+
 void clearAbandoned(const std::string& parent) {
     const Descriptor directory(open(parent.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (!directory.isOpen() || !isSafe(directory)) {
@@ -178,11 +189,7 @@ void clearAbandoned(const std::string& parent) {
         if (!isMadeBy(kDirectoryTemplate, std::string("/") + entry->d_name)) {
             continue;
         }
-        try {
-            clearIfAbandoned(directory.get(), parent + "/" + entry->d_name, entry->d_name);
-        } catch (const std::exception&) {
-            // What cannot be removed changes no verdict.
-        }
+        clearIfAbandoned(directory.get(), parent + "/" + entry->d_name, entry->d_name);
     }
 }
 

@@ -44,6 +44,11 @@ ClaimedDirectory makeClaimed(const std::string& pathTemplate, const std::string&
 // Removes it again as long as there is nothing in it but the mark; errno stays as it is.
 void discard(const ClaimedDirectory& directory);
 
+// Removes a directory that was claimed and its companion, of which either may be empty, as far as
+// that is possible. The mark goes last: whenever this is broken off, a later run knows what is
+// left.
+void removeClaimed(const std::string& directory, const std::string& companion);
+
 // Removes each directory in parent, with its companion, of which it is certain that a run left it:
 // the name is of the form that runs give, it belongs to this user or, for the superuser, to the
 // one that judges are, nobody else may write to it, it bears the mark or was made to bear it and

@@ -8,12 +8,11 @@
 
 #include <array>
 #include <cerrno>
-#include <exception>
 #include <utility>
 
+#include "cli/worker/claim.h"
 #include "cli/worker/pipe.h"
 #include "cli/worker/wait.h"
-#include "pkgvet/base/remove_tree.h"
 
 namespace pkgvet::cli {
 
@@ -48,16 +47,6 @@ std::string lastLine(std::string text) {
 
 void waitForGroup(pid_t group) {
     while (waitpid(-group, nullptr, 0) > 0 || errno == EINTR) {
-    }
-}
-
-void removeDirectories(const std::vector<std::string>& directories) {
-    for (const std::string& directory : directories) {
-        try {
-            removeTree(directory);
-        } catch (const std::exception&) {
-            // What cannot be removed changes no verdict.
-        }
     }
 }
 
@@ -114,7 +103,9 @@ JudgeEnd JudgeProcess::end() {
     end.status = waitForEnd(process);
     waitForGroup(process);
     readRest();
-    removeDirectories(judge_.directories);
+    if (!judge_.directories.empty()) {
+        removeClaimed(judge_.directories.back(), judge_.directories.front());
+    }
     template_->finish(process);
     end.saidTooMuch = said_.size() > mostSaid_;
     if (!end.saidTooMuch) {

@@ -5,12 +5,10 @@
 #include <unistd.h>
 
 #include <cerrno>
-#include <exception>
 #include <system_error>
 #include <utility>
 
 #include "cli/worker/judge_user.h"
-#include "pkgvet/base/remove_tree.h"
 
 namespace pkgvet::cli {
 
@@ -45,13 +43,7 @@ ScratchDirectory& ScratchDirectory::operator=(ScratchDirectory&& other) noexcept
 }
 
 ScratchDirectory::~ScratchDirectory() {
-    try {
-        if (!path_.empty()) {
-            removeTree(path_);
-        }
-    } catch (const std::exception&) {
-        // What cannot be removed changes no verdict.
-    }
+    removeClaimed(path_, std::string());
 }
 
 }  // namespace pkgvet::cli

@@ -23,7 +23,6 @@
 #include "cli/worker/prepared_mkdtemp.h"
 #include "cli/worker/wait.h"
 #include "cli/worker/world.h"
-#include "pkgvet/base/remove_tree.h"
 
 namespace pkgvet::cli {
 
@@ -48,16 +47,6 @@ void setEnvironment() {
     clearenv();
     for (const auto& [name, value] : kEnvironment) {
         setenv(name, value, 1);
-    }
-}
-
-void removeQuietly(const std::string& directory) {
-    try {
-        if (!directory.empty()) {
-            removeTree(directory);
-        }
-    } catch (const std::exception&) {
-        // What cannot be removed changes no verdict.
     }
 }
 
@@ -349,8 +338,7 @@ void Template::removeDirectories() {
         endGroup(judge.process);
     }
     for (const auto& [judge, claim] : unfinished_) {
-        removeQuietly(judge.tree.data());
-        removeQuietly(judge.copy.data());
+        removeClaimed(judge.copy.data(), judge.tree.data());
     }
 }
 

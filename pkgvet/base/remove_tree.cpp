@@ -39,7 +39,8 @@ struct Level {
 // than there are descriptors, or than a path is long.
 class Removal {
 public:
-    explicit Removal(const std::string& root) : current_(enter(AT_FDCWD, root)) {}
+    Removal(const std::string& root, std::string_view last)
+        : last_(last), current_(enter(AT_FDCWD, root)) {}
 
     void run();
 
@@ -47,7 +48,9 @@ private:
     Descriptor enter(int parent, const std::string& name);
     std::string removeFiles() const;
     void leave();
+    bool isForLater(std::string_view name) const { return levels_.size() == 1 && name == last_; }
 
+    std::string_view last_;  // empty once its time has come
     std::vector<Level> levels_;
     Descriptor current_;
 };
@@ -70,8 +73,8 @@ Descriptor Removal::enter(int parent, const std::string& name) {
     return directory;
 }
 
-// Removes what is not a directory, up to the first entry that is. Returns its name; empty when the
-// directory is empty.
+// Removes what is not a directory, up to the first entry that is. Returns its name; empty when
+// nothing is left that may go already.
 std::string Removal::removeFiles() const {
     const DirectoryHandle entries(fdopendir(openat(current_.get(), ".", kDirectoryFlags)));
     if (!entries) {
@@ -79,7 +82,7 @@ std::string Removal::removeFiles() const {
     }
     while (const dirent* entry = readdir(entries.get())) {
         const std::string_view name = entry->d_name;
-        if (name == "." || name == "..") {
+        if (name == "." || name == ".." || isForLater(name)) {
             continue;
         }
         if (unlinkat(current_.get(), entry->d_name, 0) != 0) {
@@ -117,6 +120,8 @@ void Removal::run() {
             current_ = enter(current_.get(), directory);
         } else if (levels_.size() > 1) {
             leave();
+        } else if (!last_.empty()) {
+            last_ = {};
         } else {
             return;
         }
@@ -125,7 +130,7 @@ void Removal::run() {
 
 }  // namespace
 
-void removeTree(const std::filesystem::path& root) {
+void removeTree(const std::filesystem::path& root, std::string_view last) {
     struct stat status {};
     if (lstat(root.c_str(), &status) != 0) {
         return;
@@ -134,7 +139,7 @@ void removeTree(const std::filesystem::path& root) {
         unlink(root.c_str());
         return;
     }
-    Removal(root).run();
+    Removal(root, last).run();
     if (rmdir(root.c_str()) != 0) {
         fail("cannot remove a directory");
     }

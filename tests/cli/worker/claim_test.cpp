@@ -60,6 +60,26 @@ TEST_F(ClaimTest, DirectoryIsMadeWithTheMark) {
     EXPECT_TRUE(fs::is_empty(parent_.path()));
 }
 
+TEST_F(ClaimTest, IsRemovedWithWhateverThePackageMadeOfTheMark) {
+    const std::string tree = make("tree");
+    const std::string path = make("pkgvet.abcdef");
+    claimAndDie(path, tree);
+    fs::remove(path + "/.pkgvet");
+    fs::create_directories(path + "/.pkgvet/file");
+    removeClaimed(path, tree);
+    EXPECT_TRUE(fs::is_empty(parent_.path()));
+    removeClaimed("", "");
+    removeClaimed(path, "");
+}
+
+// The next run is to know it.
+TEST_F(ClaimTest, KeepsItsMarkAsLongAsItCannotBeRemoved) {
+    const std::string path = make("pkgvet.abcdef");
+    claimAndDie(path, "");
+    removeClaimed(path, "/proc/self/task");
+    EXPECT_TRUE(fs::exists(path + "/.pkgvet"));
+}
+
 // Directories that others chose the names of hold an "X" now and then.
 TEST_F(ClaimTest, OnlyTheEndOfATemplateIsAPlaceholder) {
     EXPECT_TRUE(isMadeBy("/tmp/aX.b/pkgvet.XXXXXX", "/tmp/aX.b/pkgvet.aX1bX2"));

@@ -84,6 +84,22 @@ TEST(RemoveTree, AnyDepthGoes) {
     }));
 }
 
+// What it comes after, a test of the program that is killed sees.
+TEST(RemoveTree, LastEntryGoesAsWellWhateverItIs) {
+    const TemporaryDirectory directory;
+    const std::string root = directory / "root";
+    directory.write("root/last", "content");
+    directory.write("root/other/last", "content");
+    removeTree(root, "last");
+    EXPECT_FALSE(fs::exists(root));
+    directory.write("root/last/last/other", "content");
+    removeTree(root, "last");
+    EXPECT_FALSE(fs::exists(root));
+    directory.write("root/other", "content");
+    removeTree(root, "last");
+    EXPECT_FALSE(fs::exists(root));
+}
+
 TEST(RemoveTree, WhatCannotBeRemovedIsAnException) {
     EXPECT_THROW(removeTree("/proc/self/task"), fs::filesystem_error);
 }

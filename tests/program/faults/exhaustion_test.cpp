@@ -11,6 +11,7 @@
 #include <tuple>
 
 #include "tests/support/program/fault_run.h"
+#include "tests/support/program/running_program.h"
 
 namespace {
 
@@ -130,6 +131,8 @@ TEST_P(Exhaustion, PackageIsJudgedAsEverOrNotAtAll) {
     // Without a descriptor nothing can be removed. The next run does it.
     EXPECT_TRUE(left.empty() || std::get<0>(GetParam()).error == EMFILE) << left.front();
     faults.watch([](const SystemCall&) { return Answer(); });
+    // Or one of another test, which holds them until they are gone.
+    waitUntil([&left] { return stillThere(left).empty(); });
     EXPECT_EQ(stillThere(left), std::vector<std::string>());
 }
 

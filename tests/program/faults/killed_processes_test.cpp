@@ -6,6 +6,7 @@
 #include <nlohmann/json.hpp>
 
 #include "tests/support/program/fault_run.h"
+#include "tests/support/program/running_program.h"
 
 namespace {
 
@@ -19,9 +20,54 @@ void append(const Words& more, Words* words) {
     words->insert(words->end(), more.begin(), more.end());
 }
 
+// A run of another test may be clearing some of them already, and hold them until it is done.
 void expectTheNextRunClears(const Words& directories, FaultRun* faults) {
     faults->watch([](const SystemCall&) { return Answer(); });
+    waitUntil([&directories] { return stillThere(directories).empty(); });
     EXPECT_EQ(stillThere(directories), Words());
+}
+
+// What a process does from a call of its own that begins it until one of a certain number.
+struct Part {
+    std::string process;
+    bool (*begins)(const SystemCall&);
+    std::uint64_t lastCall;
+};
+
+// Tells the calls of the part apart: 1 for the next after the one that begins it, 0 for all before.
+// How many those are depends on what else there is in /tmp.
+std::function<std::size_t(const SystemCall&)> callsOf(const Part& part) {
+    return [part, count = std::size_t{0},
+            hasBegun = false](const SystemCall& call) mutable -> std::size_t {
+        if (call.process != part.process) {
+            return 0;
+        }
+        count += hasBegun ? 1 : 0;
+        hasBegun = hasBegun || part.begins(call);
+        return count;
+    };
+}
+
+// The number of its last call; 0 for a part that no run comes to.
+std::size_t lengthOf(const Part& part, FaultRun* faults) {
+    std::size_t length = 0;
+    const auto numberOf = callsOf(part);
+    faults->watch([&](const SystemCall& call) {
+        const std::size_t number = numberOf(call);
+        if (length == 0 && call.number == part.lastCall) {
+            length = number;
+        }
+        return Answer();
+    });
+    return length;
+}
+
+bool makesMarkedDirectory(const SystemCall& call) {
+    return nameOfDirectory(call).starts_with("/tmp/pkgvet.");
+}
+
+bool opensUnpacked(const SystemCall& call) {
+    return call.number == SYS_openat && call.text(1).starts_with("/tmp/dir.");
 }
 
 class KilledProcess : public testing::TestWithParam<SandboxCase> {
@@ -41,32 +87,29 @@ protected:
         });
     }
 
-    // Tells the template's calls behind the one that makes the first directory apart: 1 for the
-    // next, 0 for all before. How many those are depends on what else there is in /tmp.
-    static std::function<std::size_t(const SystemCall&)> callsOfTheStart(const FaultRun& faults) {
-        return [maker = faults.cast().maker, count = std::size_t{0},
-                isMaking = false](const SystemCall& call) mutable -> std::size_t {
-            if (call.process != maker) {
-                return 0;
-            }
-            count += isMaking ? 1 : 0;
-            isMaking = isMaking || nameOfDirectory(call).starts_with("/tmp/pkgvet.");
-            return count;
-        };
-    }
-
-    // The number of the call that waits for the next request; 0 where no directory is made.
-    static std::size_t lengthOfTheStart(FaultRun* faults) {
-        std::size_t length = 0;
-        const auto numberOf = callsOfTheStart(*faults);
-        faults->watch([&](const SystemCall& call) {
-            const std::size_t number = numberOf(call);
-            if (length == 0 && call.number == SYS_recvmsg) {
-                length = number;
-            }
-            return Answer();
-        });
-        return length;
+    // All processes are killed at once, at each of its calls in turn.
+    static void expectTheNextRunClearsAfter(const Part& part, FaultRun* faults) {
+        const std::size_t length = lengthOf(part, faults);
+        if (length == 0) {
+            GTEST_SKIP() << "in namespaces no directory is made";
+        }
+        EXPECT_GT(length, 5U);
+        std::size_t runsThatLeft = 0;
+        for (std::size_t number = 1; number < length; ++number) {
+            SCOPED_TRACE(number);
+            bool isKilled = false;
+            const auto numberOf = callsOf(part);
+            const TracedRun run = faults->run([&](const SystemCall& call) {
+                isKilled = isKilled || numberOf(call) == number;
+                return isKilled ? Answer{Answer::Kind::KillProcess} : Answer();
+            });
+            EXPECT_EQ(run.left, 0U);
+            const Words left = faults->directoriesLeft();
+            runsThatLeft += left.empty() ? 0 : 1;
+            expectTheNextRunClears(left, faults);
+        }
+        // Not each of them, as other tests run the program meanwhile, which clears up as well.
+        EXPECT_GT(runsThatLeft, 0U);
     }
 };
 
@@ -110,31 +153,15 @@ TEST_P(KilledProcess, TemplateCostsItsPackageOrNothing) {
     expectTheNextRunClears(left, &faults);
 }
 
-// All of it, from the call on that makes the first directory, until the judge is there.
-TEST_P(KilledProcess, RunLeavesNothingThatTheNextOneDoesNotKnow) {
+TEST_P(KilledProcess, RunThatBeginsAPackageLeavesNothingForGood) {
     FaultRun faults(GetParam());
-    const std::size_t length = lengthOfTheStart(&faults);
-    if (length == 0) {
-        GTEST_SKIP() << "in namespaces no directory is made";
-    }
-    EXPECT_GT(length, 5U);
-    std::size_t runsThatLeft = 0;
-    for (std::size_t number = 1; number < length; ++number) {
-        SCOPED_TRACE(number);
-        bool isKilled = false;
-        const auto numberOf = callsOfTheStart(faults);
-        const TracedRun run = faults.run([&](const SystemCall& call) {
-            isKilled = isKilled || numberOf(call) == number;
-            // The program as well, before it does anything about it.
-            return isKilled ? Answer{Answer::Kind::KillProcess} : Answer();
-        });
-        EXPECT_EQ(run.left, 0U);
-        const Words left = faults.directoriesLeft();
-        runsThatLeft += left.empty() ? 0 : 1;
-        expectTheNextRunClears(left, &faults);
-    }
-    // Not each of them, as other tests run the program meanwhile, which clears up as well.
-    EXPECT_GT(runsThatLeft, 0U);
+    expectTheNextRunClearsAfter({faults.cast().maker, makesMarkedDirectory, SYS_recvmsg}, &faults);
+}
+
+// The mark, by which the next run knows them, goes last.
+TEST_P(KilledProcess, RunThatRemovesDirectoriesLeavesNothingForGood) {
+    FaultRun faults(GetParam());
+    expectTheNextRunClearsAfter({"0", opensUnpacked, SYS_sendmsg}, &faults);
 }
 
 // The template's first child, and the one in namespaces of its own which that starts.
