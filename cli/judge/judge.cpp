@@ -34,7 +34,6 @@ constexpr const char* kIrregular =
     "the payload is irregular and was not unpacked, so that no rule on files ran";
 constexpr const char* kNoGuard = "the guard in front of cpio did not run";
 constexpr const char* kRuleFailed = "a rule failed: ";
-constexpr const char* kOutOfMemory = "it took more memory than --memory allows";
 
 // librpm puts the path ahead of what it has to say.
 std::string withoutPath(const std::string& message, const std::string& path) {

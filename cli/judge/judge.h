@@ -16,6 +16,8 @@ class Configuration;
 
 namespace pkgvet::cli {
 
+inline constexpr const char* kOutOfMemory = "it took more memory than --memory allows";
+
 // What a judge finds around it.
 struct Surroundings {
     int package = -1;      // a descriptor of the package, which is read to its end

@@ -10,10 +10,12 @@
 
 #include <cerrno>
 #include <exception>
+#include <new>
 #include <string_view>
 #include <system_error>
 #include <utility>
 
+#include "cli/worker/limits.h"
 #include "cli/worker/wire.h"
 
 namespace pkgvet::cli {
@@ -146,6 +148,8 @@ void runJudge(const WorldPlan& plan, const SystemCallFilter& filter, const Judge
         const PackageReport report = judgeInWorld(plan, filter, judge, std::move(arranged.package),
                                                   directories, inWorkingDirectory);
         _exit(send(reportMessage(report, plan.limits.report)) ? 0 : 1);
+    } catch (const std::bad_alloc&) {
+        _exit(kOutOfMemoryStatus);
     } catch (const std::exception&) {
         _exit(1);
     }

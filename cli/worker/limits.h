@@ -21,6 +21,8 @@ inline constexpr const char* kOutOfProcessorTime =
 
 // The exit status of a judge that ran out of processor time.
 inline constexpr int kOutOfTimeStatus = 110;
+// And of one that had no memory left for its answer.
+inline constexpr int kOutOfMemoryStatus = 111;
 // And, less the number of the signal, of one that ended by a signal that its namespaces shield it
 // from.
 inline constexpr int kSignalStatus = 128;

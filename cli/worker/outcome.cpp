@@ -4,10 +4,13 @@
 #include <string.h>
 #include <sys/wait.h>
 
+#include <algorithm>
+#include <array>
 #include <optional>
 #include <string_view>
 #include <utility>
 
+#include "cli/judge/judge.h"
 #include "cli/worker/limits.h"
 #include "cli/worker/wire.h"
 
@@ -21,6 +24,11 @@ constexpr const char* kSaidTooMuch = "there is more to say about it than --max-r
 constexpr const char* kKilled = "the judge was ended by signal ";
 constexpr const char* kFailed = "the judge ended with status ";
 constexpr const char* kNonsense = "the judge gave no valid answer";
+
+// What libraries that end the process for want of memory say last: GLib, librpm, and the C++
+// library where nothing may be thrown.
+constexpr std::array<std::string_view, 3> kMemoryWords = {"failed to allocate", "memory alloc (",
+                                                          "std::bad_alloc"};
 
 constexpr std::string_view kPlaceholder = "XXXXXX";
 
@@ -40,10 +48,19 @@ Cause causeOfStatus(int status) {
     if (code == kOutOfTimeStatus) {
         return {CauseCode::OutOfTime, kOutOfProcessorTime};
     }
+    if (code == kOutOfMemoryStatus) {
+        return {CauseCode::OutOfMemory, kOutOfMemory};
+    }
     if (code > kSignalStatus) {
         return killedBy(code - kSignalStatus);
     }
     return code == 0 ? Cause{} : crashed(kFailed + std::to_string(code));
+}
+
+bool hadNoMemory(const JudgeEnd& end) {
+    return std::any_of(kMemoryWords.begin(), kMemoryWords.end(), [&end](std::string_view words) {
+        return end.lastErrorLine.find(words) != std::string::npos;
+    });
 }
 
 // What was wrong with the judge; without a code when nothing was.
@@ -56,7 +73,13 @@ Cause causeOf(const JudgeEnd& end, Stop stop) {
         case Stop::None:
             break;
     }
-    return end.saidTooMuch ? Cause{CauseCode::TooLarge, kSaidTooMuch} : causeOfStatus(end.status);
+    if (end.saidTooMuch) {
+        return {CauseCode::TooLarge, kSaidTooMuch};
+    }
+    const Cause cause = causeOfStatus(end.status);
+    return cause.code == CauseCode::Crashed && hadNoMemory(end)
+               ? Cause{CauseCode::OutOfMemory, kOutOfMemory}
+               : cause;
 }
 
 PackageReport notJudged(const Cause& cause) {
@@ -101,7 +124,8 @@ PackageReport concludeJudge(const JudgeEnd& end, Stop stop,
     PackageReport report = answer                          ? std::move(*answer)
                            : cause.code == CauseCode::None ? notJudged(crashed(kNonsense))
                                                            : notJudged(cause);
-    if (!report.judged()) {
+    // What is said of memory holds times and addresses, and nothing beyond the cause.
+    if (!report.judged() && cause.code != CauseCode::OutOfMemory) {
         report.lastErrorLine = end.lastErrorLine;
     }
     for (const std::string& directory : directories) {

@@ -130,6 +130,33 @@ TEST_F(CheckCommand, PayloadThatTakesMoreMemoryThanAllowedIsNotJudged) {
     EXPECT_EQ(check({"--memory", "1G", file}).status, 0);
 }
 
+// GLib ends a process that gets none.
+TEST_F(CheckCommand, RuleThatTakesMoreMemoryThanAllowedIsNotJudged) {
+#if defined(__SANITIZE_ADDRESS__)
+    GTEST_SKIP() << "with the sanitizers there is no limit on addresses";
+#endif
+    constexpr int kElements = 4'000'000;
+    std::string json = "[0";
+    for (int i = 0; i < kElements; ++i) {
+        json += ",0";
+    }
+    const TemporaryDirectory directory;
+    const std::string file =
+        builder()
+            .file("/etc/sealwatchd/config.d/" + std::string(kName) + ".json", json + "]")
+            .build(directory);
+    for (const char* sandbox : {"auto", "off"}) {
+        SCOPED_TRACE(sandbox);
+        const ProgramResult result =
+            check({"--format", "json", "--memory", "192M", "--sandbox", sandbox, file});
+        EXPECT_EQ(result.status, 3);
+        EXPECT_NE(result.output.find(R"("cause_code": "out-of-memory")"), std::string::npos)
+            << result.output;
+        EXPECT_NE(result.errors.find("it took more memory than --memory allows"), std::string::npos)
+            << result.errors;
+    }
+}
+
 TEST_F(CheckCommand, ExceptionOutOfARuleIsNotJudged) {
     RuleTree tree;
     tree.regular().requires_.allowed = {"(x*)*(x*)*\\1y"};

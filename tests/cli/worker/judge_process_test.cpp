@@ -2,13 +2,18 @@
 #include "cli/worker/judge_process.h"
 
 #include <fcntl.h>
+#include <glib.h>
 #include <gmock/gmock.h>
+#include <rpm/rpmutil.h>
 #include <signal.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <cstdio>
 #include <filesystem>
 #include <fstream>
+#include <limits>
+#include <new>
 #include <vector>
 
 #include "tests/support/program/judge_run.h"
@@ -73,6 +78,42 @@ TEST_P(JudgeProcessTest, EndsOfJudgesAreCauses) {
         EXPECT_THAT(causeOf(test.judge, GetParam()), testing::StartsWith(test.cause));
     }
 }
+
+#if !defined(__SANITIZE_ADDRESS__)
+// The sanitizers end a process that gets no memory with words of their own.
+TEST_P(JudgeProcessTest, WhateverEndsItForWantOfMemoryItIsOutOfIt) {
+    struct Case {
+        const char* name;
+        JudgeFunction judge;
+    };
+    const Case cases[] = {
+        {"GLib",
+         [](const Surroundings&) -> PackageReport {
+             g_malloc(std::numeric_limits<gssize>::max());
+             _exit(0);
+         }},
+        {"librpm",
+         [](const Surroundings&) -> PackageReport {
+             rmalloc(std::numeric_limits<ssize_t>::max());
+             _exit(0);
+         }},
+        {"a judge", [](const Surroundings&) -> PackageReport { throw std::bad_alloc(); }},
+        {"a judge where nothing may be thrown",
+         [](const Surroundings&) noexcept -> PackageReport {
+             return acceptedReport(std::string(std::string().max_size(), 'x'));
+         }},
+    };
+    // A judge that exits would write what this process has not written yet.
+    std::fflush(stdout);
+    for (const Case& test : cases) {
+        SCOPED_TRACE(test.name);
+        const PackageReport report = runJudge(test.judge, GetParam());
+        EXPECT_EQ(report.causeCode, CauseCode::OutOfMemory);
+        EXPECT_EQ(report.cause, "it took more memory than --memory allows");
+        EXPECT_EQ(report.lastErrorLine, "");
+    }
+}
+#endif
 
 TEST_P(JudgeProcessTest, ProcessorTimeIsBounded) {
     Limits limits;
