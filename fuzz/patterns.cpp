@@ -32,7 +32,8 @@ Answer expectedAnswer(const std::string& pattern, const std::string& text) {
     if (pkgvet::shapeOf(pattern).hasHugeNumber) {
         return Answer::TooMuch;
     }
-    pkgvet::EngineBudget budget{kMostSteps, 1, pkgvet::EngineBudget::currentFrame() - (1U << 20U)};
+    pkgvet::EngineBudget budget{kMostSteps, 1, 0,
+                                pkgvet::EngineBudget::currentFrame() - (1U << 20U)};
     try {
         const std::regex regex(pattern);
         const pkgvet::CountingIterator begin(text.data(), &budget);

@@ -12,6 +12,7 @@ namespace pkgvet {
 struct EngineBudget {
     std::size_t steps;
     std::size_t stepsOfACopy;
+    std::size_t stepsOfAPlace;
     std::uintptr_t lowestFrame;
 
     void take(std::size_t count) {
@@ -31,8 +32,9 @@ struct EngineBudget {
 };
 
 // Walks a text for the engine, which has no limits of its own, and holds it to a budget: it looks
-// at the text or copies a place in it for whatever it does, save for trying alternatives. The
-// engine also makes iterators out of nothing, for groups that took no part.
+// at the text, copies a place in it or goes on to the next one for whatever it does, save for
+// trying alternatives. The engine also makes iterators out of nothing, for groups that took no
+// part.
 //
 // Not in an unnamed namespace: of a local type, the engine's functions are merged into one whose
 // frame is four times as large, and it is by its frames that the engine fails.
@@ -67,6 +69,9 @@ public:
         return *position_;
     }
     CountingIterator& operator++() {
+        if (budget_ != nullptr) {
+            budget_->take(budget_->stepsOfAPlace);
+        }
         ++position_;
         return *this;
     }

@@ -15,6 +15,9 @@ namespace {
 // Trying a lookahead costs as much as its memory; it copies some ten places in the text.
 constexpr std::size_t kLookaheadMemoryOfAStep = 1024;
 
+// At each place in the text the polynomial mode clears a mark of each state.
+constexpr std::size_t kMarksOfAStep = 256;
+
 // The text that pattern stands for, or nothing when it needs the engine.
 std::optional<std::string> plainTextOf(std::string_view pattern) {
     std::string text;
@@ -93,22 +96,24 @@ std::optional<std::string> WholePattern::fault() {
 bool WholePattern::matchesCompiled(const std::string& text, std::size_t* steps) {
     if (polynomial_) {
         try {
-            return run(*polynomial_, text, steps);
+            return run(*polynomial_, text, shape_.states / kMarksOfAStep, steps);
         } catch (const std::regex_error&) {
             if (!backtracking_) {
                 backtracking_.emplace(text_, std::regex::ECMAScript);
             }
         }
     }
-    return run(*backtracking_, text, steps);
+    return run(*backtracking_, text, 0, steps);
 }
 
-bool WholePattern::run(const std::regex& regex, const std::string& text, std::size_t* steps) const {
+bool WholePattern::run(const std::regex& regex, const std::string& text, std::size_t stepsOfAPlace,
+                       std::size_t* steps) const {
     const std::size_t unseen = shape_.alternatives * engineFrames().alternative;
     const std::size_t stack = kMaxEngineStack - std::min(unseen, kMaxEngineStack);
     const std::size_t ofLookaheads = shape_.lookaheadMemory / kLookaheadMemoryOfAStep;
     const std::size_t most = std::min(kMaxSteps, *steps);
-    EngineBudget budget{most, kStepsOfACopy + ofLookaheads, EngineBudget::currentFrame() - stack};
+    EngineBudget budget{most, kStepsOfACopy + ofLookaheads, stepsOfAPlace,
+                        EngineBudget::currentFrame() - stack};
     const StepCount count(budget, most, steps);
     const CountingIterator begin(text.data(), &budget);
     const CountingIterator end(text.data() + text.size(), &budget);

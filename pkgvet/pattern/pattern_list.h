@@ -51,7 +51,8 @@ private:
     bool matchesPlainText(const std::string& text) const;
     void compile();
     bool matchesCompiled(const std::string& text, std::size_t* steps);
-    bool run(const std::regex& regex, const std::string& text, std::size_t* steps) const;
+    bool run(const std::regex& regex, const std::string& text, std::size_t stepsOfAPlace,
+             std::size_t* steps) const;
 
     std::string text_;  // the pattern, or the plain text that it stands for
     bool plain_;

@@ -134,6 +134,18 @@ TEST(PackagePatterns, AlternativesUseUpTheStepsOfTheList) {
     EXPECT_EQ(outcomes(many, texts), std::vector<Outcome>({Outcome{false, error_complexity}}));
 }
 
+// The engine clears a mark of each state wherever it gets to in a text.
+TEST(PackagePatterns, StatesUseUpTheStepsOfTheListAtEachPlaceOfAText) {
+    const Strings texts = repeated(300, std::string(4000, 'a'), "");
+    const std::vector<Outcome> all(texts.size(), {true, {}});
+    EXPECT_EQ(outcomes({"a*(b{90})?[0-9]*"}, texts), all);
+    std::vector<Outcome> some = outcomes({"a*(b{90000})?[0-9]*"}, texts);
+    EXPECT_EQ(some.front(), (Outcome{true, {}}));
+    EXPECT_EQ(some.back(), (Outcome{false, error_complexity}));
+    // Not where it never gets to.
+    EXPECT_EQ(outcomes({"c(b{90000})?[0-9]*"}, texts), std::vector<Outcome>(texts.size()));
+}
+
 // Honest names may hold a "|".
 TEST(PackagePatterns, FewAlternativesCostNothingMore) {
     const Strings patterns = repeated(100, "z|x", "");
