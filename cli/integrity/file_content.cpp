@@ -45,9 +45,9 @@ FileContent ContentReader::read(const std::string& path) {
 std::optional<FileContent> ContentReader::read(const Descriptor& file, const PieceUse& use) {
     FileContent content;
     Checksum checksum(algorithm_);
-    // Less than a whole piece is the last one, so that most files are read by one call.
-    auto size = static_cast<ssize_t>(kPieceSize);
-    while (size == static_cast<ssize_t>(kPieceSize)) {
+    // Less than a whole piece need not be the last: what is behind it may be what cannot be read.
+    ssize_t size = 1;
+    while (size > 0) {
         size = readPiece(file, piece_.get());
         const std::string_view bytes(piece_.get(), static_cast<std::size_t>(size < 0 ? 0 : size));
         checksum.add(bytes);

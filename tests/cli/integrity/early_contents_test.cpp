@@ -113,7 +113,9 @@ TEST_F(EarlyContentsTest, FilesThatAreNotThereYetAreWaitedFor) {
     const std::future<void> reading =
         std::async(std::launch::async, [&] { early.read(list_, root_.path()); });
     usleep(5000);
-    root_.write("usr/share/later", "text");
+    // All at once: what is written slowly is read by nobody.
+    root_.write("usr/share/new", "text");
+    fs::rename(root_.path() / "usr/share/new", root_.path() / "usr/share/later");
     reading.wait();
     EXPECT_EQ(digestOfFile(early, 0), digestOf(PGPHASHALGO_SHA256, "text"));
 }

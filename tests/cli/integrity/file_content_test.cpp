@@ -1,6 +1,7 @@
 // What is known of a file once it was read.
 #include "cli/integrity/file_content.h"
 
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <rpm/rpmpgp.h>
 #include <sys/stat.h>
@@ -40,6 +41,24 @@ TEST_F(FileContentTest, NulBytesAreSeenWhereverTheyAre) {
     EXPECT_TRUE(contentOf(std::string(1, '\0')).holdsNul);
     EXPECT_TRUE(contentOf(std::string(1'000'000, 'y') + '\0').holdsNul);
     EXPECT_TRUE(contentOf('\0' + std::string(1'000'000, 'y')).holdsNul);
+}
+
+// An error of a disk comes behind the bytes that could be read.
+TEST_F(FileContentTest, FileThatBreaksOffSaysWhy) {
+    int ends[2];
+    ASSERT_EQ(pipe2(ends, O_CLOEXEC | O_NONBLOCK), 0);
+    const pkgvet::Descriptor reading(ends[0]);
+    const pkgvet::Descriptor writing(ends[1]);
+    ASSERT_EQ(write(writing.get(), "text", 4), 4);
+    std::string bytes;
+    const auto content =
+        ContentReader(PGPHASHALGO_SHA256).read(reading, [&](std::string_view piece) {
+            bytes += piece;
+            return true;
+        });
+    ASSERT_TRUE(content);
+    EXPECT_EQ(content->error, EAGAIN);
+    EXPECT_EQ(bytes, "text");
 }
 
 TEST_F(FileContentTest, WhatIsNotAFileSaysWhyItCannotBeRead) {
