@@ -3,6 +3,7 @@
 #include "cli/command/options.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 
 #include "cli/base/exit_status.h"
 #include "cli/base/terminal.h"
@@ -86,8 +87,17 @@ void addOptions(const CommandRow& row, CLI::App* app) {
     }
 }
 
-// row must outlive app.
-void describe(const CommandRow& row, CLI::App* app) {
+// The command of row that the first word names, if it does.
+const CommandRow* namedFirst(const CommandRow& row, int argc, const char* const* argv) {
+    const auto found = std::find_if(
+        row.commands.begin(), row.commands.end(),
+        [&](const CommandRow& command) { return argc > 1 && command.name == argv[1]; });
+    return found == row.commands.end() ? nullptr : &*found;
+}
+
+// Of the commands below row, only says what they are when it is another one that runs: to describe
+// their options takes longer than to parse a command line. row must outlive app.
+void describe(const CommandRow& row, const CommandRow* running, CLI::App* app) {
     addOptions(row, app);
     app->footer(row.footer);
     app->require_subcommand(row.commands.empty() ? 0 : 1);
@@ -106,7 +116,10 @@ void describe(const CommandRow& row, CLI::App* app) {
         });
     }
     for (const CommandRow& command : row.commands) {
-        describe(command, app->add_subcommand(command.name, command.description));
+        CLI::App* const added = app->add_subcommand(command.name, command.description);
+        if (running == nullptr || running == &command) {
+            describe(command, nullptr, added);
+        }
     }
 }
 
@@ -133,7 +146,7 @@ CommandRow commandTable(Options* options) {
 
 std::optional<int> parseCommandLine(const CommandRow& table, int argc, const char* const* argv) {
     CLI::App app(table.description, table.name);
-    describe(table, &app);
+    describe(table, namedFirst(table, argc, argv), &app);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {
