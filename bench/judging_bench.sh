@@ -6,7 +6,7 @@
 #
 # A package that cannot be judged ends the benchmark.
 #
-# At the end, bare unpacking into memory with and without the guard in front of cpio, in turns, the
+# At the end, bare unpacking into memory by cpio and by the guard in its place, in turns, the
 # best of all of them. Then a check against the impact of a change of the rules, in turns.
 #
 # usage: judging_bench.sh PROGRAM [RUNS]

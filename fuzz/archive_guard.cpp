@@ -1,5 +1,5 @@
-// The guard in front of cpio against cpio itself: what the guard takes for a regular archive is
-// unpacked, and the tree must be the one that its entries describe.
+// The guard against cpio: what the guard takes for a regular archive is unpacked by both, and the
+// two trees must be one another's like, and the one that the entries describe.
 #include "cli/guard/archive_guard.h"
 
 #include <fcntl.h>
@@ -9,9 +9,11 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <filesystem>
 #include <map>
 #include <vector>
 
+#include "cli/guard/tree_writer.h"
 #include "fuzz/fuzz_target.h"
 #include "tests/support/base/temporary_directory.h"
 
@@ -24,30 +26,53 @@ using pkgvet::fuzz::expect;
 constexpr std::size_t kMostBytes = 16 << 10;
 const GuardOrders kOrders{1 << 20, 64};
 
-// A file that cpio is to make: what kind it is, and how large.
-struct Made {
+constexpr uid_t kNobody = 65534;
+
+// A file that the entries describe: what kind it is, and how large.
+struct Described {
     mode_t kind;
     std::uint64_t size;
+};
+
+// A file that was made. Sizes and times of directories are the file system's own affair.
+struct Made {
+    mode_t mode;
+    nlink_t links;
+    std::uint64_t size;
+    time_t time;
 
     bool operator==(const Made&) const = default;
 };
 using Tree = std::map<std::string, Made>;
 
+// What the guard gave, in one text.
 struct Outcome {
     GuardNote note;
-    std::string passed;
+    std::string given;
 
     bool operator==(const Outcome&) const = default;
 };
 
-Outcome guarded(std::string_view archive, std::size_t pieceSize) {
-    ArchiveGuard guard(kOrders);
-    Outcome outcome;
+GuardNote guarded(std::string_view archive, std::size_t pieceSize, const EntryReceiver& receiver) {
+    ArchiveGuard guard(kOrders, receiver);
     while (!archive.empty()) {
-        guard.take(archive.substr(0, pieceSize), &outcome.passed);
+        guard.take(archive.substr(0, pieceSize));
         archive.remove_prefix(std::min(pieceSize, archive.size()));
     }
-    outcome.note = guard.finish();
+    return guard.finish();
+}
+
+Outcome guarded(std::string_view archive, std::size_t pieceSize) {
+    Outcome outcome;
+    const EntryReceiver receiver = {
+        .begin =
+            [&outcome](const RegularEntry& entry) {
+                outcome.given += entry.name;
+                outcome.given += entry.target;
+                outcome.given += std::to_string(entry.fields.mode);
+            },
+        .data = [&outcome](std::string_view data) { outcome.given += data; }};
+    outcome.note = guarded(archive, pieceSize, receiver);
     return outcome;
 }
 
@@ -57,8 +82,8 @@ bool isHardLink(const EntryFields& fields) {
 }
 
 // What the entries describe, read without any check. Sizes of hard links are left open.
-Tree describedTree(std::string_view archive) {
-    Tree tree;
+std::map<std::string, Described> describedTree(std::string_view archive) {
+    std::map<std::string, Described> tree;
     while (true) {
         const EntryFields fields = readFields(archive.substr(0, kFieldsEnd)).value();
         std::string name(archive.substr(kFieldsEnd, fields.nameSize - 1));
@@ -85,17 +110,22 @@ Tree foundTree(const std::string& root) {
     for (const fs::directory_entry& entry : fs::recursive_directory_iterator(root)) {
         struct stat status {};
         expect(lstat(entry.path().c_str(), &status) == 0, "what is there can be looked at");
-        const bool hasSize = !S_ISDIR(status.st_mode) && status.st_nlink == 1;
-        tree[entry.path().lexically_relative(root)] = {
-            status.st_mode & S_IFMT, hasSize ? static_cast<std::uint64_t>(status.st_size) : 0};
+        Made made{status.st_mode, 0, 0, 0};
+        if (!S_ISDIR(status.st_mode)) {
+            made.links = status.st_nlink;
+            made.size = static_cast<std::uint64_t>(status.st_size);
+            // cpio gives links no time.
+            made.time = S_ISLNK(status.st_mode) ? 0 : status.st_mtime;
+        }
+        tree[entry.path().lexically_relative(root)] = made;
     }
     return tree;
 }
 
-// Runs cpio as the library does, and not as the superuser. Its exit status says nothing: owners
-// cannot be set, for example. A plain fork would copy the tables of a process that a sanitizer has
-// made very large.
-void unpack(const std::string& archive, const std::string& root) {
+// Runs cpio as the library does, and not as the superuser. Whether it succeeded: it does not get
+// into directories that forbid it, for example. A plain fork would copy the tables of a process
+// that a sanitizer has made very large.
+bool unpackByCpio(const std::string& archive, const std::string& root) {
     std::vector<std::string> words = {"cpio", "-idm", "--quiet"};
     if (getuid() == 0) {
         words.insert(words.begin(),
@@ -118,6 +148,41 @@ void unpack(const std::string& archive, const std::string& root) {
     expect(error == 0, "cpio can be run");
     int status = 0;
     waitpid(process, &status, 0);
+    return status == 0;
+}
+
+// Not as the superuser either. Whether all could be written.
+bool unpackByWriter(std::string_view archive, const std::string& root) {
+    const std::filesystem::path before = std::filesystem::current_path();
+    std::filesystem::current_path(root);
+    const bool isSuperuser = geteuid() == 0;
+    expect(!isSuperuser || (setegid(kNobody) == 0 && seteuid(kNobody) == 0),
+           "rights can be given up");
+    TreeWriter writer;
+    guarded(archive, archive.size(),
+            {.begin = [&writer](const RegularEntry& entry) { writer.begin(entry); },
+             .data = [&writer](std::string_view data) { writer.write(data); }});
+    writer.finish();
+    expect(!isSuperuser || (seteuid(0) == 0 && setegid(0) == 0), "and taken back");
+    std::filesystem::current_path(before);
+    return writer.failure().empty();
+}
+
+void expectAsDescribed(const Tree& tree, const std::map<std::string, Described>& described) {
+    for (const auto& [path, made] : tree) {
+        const auto found = described.find(path);
+        expect(found != described.end(), "nothing is made that is not described");
+        expect(found->second.kind == (made.mode & S_IFMT), "what is made is of the kind described");
+        expect(found->second.size == made.size || found->second.size == 0 || made.size == 0,
+               "and of the size described");
+    }
+}
+
+std::string makeRoot(const TemporaryDirectory& directory, const char* name) {
+    std::string root = directory / name;
+    std::filesystem::create_directory(root);
+    std::filesystem::permissions(root, std::filesystem::perms(0777));
+    return root;
 }
 
 }  // namespace
@@ -126,25 +191,25 @@ void pkgvet::fuzz::run(std::string_view input) {
     const Outcome whole = guarded(input, input.size() + 1);
     expect(guarded(input, 1) == whole, "pieces make no difference");
     expect(guarded(input, 7) == whole, "larger pieces make no difference either");
-    expect(input.starts_with(whole.passed), "what passes is what came");
     if (whole.note.end != GuardEnd::Whole || input.size() > kMostBytes) {
         return;
     }
     const TemporaryDirectory directory;
-    const std::string archive = directory.write("archive", whole.passed);
-    const std::string root = directory / "root";
-    std::filesystem::create_directory(root);
     std::filesystem::permissions(directory.path(), std::filesystem::perms(0755));
-    std::filesystem::permissions(root, std::filesystem::perms(0777));
-    unpack(archive, root);
-    const Tree described = describedTree(whole.passed);
-    for (const auto& [path, made] : foundTree(root)) {
-        const auto found = described.find(path);
-        expect(found != described.end(), "cpio makes nothing that is not described");
-        expect(found->second.kind == made.kind, "what it makes is of the kind described");
-        expect(found->second.size == made.size || found->second.size == 0 || made.size == 0,
-               "and of the size described");
+    const std::string archive = directory.write("archive", std::string(input));
+    const std::string byCpio = makeRoot(directory, "by-cpio");
+    const std::string byWriter = makeRoot(directory, "by-writer");
+    const bool cpioSucceeds = unpackByCpio(archive, byCpio);
+    const bool writerSucceeds = unpackByWriter(input, byWriter);
+    const auto described = describedTree(input);
+    const Tree madeByCpio = foundTree(byCpio);
+    const Tree madeByWriter = foundTree(byWriter);
+    expectAsDescribed(madeByCpio, described);
+    expectAsDescribed(madeByWriter, described);
+    if (cpioSucceeds) {
+        expect(writerSucceeds, "what cpio writes can be written");
+        expect(madeByCpio == madeByWriter, "and is written as by cpio");
     }
-    expect(std::distance(std::filesystem::directory_iterator(directory.path()), {}) == 2,
-           "nothing lies beside the tree");
+    expect(std::distance(std::filesystem::directory_iterator(directory.path()), {}) == 3,
+           "nothing lies beside the trees");
 }

@@ -25,7 +25,7 @@ bool isNul(char byte) {
     return byte == '\0';
 }
 
-// The path as cpio makes it; empty for the directory that is unpacked in.
+// The path that is made; empty for the directory that is unpacked in.
 std::string_view pathOf(std::string_view name) {
     if (name.starts_with(kPrefix)) {
         return name.substr(kPrefix.size());
@@ -58,27 +58,27 @@ std::optional<Irregularity> irregularityOfName(std::string_view name) {
 
 }  // namespace
 
-void ArchiveGuard::take(std::string_view bytes, std::string* passed) {
+void ArchiveGuard::take(std::string_view bytes) {
     while (!bytes.empty() && !isStopped()) {
         switch (step_) {
             case Step::Data:
-                takeData(&bytes, passed);
+                takeData(&bytes);
                 break;
             case Step::Padding:
-                takePadding(&bytes, passed);
+                takePadding(&bytes);
                 break;
             case Step::Tail:
-                takeTail(&bytes, passed);
+                takeTail(&bytes);
                 break;
             default:
-                collect(&bytes, passed);
+                collect(&bytes);
         }
     }
 }
 
-void ArchiveGuard::takeData(std::string_view* bytes, std::string* passed) {
+void ArchiveGuard::takeData(std::string_view* bytes) {
     const std::size_t size = std::min<std::uint64_t>(dataLeft_, bytes->size());
-    passed->append(*bytes, 0, size);
+    receiver_.data(bytes->substr(0, size));
     bytes->remove_prefix(size);
     skipData(size);
 }
@@ -94,11 +94,10 @@ void ArchiveGuard::skipData(std::uint64_t size) {
     }
 }
 
-void ArchiveGuard::takePadding(std::string_view* bytes, std::string* passed) {
+void ArchiveGuard::takePadding(std::string_view* bytes) {
     if (!isNul(bytes->front())) {
         return refuse(Irregularity::Padding, offset_);
     }
-    passed->push_back('\0');
     bytes->remove_prefix(1);
     ++offset_;
     if (--paddingLeft_ == 0) {
@@ -107,10 +106,9 @@ void ArchiveGuard::takePadding(std::string_view* bytes, std::string* passed) {
 }
 
 // It unpacks to nothing, but takes as long to read as what does.
-void ArchiveGuard::takeTail(std::string_view* bytes, std::string* passed) {
+void ArchiveGuard::takeTail(std::string_view* bytes) {
     const auto foreign = std::find_if_not(bytes->begin(), bytes->end(), isNul);
     const auto size = static_cast<std::size_t>(foreign - bytes->begin());
-    passed->append(*bytes, 0, size);
     bytes->remove_prefix(size);
     offset_ += size;
     unpacked_ += size;
@@ -121,7 +119,7 @@ void ArchiveGuard::takeTail(std::string_view* bytes, std::string* passed) {
     }
 }
 
-void ArchiveGuard::collect(std::string_view* bytes, std::string* passed) {
+void ArchiveGuard::collect(std::string_view* bytes) {
     const std::size_t size = std::min(needed_ - held_.size(), bytes->size());
     held_.append(*bytes, 0, size);
     bytes->remove_prefix(size);
@@ -135,9 +133,9 @@ void ArchiveGuard::collect(std::string_view* bytes, std::string* passed) {
         case Step::Fields:
             return judgeFields();
         case Step::Name:
-            return judgeName(passed);
+            return judgeName();
         default:
-            return judgeTarget(passed);
+            return judgeTarget();
     }
 }
 
@@ -167,7 +165,7 @@ std::size_t ArchiveGuard::headSize() const {
     return size + paddingOf(size);
 }
 
-void ArchiveGuard::judgeName(std::string* passed) {
+void ArchiveGuard::judgeName() {
     const std::string_view rest = std::string_view(held_).substr(kFieldsEnd);
     name_ = rest.substr(0, fields_.nameSize - 1);
     if (!isNul(rest[name_.size()]) || name_.find('\0') != std::string::npos) {
@@ -177,21 +175,20 @@ void ArchiveGuard::judgeName(std::string* passed) {
         return refuse(Irregularity::Padding);
     }
     if (name_ == kTrailerName) {
-        return judgeTrailer(passed);
+        return judgeTrailer();
     }
-    judgeEntry(passed);
+    judgeEntry();
 }
 
-void ArchiveGuard::judgeTrailer(std::string* passed) {
+void ArchiveGuard::judgeTrailer() {
     if (fields_.dataSize != 0) {
         return refuse(Irregularity::Trailer);
     }
-    pass(passed);
     name_.clear();
     step_ = Step::Tail;
 }
 
-void ArchiveGuard::judgeEntry(std::string* passed) {
+void ArchiveGuard::judgeEntry() {
     if (const std::optional<Irregularity> irregularity = irregularityOfEntry()) {
         return refuse(*irregularity);
     }
@@ -202,7 +199,7 @@ void ArchiveGuard::judgeEntry(std::string* passed) {
     if (S_ISLNK(fields_.mode)) {
         return begin(Step::Target, headSize() + fields_.dataSize + paddingOf(fields_.dataSize));
     }
-    pass(passed);
+    give({});
     step_ = Step::Data;
     dataLeft_ = fields_.dataSize;
     paddingLeft_ = paddingOf(fields_.dataSize);
@@ -249,8 +246,8 @@ std::optional<Irregularity> ArchiveGuard::irregularityOfType(const std::string& 
 // All names of a file but the last come without data. cpio makes them once it has that, or at the
 // end, and takes whatever else comes with data for one more name of the first.
 std::optional<Irregularity> ArchiveGuard::irregularityOfHardLink() {
-    const FileId id{fields_.deviceMajor, fields_.deviceMinor, fields_.inode};
-    HardLink& file = hardLinks_.try_emplace(id, HardLink{fields_.links, 0, false}).first->second;
+    HardLink& file =
+        hardLinks_.try_emplace(fileIdOf(fields_), HardLink{fields_.links, 0, false}).first->second;
     if (file.hasData || file.links != fields_.links || file.seen == file.links) {
         return Irregularity::HardLink;
     }
@@ -286,7 +283,7 @@ std::optional<Irregularity> ArchiveGuard::addPath(const std::string& path) {
     return std::nullopt;
 }
 
-void ArchiveGuard::judgeTarget(std::string* passed) {
+void ArchiveGuard::judgeTarget() {
     const std::string_view rest = std::string_view(held_).substr(headSize());
     if (rest.substr(0, fields_.dataSize).find('\0') != std::string_view::npos) {
         return refuse(Irregularity::LinkTarget);
@@ -294,7 +291,7 @@ void ArchiveGuard::judgeTarget(std::string* passed) {
     if (!std::all_of(rest.begin() + fields_.dataSize, rest.end(), isNul)) {
         return refuse(Irregularity::Padding);
     }
-    pass(passed);
+    give(rest.substr(0, fields_.dataSize));
     begin(Step::Magic, kEntryMagic.size());
 }
 
@@ -303,14 +300,16 @@ void ArchiveGuard::begin(Step step, std::size_t size) {
     if (step == Step::Magic) {
         entryOffset_ = offset_;
         name_.clear();
+        held_.clear();
     }
     step_ = step;
     needed_ = size;
 }
 
-void ArchiveGuard::pass(std::string* passed) {
-    passed->append(held_);
-    held_.clear();
+void ArchiveGuard::give(std::string_view target) {
+    if (const std::string_view path = pathOf(name_); !path.empty()) {
+        receiver_.begin({fields_, name_, path, target});
+    }
 }
 
 bool ArchiveGuard::isWithinCeilings() {

@@ -1,13 +1,13 @@
-// The check of an archive on its way to cpio.
+// The check of an archive before anything of it is written.
 #pragma once
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <map>
 #include <optional>
 #include <string>
 #include <string_view>
-#include <tuple>
 #include <utility>
 
 #include "cli/guard/entry_fields.h"
@@ -16,30 +16,43 @@
 
 namespace pkgvet::cli {
 
-// Takes the bytes of an archive in pieces of any size and says which of them may go on to cpio. An
-// entry is held back until it is known to be regular, its data aside, and nothing goes on from the
-// first one that is not: what has gone on by then unpacks within the directory, into what the
-// entries said. Nothing is read or written, and the pieces make no difference.
+// An entry that is regular, its data aside.
+struct RegularEntry {
+    const EntryFields& fields;
+    std::string_view name;    // as it stands there, to which limits on the length of paths apply
+    std::string_view path;    // the same, relative and normal
+    std::string_view target;  // of a link; empty for all else
+};
+
+// Whom the guard gives what it finds regular, in the order of the archive.
+struct EntryReceiver {
+    std::function<void(const RegularEntry&)> begin;
+    std::function<void(std::string_view)> data;  // the next bytes of the file begun last
+};
+
+// Takes the bytes of an archive in pieces of any size and gives the entries in it to the receiver.
+// An entry is held back until it is known to be regular, its data aside, and nothing is given from
+// the first one that is not: what has been given by then unpacks within the directory, into what
+// the entries said. The root is not given, since it is there. Nothing is read or written here, and
+// the pieces make no difference.
 //
 // Regular are entries in the format newc, one directly behind the other from the first byte to the
 // last entry, and behind that nothing but NUL bytes. cpio itself takes other formats, skips what it
 // does not understand, follows links that it has unpacked and replaces what it has unpacked.
 class ArchiveGuard {
 public:
-    explicit ArchiveGuard(GuardOrders orders) : orders_(std::move(orders)) {}
+    ArchiveGuard(GuardOrders orders, EntryReceiver receiver)
+        : orders_(std::move(orders)), receiver_(std::move(receiver)) {}
 
-    // Takes the next bytes, and appends to passed those that may go on now, held ones first.
-    void take(std::string_view bytes, std::string* passed);
+    void take(std::string_view bytes);
 
-    // How many of the bytes to come are data of a file, which may go on unseen. Whoever passes some
-    // of them on has to skip them here.
+    // How many of the bytes to come are data of a file, which the receiver may take for itself.
+    // Whoever gives it some of them has to skip them here.
     std::uint64_t dataAhead() const { return step_ == Step::Data ? dataLeft_ : 0; }
     void skipData(std::uint64_t size);
 
-    // Whether no more bytes will go on.
+    // Whether nothing more will be given.
     bool isStopped() const { return note_.end != GuardEnd::Unfinished; }
-    // Whether the last entry has gone on, behind which cpio needs nothing.
-    bool isBehindTrailer() const { return step_ == Step::Tail; }
 
     // Called behind the last byte, or where the guard is stopped.
     GuardNote finish() const;
@@ -54,19 +67,18 @@ private:
         std::uint32_t seen;
         bool hasData;
     };
-    using FileId = std::tuple<std::uint32_t, std::uint32_t, std::uint32_t>;
 
-    void takeData(std::string_view* bytes, std::string* passed);
-    void takePadding(std::string_view* bytes, std::string* passed);
-    void takeTail(std::string_view* bytes, std::string* passed);
-    void collect(std::string_view* bytes, std::string* passed);
+    void takeData(std::string_view* bytes);
+    void takePadding(std::string_view* bytes);
+    void takeTail(std::string_view* bytes);
+    void collect(std::string_view* bytes);
 
     void judgeMagic();
     void judgeFields();
-    void judgeName(std::string* passed);
-    void judgeTrailer(std::string* passed);
-    void judgeEntry(std::string* passed);
-    void judgeTarget(std::string* passed);
+    void judgeName();
+    void judgeTrailer();
+    void judgeEntry();
+    void judgeTarget();
 
     std::optional<Irregularity> irregularityOfEntry();
     std::optional<Irregularity> irregularityOfType(const std::string& path);
@@ -76,17 +88,18 @@ private:
 
     void begin(Step step, std::size_t size);
     std::size_t headSize() const;
-    void pass(std::string* passed);
+    void give(std::string_view target);
     bool isWithinCeilings();
     void refuse(Irregularity irregularity, std::uint64_t offset);
     void refuse(Irregularity irregularity) { refuse(irregularity, entryOffset_); }
 
     GuardOrders orders_;
+    EntryReceiver receiver_;
     GuardNote note_;
     Step step_ = Step::Magic;
     std::uint64_t offset_ = 0;                 // of the next byte
     std::uint64_t entryOffset_ = 0;            // where the current entry begins
-    std::string held_;                         // of the current entry, not passed on yet
+    std::string held_;                         // of the current entry, which is not given yet
     std::size_t needed_ = kEntryMagic.size();  // size of held_ at which the step is complete
     EntryFields fields_;
     std::string name_;             // of the current entry, as it stands there

@@ -12,14 +12,14 @@ namespace {
 constexpr std::size_t kDigits = 8;
 constexpr int kBase = 16;
 
-// In the order of the format. The others say nothing of what is unpacked where.
+// In the order of the format. The others say nothing of what is unpacked.
 constexpr std::array<std::uint32_t EntryFields::*, 13> kFields = {
     &EntryFields::inode,
     &EntryFields::mode,
-    nullptr,  // user
-    nullptr,  // group
+    &EntryFields::user,
+    &EntryFields::group,
     &EntryFields::links,
-    nullptr,  // time
+    &EntryFields::time,
     &EntryFields::dataSize,
     &EntryFields::deviceMajor,
     &EntryFields::deviceMinor,

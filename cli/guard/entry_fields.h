@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <optional>
 #include <string_view>
+#include <tuple>
 
 namespace pkgvet::cli {
 
@@ -24,12 +25,24 @@ inline constexpr std::size_t kAlignment = 4;
 struct EntryFields {
     std::uint32_t inode = 0;
     std::uint32_t mode = 0;
+    std::uint32_t user = 0;
+    std::uint32_t group = 0;
     std::uint32_t links = 0;
+    std::uint32_t time = 0;  // of the last change, in seconds since 1970
     std::uint32_t dataSize = 0;
     std::uint32_t deviceMajor = 0;
     std::uint32_t deviceMinor = 0;
     std::uint32_t nameSize = 0;  // with the NUL byte at its end
+
+    bool operator==(const EntryFields&) const = default;
 };
+
+// What the names of one file have in common.
+using FileId = std::tuple<std::uint32_t, std::uint32_t, std::uint32_t>;
+
+inline FileId fileIdOf(const EntryFields& fields) {
+    return {fields.deviceMajor, fields.deviceMinor, fields.inode};
+}
 
 // Reads kFieldsEnd bytes. Nothing when one of the fields is not eight hexadecimal digits: cpio
 // would read as much of such a field as it likes.

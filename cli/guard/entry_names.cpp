@@ -31,7 +31,7 @@ EntryNames::Answer EntryNames::add(std::string_view path, bool isDirectory) {
     return Answer::Added;
 }
 
-// Makes what is missing, as cpio does.
+// Makes what is missing, as unpacking does.
 std::optional<EntryNames::Number> EntryNames::directoryAt(std::string_view path) {
     if (path == lastDirectory_) {
         return lastNumber_;

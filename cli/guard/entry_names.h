@@ -10,8 +10,8 @@
 
 namespace pkgvet::cli {
 
-// Keeps what lies at each name once cpio has unpacked the entries so far. cpio makes the
-// directories above an entry that the archive does not have, so that these count as well.
+// Keeps what lies at each name once the entries so far are unpacked, which makes the directories
+// above an entry that the archive does not have, so that these count as well.
 class EntryNames {
 public:
     enum class Answer {

@@ -1,8 +1,7 @@
-// The program that the word "cpio" leads to where packages are judged. It passes an archive on to
-// the real cpio as long as it is regular, and notes for the judge what became of it. It is linked
-// statically and touches little memory, as it is started for every package.
+// The program that the word "cpio" leads to where packages are judged. It unpacks an archive as
+// long as that is regular, and notes for the judge what became of it. It is linked statically and
+// touches little memory, as it is started for every package.
 #include <fcntl.h>
-#include <signal.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -16,8 +15,8 @@
 #include <utility>
 
 #include "cli/guard/archive_guard.h"
-#include "cli/guard/cpio_process.h"
 #include "cli/guard/guard_note.h"
+#include "cli/guard/tree_writer.h"
 #include "pkgvet/base/descriptor.h"
 
 namespace {
@@ -26,14 +25,19 @@ using namespace pkgvet::cli;
 using pkgvet::Descriptor;
 
 constexpr int kFailed = 1;
-constexpr std::string_view kName = "pkgvet's guard in front of cpio: ";
+constexpr std::string_view kName = "pkgvet's guard in the place of cpio: ";
+constexpr std::string_view kCannotWrite = "cannot write ";
+
+// What it is called with, and what may stand beside that.
+constexpr std::string_view kArguments = "-idm";
+constexpr std::string_view kQuiet = "--quiet";
 
 constexpr std::size_t kPieceSize = std::size_t{64} << 10;
 // The kernel grants each user 64 MiB for all pipes, which is enough for some fifty judges at once.
 // Beyond that it makes new ones small, which costs time and nothing else.
 constexpr int kPipeSize = 1 << 20;
-// Below it, reading and writing is as fast as moving pages from pipe to pipe.
-constexpr std::uint64_t kLeastSplice = std::uint64_t{8} << 10;
+// Below it, reading and writing is as fast as having the kernel move data from the pipe to a file.
+constexpr std::uint64_t kLeastMove = std::uint64_t{8} << 10;
 // Behind a large file another one is likely, whose data is not to be read along with its entry.
 constexpr std::size_t kEntrySize = 256;
 
@@ -106,29 +110,21 @@ private:
     Descriptor file_;
 };
 
-// Moves data from standard input to cpio without a look. Less than nothing when that does not work
-// between these files, or at all.
-ssize_t splicePiece(int to, std::uint64_t size) {
-    ssize_t count = -1;
-    do {
-        count = splice(STDIN_FILENO, nullptr, to, nullptr, size, SPLICE_F_MOVE);
-    } while (count < 0 && errno == EINTR);
-    return count;
-}
-
-// Until the archive ends, or the guard or cpio takes no more of it.
-GuardNote passOn(ArchiveGuard* guard, const CpioProcess& cpio) {
+// Until the archive ends, or the guard takes no more of it.
+GuardNote unpack(GuardOrders orders, TreeWriter* writer) {
     static char piece[kPieceSize];
-    std::string passed;
-    bool canSplice = true;
-    bool isTaken = true;
+    ArchiveGuard guard(std::move(orders),
+                       {.begin = [writer](const RegularEntry& entry) { writer->begin(entry); },
+                        .data = [writer](std::string_view data) { writer->write(data); }});
+    bool canMove = true;
     std::size_t next = sizeof piece;
-    while (!guard->isStopped() && (isTaken || guard->isBehindTrailer())) {
-        if (canSplice && guard->dataAhead() >= kLeastSplice) {
-            const ssize_t size = splicePiece(cpio.input(), guard->dataAhead());
-            canSplice = size >= 0;
-            if (size > 0) {
-                guard->skipData(static_cast<std::uint64_t>(size));
+    while (!guard.isStopped()) {
+        if (canMove && guard.dataAhead() >= kLeastMove) {
+            const std::optional<std::uint64_t> size =
+                writer->moveFrom(STDIN_FILENO, guard.dataAhead());
+            canMove = size.has_value();
+            if (size.value_or(0) > 0) {
+                guard.skipData(*size);
                 next = kEntrySize;
                 continue;
             }
@@ -137,39 +133,59 @@ GuardNote passOn(ArchiveGuard* guard, const CpioProcess& cpio) {
         if (size == 0) {
             break;
         }
-        passed.clear();
-        guard->take({piece, size}, &passed);
-        isTaken = isTaken && cpio.pass(passed);
+        guard.take({piece, size});
     }
-    return guard->finish();
+    writer->finish();
+    return guard.finish();
 }
 
-// So that rpm2cpio seldom waits for cpio, or cpio for it. Where no more is to be had, the pipe
-// stays as it is.
+// So that rpm2cpio and this process seldom wait for each other. Where no more is to be had, the
+// pipe stays as it is.
 void widenInput() {
     fcntl(STDIN_FILENO, F_SETPIPE_SZ, kPipeSize);
 }
 
-GuardNote passOnWithinMemory(GuardOrders orders, const CpioProcess& cpio) {
+GuardNote unpackWithinMemory(GuardOrders orders, TreeWriter* writer) {
     try {
-        ArchiveGuard guard(std::move(orders));
-        return passOn(&guard, cpio);
+        return unpack(std::move(orders), writer);
     } catch (const std::bad_alloc&) {
         return {.end = GuardEnd::OutOfMemory};
     }
 }
 
-// The status of cpio, but never success unless all of the archive was regular.
+void say(std::string_view text) {
+    static_cast<void>(write(STDERR_FILENO, text.data(), text.size()));
+}
+
+// It can do nothing else that cpio can.
+void checkArguments(char* const* arguments) {
+    bool isAsked = false;
+    for (++arguments; *arguments != nullptr; ++arguments) {
+        isAsked = isAsked || *arguments == kArguments;
+        if (*arguments != kArguments && *arguments != kQuiet) {
+            errno = EINVAL;
+            fail(*arguments);
+        }
+    }
+    if (!isAsked) {
+        errno = EINVAL;
+        fail("arguments");
+    }
+}
+
+// Success means that all of the archive was regular and is written.
 int run(char* const* arguments) {
-    signal(SIGPIPE, SIG_IGN);
+    checkArguments(arguments);
     widenInput();
     GuardOrders orders = readOrders();
     const NoteFile file(placeIn(kGuardNoteVariable));
-    CpioProcess cpio(arguments);
-    const GuardNote note = passOnWithinMemory(std::move(orders), cpio);
+    TreeWriter writer;
+    const GuardNote note = unpackWithinMemory(std::move(orders), &writer);
     file.write(note);
-    const int status = cpio.finish();
-    return note.end == GuardEnd::Whole ? status : kFailed;
+    if (!writer.failure().empty()) {
+        say(std::string(kCannotWrite) + writer.failure() + "\n");
+    }
+    return note.end == GuardEnd::Whole && writer.failure().empty() ? 0 : kFailed;
 }
 
 }  // namespace
@@ -178,8 +194,7 @@ int main(int /*count*/, char** arguments) {
     try {
         return run(arguments);
     } catch (const std::exception& error) {
-        const std::string text = std::string(kName) + error.what() + "\n";
-        static_cast<void>(write(STDERR_FILENO, text.data(), text.size()));
+        say(std::string(kName) + error.what() + "\n");
         return kFailed;
     }
 }

@@ -1,4 +1,4 @@
-// What a judge and the guard in front of cpio tell each other. Both sides include this and nothing
+// What a judge and the guard in the place of cpio tell each other. Both sides include this and nothing
 // else of one another.
 #pragma once
 
@@ -35,7 +35,7 @@ struct GuardOrders {
     SetIdModes setIdModes = {};
 };
 
-// What makes an entry one that is not passed on to cpio.
+// What makes an entry one that is not unpacked.
 enum class Irregularity : unsigned {
     ForeignBytes,       // bytes that belong to no entry, where one should begin
     ForeignFormat,      // an entry in another format of cpio or rpm
@@ -64,9 +64,9 @@ enum class Irregularity : unsigned {
 // What became of an archive.
 enum class GuardEnd : unsigned {
     Unfinished,    // the guard was stopped itself
-    Whole,         // all of it was regular, and was passed on
+    Whole,         // all of it was regular
     CutShort,      // it ended before its last entry did
-    Irregular,     // nothing from the irregular entry on was passed on
+    Irregular,     // nothing from the irregular entry on was unpacked
     TooLarge,      // it would have unpacked to more bytes than ordered
     TooManyFiles,  // or to more files
     OutOfMemory,   // the guard had not enough of it

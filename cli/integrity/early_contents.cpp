@@ -75,7 +75,7 @@ void EarlyContents::read(const HeaderFiles& list, const std::string& root) {
     }
 }
 
-// Hard links are left out: cpio adds their names late, and each changes the time.
+// Hard links are left out: their names are added late, and each changes the time.
 EarlyContents::Step EarlyContents::look(const Descriptor& root, const std::string& path,
                                         ContentReader* reader, Reading* reading) const {
     const Descriptor file = openBelow(root, path);

@@ -1,4 +1,4 @@
-// What the guard in front of cpio found, as a finding.
+// What the guard in the place of cpio found, as a finding.
 #pragma once
 
 #include "cli/guard/guard_note.h"

@@ -22,7 +22,7 @@ namespace pkgvet::cli {
 // strangers, in two steps: the first one looks at what the file system knows, the second one reads
 // all files but those that were read early, and may run beside whatever else only reads the tree.
 //
-// What cpio makes beyond the entries of the payload, the directories above them, is not held
+// What is made beyond the entries of the payload, the directories above them, is not held
 // against the package where the header has something below them.
 class TreeComparison {
 public:

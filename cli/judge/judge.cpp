@@ -30,9 +30,10 @@ namespace {
 
 constexpr const char* kNotAPackage = "not an RPM package";
 constexpr const char* kNotUnpacked = "the payload did not unpack";
+constexpr const char* kNotToItsEnd = "the payload did not unpack to its end";
 constexpr const char* kIrregular =
     "the payload is irregular and was not unpacked, so that no rule on files ran";
-constexpr const char* kNoGuard = "the guard in front of cpio did not run";
+constexpr const char* kNoGuard = "the guard in the place of cpio did not run";
 constexpr const char* kRuleFailed = "a rule failed: ";
 
 // librpm puts the path ahead of what it has to say.
@@ -117,9 +118,10 @@ Cause causeOfFailure(const Surroundings& surroundings, const GuardNote& note, Rp
     if (limit.code != CauseCode::None) {
         return limit;
     }
-    return isShortOfMemory(surroundings.copyPath, rpm)
-               ? Cause{CauseCode::OutOfMemory, kOutOfMemory}
-               : Cause{CauseCode::UnpackFailed, kNotUnpacked};
+    if (isShortOfMemory(surroundings.copyPath, rpm)) {
+        return {CauseCode::OutOfMemory, kOutOfMemory};
+    }
+    return {CauseCode::UnpackFailed, note.end == GuardEnd::CutShort ? kNotToItsEnd : kNotUnpacked};
 }
 
 // What the guard found irregular, nothing when all of the payload was unpacked. All else that did

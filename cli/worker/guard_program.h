@@ -1,4 +1,4 @@
-// The guard in front of cpio, a program that is installed with this one.
+// The guard in the place of cpio, a program that is installed with this one.
 #pragma once
 
 #include <string>

@@ -31,7 +31,7 @@ constexpr int kNamespaces =
 // each would wait for one another.
 constexpr int kSharedNamespaces = CLONE_NEWUSER | CLONE_NEWNET;
 
-// The id inside. As id 0, cpio would try to give files away, and fail.
+// The id inside. As id 0, the guard would try to give files away, and fail.
 constexpr unsigned kInnerId = 1000;
 
 // The same on every machine.

@@ -44,7 +44,7 @@ constexpr const char* kConfigurationName = ".rc";
 // others, and keeps from it what somebody configured on this machine.
 constexpr const char* kConfigurationFile = "/rpmrc";
 
-constexpr const char* kNoGuard = "the guard in front of cpio cannot be run: ";
+constexpr const char* kNoGuard = "the guard in the place of cpio cannot be run: ";
 
 constexpr fsblkcnt_t kFullBlocks = 16;
 
@@ -90,7 +90,7 @@ void World::enter(const Directories& directories, bool inWorkingDirectory,
     }
 }
 
-// The only place where the word cpio is looked up, so that it never leads past the guard.
+// The only place where the word cpio is looked up, so that it leads to the guard and nowhere else.
 void World::arrangeGuard(const std::string& place) {
     guardDirectory_ = plan_.guard.directory;
     if (plan_.guard.isCopied()) {

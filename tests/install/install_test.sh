@@ -29,7 +29,7 @@ bad=$(echo "$work"/bad/RPMS/*/*.rpm)
 guard=$(find "$prefix" -path '*/pkgvet/cpio')
 mv "$guard" "$guard.away"
 answer=$("$prefix/bin/pkgvet" check --format concise "$good" 2>&1) && fail "a package was judged without the guard"
-echo "$answer" | grep -Eq "the guard in front of cpio cannot be run: (No such file or directory|Permission denied)" ||
+echo "$answer" | grep -Eq "the guard in the place of cpio cannot be run: (No such file or directory|Permission denied)" ||
     fail "without the guard it says: $answer"
 mv "$guard.away" "$guard"
 status=0

@@ -1,4 +1,5 @@
-// Archives that pass, whatever the pieces in which they come, and what counts against a ceiling.
+// Archives whose entries are given, whatever the pieces in which they come, and what counts against
+// a ceiling.
 #include "cli/guard/archive_guard.h"
 
 #include <gtest/gtest.h>
@@ -52,11 +53,11 @@ std::vector<RegularCase> regularCases() {
 
 }  // namespace
 
-TEST(ArchiveGuard, RegularArchivesPassUnchanged) {
+TEST(ArchiveGuard, EntriesOfRegularArchivesAreGiven) {
     for (const RegularCase& row : regularCases()) {
         SCOPED_TRACE(row.name);
         const std::string archive = row.archive + cpioTrailer() + std::string(40, '\0');
-        EXPECT_EQ(guarded(archive), (Outcome{{.end = GuardEnd::Whole}, archive}));
+        EXPECT_EQ(guarded(archive), (Outcome{{.end = GuardEnd::Whole}, entriesOf(archive)}));
     }
 }
 
@@ -76,30 +77,36 @@ TEST(ArchiveGuard, WholeIsWhatHasItsTrailer) {
     EXPECT_EQ(guarded(whole).note.end, GuardEnd::Whole);
 }
 
-TEST(ArchiveGuard, DataMayGoOnUnseen) {
+TEST(ArchiveGuard, DataMayBeTakenPastIt) {
     const std::string entry = file("./a", std::string(100, 'x'));
-    ArchiveGuard guard(kOrders);
-    std::string passed;
-    guard.take(std::string_view(entry).substr(0, entry.size() - 60), &passed);
+    GivenEntries given;
+    ArchiveGuard guard(kOrders, receiverOf(&given));
+    guard.take(std::string_view(entry).substr(0, entry.size() - 60));
     EXPECT_EQ(guard.dataAhead(), 60U);
     guard.skipData(50);
     EXPECT_EQ(guard.dataAhead(), 10U);
     guard.skipData(10);
     EXPECT_EQ(guard.dataAhead(), 0U);
-    guard.take(cpioTrailer(), &passed);
-    EXPECT_EQ(passed, entry.substr(0, entry.size() - 60) + cpioTrailer());
-    EXPECT_TRUE(guard.isBehindTrailer());
+    guard.take(file("./b") + cpioTrailer());
+    ASSERT_EQ(given.size(), 2U);
+    EXPECT_EQ(given.front().data, std::string(40, 'x'));
+    EXPECT_EQ(given.back().data, "content");
     EXPECT_EQ(guard.finish().end, GuardEnd::Whole);
 }
 
-TEST(ArchiveGuard, BytesCountAsTheyPass) {
+TEST(ArchiveGuard, RootIsNotGiven) {
+    EXPECT_EQ(guarded(directory(".") + cpioTrailer()).given, GivenEntries());
+    EXPECT_EQ(guarded(directory("./") + cpioTrailer()).given, GivenEntries());
+}
+
+TEST(ArchiveGuard, BytesCountAsTheyAreGiven) {
     const std::string before = file("./a", "12345") + symbolicLink("./l", "123");
     const std::string archive =
         before + hardLink("./b", "") + hardLink("./c", "12") + directory("./d") + cpioTrailer();
     EXPECT_EQ(guarded(archive, 9, {10, 100}).note.end, GuardEnd::Whole);
     const Outcome outcome = guarded(archive, 9, {9, 100});
     EXPECT_EQ(outcome.note.end, GuardEnd::TooLarge);
-    EXPECT_EQ(outcome.passed, before + hardLink("./b", ""));
+    EXPECT_EQ(outcome.given, entriesOf(before + hardLink("./b", "")));
     EXPECT_EQ(guarded(archive, 9, {7, 100}).note.end, GuardEnd::TooLarge);
 }
 
@@ -108,7 +115,7 @@ TEST(ArchiveGuard, EntryThatSaysThatItIsTooLargeIsNotBegun) {
     const std::string archive = cpioEntry({.name = "a", .dataSize = 0xffffffff});
     const Outcome outcome = guarded(archive, 1000, {0xfffffffe, 100});
     EXPECT_EQ(outcome.note.end, GuardEnd::TooLarge);
-    EXPECT_EQ(outcome.passed, "");
+    EXPECT_EQ(outcome.given, GivenEntries());
 }
 
 TEST(ArchiveGuard, PaddingAtTheEndCountsAsBytes) {
@@ -117,15 +124,15 @@ TEST(ArchiveGuard, PaddingAtTheEndCountsAsBytes) {
     EXPECT_EQ(guarded(archive, 100, {999, 100}).note.end, GuardEnd::TooLarge);
 }
 
-// Directories that cpio makes on the way are files as well; the root is there already.
-TEST(ArchiveGuard, FilesCountAsTheyPass) {
+// Directories that are made on the way are files as well; the root is there already.
+TEST(ArchiveGuard, FilesCountAsTheyAreGiven) {
     const std::string before = directory(".") + file("./a/b/c") + symbolicLink("./l", "x");
     const std::string archive = before + hardLink("./d", "") + cpioTrailer();
     EXPECT_EQ(guarded(archive, 9, {100, 5}).note.end, GuardEnd::Whole);
     const Outcome outcome = guarded(archive, 9, {100, 4});
     EXPECT_EQ(outcome.note.end, GuardEnd::TooManyFiles);
-    EXPECT_EQ(outcome.passed, before);
-    EXPECT_EQ(guarded(archive, 9, {100, 2}).passed, directory("."));
+    EXPECT_EQ(outcome.given, entriesOf(before));
+    EXPECT_EQ(guarded(archive, 9, {100, 2}).given, GivenEntries());
 }
 
 }  // namespace pkgvet::cli

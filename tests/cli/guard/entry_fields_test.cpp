@@ -14,7 +14,10 @@ TEST(EntryFields, AreReadInTheirOrder) {
                           .data = "data",
                           .mode = 3,
                           .inode = 2,
+                          .user = 4,
+                          .group = 5,
                           .links = 6,
+                          .time = 7,
                           .deviceMajor = 9,
                           .deviceMinor = 0xfedcba98,
                           .nameSize = 13};
@@ -22,7 +25,10 @@ TEST(EntryFields, AreReadInTheirOrder) {
     ASSERT_TRUE(fields);
     EXPECT_EQ(fields->inode, 2U);
     EXPECT_EQ(fields->mode, 3U);
+    EXPECT_EQ(fields->user, 4U);
+    EXPECT_EQ(fields->group, 5U);
     EXPECT_EQ(fields->links, 6U);
+    EXPECT_EQ(fields->time, 7U);
     EXPECT_EQ(fields->dataSize, 4U);
     EXPECT_EQ(fields->deviceMajor, 9U);
     EXPECT_EQ(fields->deviceMinor, 0xfedcba98U);

@@ -153,7 +153,7 @@ TEST_F(Judge, PackageWithoutANoteOfTheGuardIsNotJudged) {
     note_.reset();
     const PackageReport report = judged(PackageBuilder("org.example.app").build(directory_));
     EXPECT_EQ(report.causeCode, CauseCode::Crashed);
-    EXPECT_EQ(report.cause, "the guard in front of cpio did not run");
+    EXPECT_EQ(report.cause, "the guard in the place of cpio did not run");
     EXPECT_EQ(closed_, 0);
 }
 

@@ -38,7 +38,7 @@ protected:
     }
 
     void SetUp() override {
-        if (!ReplacedCpio::isPossible()) {
+        if (!ReplacedRpm2cpio::isPossible()) {
             GTEST_SKIP() << "this machine does not let a test replace a tool";
         }
     }
@@ -49,8 +49,8 @@ protected:
         delete shared_;
     }
 
-    // A cpio that does as script says, with the real one as "$REAL".
-    void replaceCpio(const std::string& script) { cpio_.emplace(script); }
+    // An rpm2cpio that does as script says, with the real one as "$REAL".
+    void replaceRpm2cpio(const std::string& script) { rpm2cpio_.emplace(script); }
 
     static std::vector<std::string> command(std::vector<std::string> arguments) {
         const std::vector<std::string> begin = {"check", "-q", "--rules", *rules_, "--jobs", "1"};
@@ -59,7 +59,7 @@ protected:
     }
 
     ProgramResult check(const std::vector<std::string>& arguments) const {
-        return runPkgvet(command(arguments), cpio_->words());
+        return runPkgvet(command(arguments), rpm2cpio_->words());
     }
 
     static const std::string& package() { return *package_; }
@@ -71,11 +71,11 @@ protected:
 
     static std::string rejected() { return package() + ": rejected "; }
 
-    std::string note(const std::string& name) const { return cpio_->note(name); }
-    std::vector<std::string> words() const { return cpio_->words(); }
+    std::string note(const std::string& name) const { return rpm2cpio_->note(name); }
+    std::vector<std::string> words() const { return rpm2cpio_->words(); }
 
 private:
-    std::optional<ReplacedCpio> cpio_;
+    std::optional<ReplacedRpm2cpio> rpm2cpio_;
     static TemporaryDirectory* shared_;
     static std::string* rules_;
     static std::string* package_;
@@ -87,16 +87,16 @@ std::string* JudgePool::package_ = nullptr;
 
 TEST_F(JudgePool, UnpackingThatFailsCostsOnePackage) {
     // It fails where it finds a directory of the package that comes first.
-    replaceCpio("echo 'last words' >&2; exit 1");
+    replaceRpm2cpio("echo 'last words' >&2; exit 1");
     const ProgramResult result = check({package(), "/dev/null"});
     EXPECT_EQ(result.status, 3);
-    EXPECT_EQ(result.errors, notJudged("the payload did not unpack: last words\n") +
+    EXPECT_EQ(result.errors, notJudged("the payload did not unpack to its end: last words\n") +
                                  "pkgvet: /dev/null: could not be judged: not a regular file\n");
     EXPECT_THAT(result.output, HasSubstr("2 packages: 0 accepted, 0 rejected, 2 not judged\n"));
 }
 
 TEST_F(JudgePool, HangingJudgeIsEnded) {
-    replaceCpio(kHang);
+    replaceRpm2cpio(kHang);
     const ProgramResult result = check({"--timeout", "1", package()});
     EXPECT_EQ(result.status, 3);
     EXPECT_EQ(result.errors, notJudged("it took longer than --timeout allows\n"));
@@ -107,7 +107,7 @@ TEST_F(JudgePool, HangingJudgeIsEndedByASuperuserWithoutTheRightToKill) {
     if (geteuid() != 0) {
         GTEST_SKIP() << "only the superuser has rights to lose";
     }
-    replaceCpio(kHang);
+    replaceRpm2cpio(kHang);
     std::vector<std::string> environment = words();
     environment.insert(environment.end(),
                        {"setpriv", "--bounding-set", "-kill", "--inh-caps", "-kill"});
@@ -117,20 +117,21 @@ TEST_F(JudgePool, HangingJudgeIsEndedByASuperuserWithoutTheRightToKill) {
 }
 
 TEST_F(JudgePool, JudgeThatNeverComesToAnythingIsEnded) {
-    replaceCpio(kHang);
+    replaceRpm2cpio(kHang);
     const ProgramResult result = check({"--timeout", "0.001", package(), package()});
     EXPECT_EQ(result.status, 3);
     EXPECT_THAT(result.output, HasSubstr("2 packages: 0 accepted, 0 rejected, 2 not judged\n"));
 }
 
 TEST_F(JudgePool, NamesOfDirectoriesAreNotTold) {
-    replaceCpio("echo \"cpio: in $(pwd)\" >&2; exit 1");
+    replaceRpm2cpio("echo \"error: in $(pwd)\" >&2; exit 1");
     const ProgramResult result = check({"--sandbox", "off", package()});
-    EXPECT_EQ(result.errors, notJudged("the payload did not unpack: cpio: in /tmp/dir.XXXXXX\n"));
+    EXPECT_EQ(result.errors,
+              notJudged("the payload did not unpack to its end: error: in /tmp/dir.XXXXXX\n"));
 }
 
 TEST_F(JudgePool, NothingIsLeftWithoutASandbox) {
-    replaceCpio("pwd >$NOTES/directory; mkdir -p a/b; echo x >a/b/c; chmod 0 a; exit 1");
+    replaceRpm2cpio("pwd >$NOTES/directory; mkdir -p a/b; echo x >a/b/c; chmod 0 a; exit 1");
     check({"--sandbox", "off", package()});
     const std::string directory = note("directory");
     EXPECT_THAT(directory, StartsWith("/tmp/dir."));
@@ -138,7 +139,7 @@ TEST_F(JudgePool, NothingIsLeftWithoutASandbox) {
 }
 
 TEST_F(JudgePool, WhatToolsSayIsNoFinding) {
-    replaceCpio("echo '(CRITICAL)\tnonsense' >&2; echo '(ERROR)\t\tno' >&2; exec $REAL \"$@\"");
+    replaceRpm2cpio("echo '(CRITICAL)\tnonsense' >&2; echo '(ERROR)\t\tno' >&2; exec $REAL \"$@\"");
     const ProgramResult loud = check({package()});
     const ProgramResult quiet = runPkgvet(command({package()}));
     EXPECT_EQ(loud.status, 1);
@@ -149,7 +150,7 @@ TEST_F(JudgePool, WhatToolsSayIsNoFinding) {
 class JudgePoolSignal : public JudgePool, public testing::WithParamInterface<int> {};
 
 TEST_P(JudgePoolSignal, EndsTheRunAndLeavesNothing) {
-    replaceCpio("pwd >$NOTES/directory; echo $$ >$NOTES/process; " + std::string(kHang));
+    replaceRpm2cpio("pwd >$NOTES/directory; echo $$ >$NOTES/process; " + std::string(kHang));
     RunningProgram program(command({"--sandbox", "off", "/dev/null", package(), package()}),
                            words());
     ASSERT_TRUE(waitUntil([this] { return note("process").ends_with('\n'); }));
@@ -171,7 +172,7 @@ TEST_P(JudgePoolSignal, EndsTheRunAndLeavesNothing) {
 INSTANTIATE_TEST_SUITE_P(Each, JudgePoolSignal, testing::Values(SIGINT, SIGTERM, SIGHUP, SIGQUIT));
 
 TEST_F(JudgePool, NothingOutlivesAKilledProgram) {
-    replaceCpio("pwd >$NOTES/directory; echo $$ >$NOTES/process; " + std::string(kHang));
+    replaceRpm2cpio("pwd >$NOTES/directory; echo $$ >$NOTES/process; " + std::string(kHang));
     {
         RunningProgram program(command({"--sandbox", "off", package()}), words());
         ASSERT_TRUE(waitUntil([this] { return note("process").ends_with('\n'); }));
@@ -187,7 +188,7 @@ TEST_F(JudgePool, NothingOutlivesAKilledProgram) {
 
 // Of a run all of whose processes were killed at once, the next one clears up.
 TEST_F(JudgePool, WhatAKilledRunLeftIsRemovedByTheNext) {
-    replaceCpio("pwd >$NOTES/directory; echo $$ >$NOTES/process; " + std::string(kHang));
+    replaceRpm2cpio("pwd >$NOTES/directory; echo $$ >$NOTES/process; " + std::string(kHang));
     const std::vector<std::string> line = command({"--sandbox", "off", package()});
     RunningProgram program(line, words());
     ASSERT_TRUE(waitUntil([this] { return note("process").ends_with('\n'); }));

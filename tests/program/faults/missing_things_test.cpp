@@ -21,7 +21,7 @@ bool executes(const SystemCall& call, std::string_view tool) {
 }
 
 bool executesGuard(const SystemCall& call) {
-    return call.number == SYS_execve && call.text(0).ends_with("/cpio") && !executes(call, "cpio");
+    return call.number == SYS_execve && call.text(0).ends_with("/cpio");
 }
 
 // What the program does in /tmp: of its own directories, and to the place as such.
@@ -69,10 +69,6 @@ bool executesRpm2cpio(const SystemCall& call) {
     return executes(call, "rpm2cpio");
 }
 
-bool executesCpio(const SystemCall& call) {
-    return executes(call, "cpio");
-}
-
 bool executesShell(const SystemCall& call) {
     return executes(call, "sh");
 }
@@ -81,11 +77,16 @@ bool makesDirectoryInTmp(const SystemCall& call) {
     return makesDirectory(call) && isInTmp(call);
 }
 
-// By the rules, the program's own and the library's; cpio opens it to write.
+// By the rules, the program's own and the library's; the guard opens it to write.
 bool readsPayload(const SystemCall& call) {
     const bool reads = call.number == SYS_openat2 ||
                        (call.number == SYS_openat && (call.arguments[2] & O_ACCMODE) == O_RDONLY);
     return reads && call.text(1).ends_with(kAcceptedText.substr(1));
+}
+
+bool makesPayload(const SystemCall& call) {
+    return call.number == SYS_openat && (call.arguments[2] & O_CREAT) != 0 &&
+           call.text(1).ends_with(kAcceptedText.substr(1));
 }
 
 struct Case {
@@ -101,12 +102,10 @@ std::vector<Case> cases() {
         {"rpm2cpio may not be executed", failing(executesRpm2cpio, EACCES), "unpack-failed"},
         {"rpm2cpio is killed as it starts", killing(executesRpm2cpio, 20), "unpack-failed"},
         {"rpm2cpio is killed as it works", killing(executesRpm2cpio, 150), "unpack-failed"},
-        {"cpio is missing", failing(executesCpio, ENOENT), "unpack-failed"},
-        {"cpio may not be executed", failing(executesCpio, EACCES), "unpack-failed"},
-        {"cpio is killed as it starts", killing(executesCpio, 10), "unpack-failed"},
-        {"cpio is killed as it works", killing(executesCpio, 60), "unpack-failed"},
         {"the guard is missing", failing(executesGuard, ENOENT), "crashed"},
         {"the guard is killed as it starts", killing(executesGuard, 10), "crashed"},
+        {"the guard is killed as it works", killing(executesGuard, 60), "unpack-failed"},
+        {"a file of the payload cannot be made", failing(makesPayload, EDQUOT), "unpack-failed"},
         {"the shell is missing", failing(executesShell, ENOENT), "crashed"},
         {"a file of the payload cannot be read", failing(readsPayload, EMFILE), "rule-failed"},
         {"/tmp is missing", failing(isInTmp, ENOENT), "crashed"},

@@ -60,7 +60,7 @@ pid_t processWith(const std::string& argument) {
 class Signals : public testing::TestWithParam<SandboxCase> {
 protected:
     void SetUp() override {
-        if (!ReplacedCpio::isPossible() || !isThere(GetParam())) {
+        if (!ReplacedRpm2cpio::isPossible() || !isThere(GetParam())) {
             GTEST_SKIP() << "this machine does not let a test replace a tool there";
         }
         arguments_ = {"check", "--rules", acceptingRules().write(directory_), "--jobs", "1"};
@@ -68,14 +68,14 @@ protected:
         arguments_.push_back(acceptedPackage().write(directory_));
     }
 
-    // The tool that unpacks is at it as long as nobody ends it.
+    // The tool that reads the package is at it as long as nobody ends it.
     void expectEffect(const Case& test, void (RunningProgram::*send)(int) const) {
         SCOPED_TRACE(strsignal(test.signal));
         // Nobody else sleeps for just as long.
         const std::string seconds =
             "1000." + std::to_string(getpid()) + std::to_string(1000 + count_++);
-        const ReplacedCpio cpio("exec /bin/sleep " + seconds);
-        RunningProgram program(arguments_, environment(cpio));
+        const ReplacedRpm2cpio tool("exec /bin/sleep " + seconds);
+        RunningProgram program(arguments_, environment(tool));
         pid_t process = 0;
         ASSERT_TRUE(waitUntil([&] { return (process = processWith(seconds)) > 0; }));
         std::error_code error;
@@ -98,9 +98,9 @@ protected:
     }
 
 private:
-    static std::vector<std::string> environment(const ReplacedCpio& cpio) {
+    static std::vector<std::string> environment(const ReplacedRpm2cpio& tool) {
         std::vector<std::string> words = {sanitizerOptions(kNoHandlers)};
-        for (const auto& more : {cpio.words(), GetParam().environment}) {
+        for (const auto& more : {tool.words(), GetParam().environment}) {
             words.insert(words.end(), more.begin(), more.end());
         }
         return words;

@@ -207,7 +207,7 @@ TEST(MissingGuard, NothingIsUnpackedAndTheCauseIsTold) {
                               rules, package},
                              &output),
                   3);
-        EXPECT_NE(output.find("the guard in front of cpio cannot be run: No such file or "
+        EXPECT_NE(output.find("the guard in the place of cpio cannot be run: No such file or "
                               "directory"),
                   std::string::npos)
             << output;

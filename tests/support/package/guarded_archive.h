@@ -8,6 +8,7 @@
 #include <ostream>
 #include <string>
 #include <string_view>
+#include <vector>
 
 #include "cli/guard/archive_guard.h"
 #include "tests/support/package/cpio_archive.h"
@@ -21,9 +22,26 @@ inline constexpr std::uint64_t kNoCeiling = std::numeric_limits<std::uint64_t>::
 
 inline const GuardOrders kOrders{kNoCeiling, kNoCeiling, {{"/permitted", 04000}}};
 
+// An entry that the guard gives, with as much of its data as it gave.
+struct GivenEntry {
+    EntryFields fields;
+    std::string name;
+    std::string path;
+    std::string target;
+    std::string data;
+
+    bool operator==(const GivenEntry&) const = default;
+};
+using GivenEntries = std::vector<GivenEntry>;
+
+inline void PrintTo(const GivenEntry& entry, std::ostream* stream) {
+    *stream << entry.path.substr(0, 100) << " -> " << entry.target.substr(0, 100) << ", mode "
+            << std::oct << entry.fields.mode << std::dec << ", " << entry.data.size() << " bytes";
+}
+
 struct Outcome {
     GuardNote note;
-    std::string passed;
+    GivenEntries given;
 
     bool operator==(const Outcome&) const = default;
 };
@@ -31,16 +49,50 @@ struct Outcome {
 inline void PrintTo(const Outcome& outcome, std::ostream* stream) {
     *stream << "end " << static_cast<unsigned>(outcome.note.end) << ", irregularity "
             << static_cast<unsigned>(outcome.note.irregularity) << ", offset "
-            << outcome.note.offset << ", name " << outcome.note.name << ", passed "
-            << outcome.passed.size();
+            << outcome.note.offset << ", name " << outcome.note.name << ", given "
+            << testing::PrintToString(outcome.given);
+}
+
+inline EntryReceiver receiverOf(GivenEntries* given) {
+    return {.begin =
+                [given](const RegularEntry& entry) {
+                    given->push_back({entry.fields,
+                                      std::string(entry.name),
+                                      std::string(entry.path),
+                                      std::string(entry.target),
+                                      {}});
+                },
+            .data = [given](std::string_view data) { given->back().data += data; }};
+}
+
+// What stands in an archive up to its end or its trailer, read without any check.
+inline GivenEntries entriesOf(std::string_view archive) {
+    GivenEntries entries;
+    while (!archive.empty()) {
+        const EntryFields fields = readFields(archive.substr(0, kFieldsEnd)).value();
+        const std::string name(archive.substr(kFieldsEnd, fields.nameSize - 1));
+        if (name == "TRAILER!!!") {
+            break;
+        }
+        const std::size_t headSize = kFieldsEnd + fields.nameSize;
+        archive.remove_prefix(headSize + paddingOf(headSize));
+        const std::string data(archive.substr(0, fields.dataSize));
+        archive.remove_prefix(std::min(archive.size(), data.size() + paddingOf(fields.dataSize)));
+        const std::string path = name.starts_with("./") ? name.substr(2) : name;
+        if (!path.empty() && path != ".") {
+            const bool isLink = (fields.mode & 0170000) == 0120000;
+            entries.push_back({fields, name, path, isLink ? data : "", isLink ? "" : data});
+        }
+    }
+    return entries;
 }
 
 inline Outcome guarded(std::string_view archive, std::size_t pieceSize,
                        const GuardOrders& orders = kOrders) {
-    ArchiveGuard guard(orders);
     Outcome outcome;
+    ArchiveGuard guard(orders, receiverOf(&outcome.given));
     while (!archive.empty()) {
-        guard.take(archive.substr(0, pieceSize), &outcome.passed);
+        guard.take(archive.substr(0, pieceSize));
         archive.remove_prefix(std::min(pieceSize, archive.size()));
     }
     outcome.note = guard.finish();

@@ -1,4 +1,4 @@
-// The tools that unpack, replaced for one run of the program.
+// The tool that reads a package, replaced for one run of the program.
 #pragma once
 
 #include <string>
@@ -6,12 +6,12 @@
 
 #include "tests/support/base/temporary_directory.h"
 
-// A shell script in the place of /usr/bin/cpio, seen by nobody but the program that is run with
+// A shell script in the place of /usr/bin/rpm2cpio, seen by nobody but the program that is run with
 // words() as its environment. The script finds the real tool as "$REAL", and a directory that it
 // can write notes to as "$NOTES" where the program judges without a sandbox.
-class ReplacedCpio {
+class ReplacedRpm2cpio {
 public:
-    explicit ReplacedCpio(const std::string& script);
+    explicit ReplacedRpm2cpio(const std::string& script);
 
     // Whether this machine lets the test replace it. Tests are skipped where it does not.
     static bool isPossible();
