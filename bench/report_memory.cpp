@@ -84,11 +84,7 @@ void write(Format format, std::size_t packages, std::size_t findings, const Shar
         PackageReport package = packageOf(i, findings);
         package.position = run.shard ? i + 1 : 0;
         reports.add(package);
-        if (reports.needsPackages()) {
-            run.packages.push_back(std::move(package));
-        } else {
-            run.dropped.add(package);
-        }
+        run.dropped.add(package);
     }
     reports.finish(run);
 }

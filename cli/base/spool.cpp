@@ -41,6 +41,7 @@ Descriptor openFile() {
 }  // namespace
 
 void Spool::write(std::string_view text) {
+    size_ += text.size();
     if (!file_.isOpen() && text_.size() + text.size() <= kMostInMemory) {
         text_ += text;
         return;
@@ -91,6 +92,23 @@ void Spool::read(const std::function<void(std::string_view piece)>& receive) con
             offset += size;
         }
     }
+}
+
+std::string Spool::part(std::uint64_t offset, std::size_t size) const {
+    if (!file_.isOpen()) {
+        return text_.substr(offset, size);
+    }
+    std::string part(size, '\0');
+    std::size_t done = 0;
+    while (done < size) {
+        const ssize_t more =
+            pread(file_.get(), part.data() + done, size - done, static_cast<off_t>(offset + done));
+        if (more == 0 || (more < 0 && errno != EINTR)) {
+            fail();
+        }
+        done += more < 0 ? 0 : static_cast<std::size_t>(more);
+    }
+    return part;
 }
 
 Descriptor Spool::takeFile() {

@@ -104,15 +104,11 @@ PackageTally rewrite(
                     filesOf(options.report));
     PackageTally tally;
     std::size_t untimed = 0;
-    forEach([&](PackageReport package) {
+    forEach([&](const PackageReport& package) {
         tally.add(package);
         untimed += package.seconds ? 0 : 1;
         reports.add(package);
-        if (reports.needsPackages()) {
-            run.packages.push_back(std::move(package));
-        } else {
-            run.dropped.add(package);
-        }
+        run.dropped.add(package);
     });
     for (const std::string& notice : run.notices) {
         complain(notice);

@@ -121,11 +121,7 @@ bool Run::take(PackageReport package) {
     if (baselineFile_) {
         collect(package, &baseline_);
     }
-    if (reports_.needsPackages()) {
-        report_.packages.push_back(std::move(package));
-    } else {
-        report_.dropped.add(package);
-    }
+    report_.dropped.add(package);
     return std::cout.good();
 }
 

@@ -173,11 +173,16 @@ struct Shard {
     std::string input;         // SHA-256 of the sorted paths of the whole input
 };
 
+class KeptPackages;
+
 struct RunReport {
     std::vector<PackageReport> packages;  // in input order
     // Packages that were told as they came and are not among packages: a run of many of them takes
-    // little memory where no report needs all of them at once.
+    // little memory.
     PackageTally dropped = {};
+    // These once more, where a report goes through them at the end; null for none. Whoever sets it
+    // owns them.
+    const KeptPackages* kept = nullptr;
     std::optional<Shard> shard = {};   // none for a run over all of its input
     std::string sandbox;               // what cages the judges, such as "none"
     bool partial = false;              // the run was interrupted

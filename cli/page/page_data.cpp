@@ -8,6 +8,7 @@
 
 #include "cli/base/escape.h"
 #include "cli/catalogue/catalogue.h"
+#include "cli/model/kept_packages.h"
 #include "cli/page/finding_groups.h"
 #include "cli/page/finding_kinds.h"
 #include "cli/page/html.h"
@@ -161,14 +162,14 @@ void writePageData(const RunReport& run, bool showTimings, std::ostream& stream)
     const std::size_t usual = kinds.profiles().size();
     stream << "{\"packages\":[";
     std::string_view separator = "\n";
-    for (const PackageReport& package : run.packages) {
+    forEachPackage(run, [&](const PackageReport& package) {
         Json json = packageJson(package, keys.of(package), usual, &kinds);
         if (showTimings && package.seconds) {
             json["seconds"] = *package.seconds;
         }
         stream << separator << scriptJson(json);
         separator = ",\n";
-    }
+    });
     Numbers rules;
     // The page explains why a package was not judged, too.
     rules.of("not-judged");

@@ -13,6 +13,7 @@
 #include "cli/base/escape.h"
 #include "cli/base/text.h"
 #include "cli/catalogue/catalogue.h"
+#include "cli/model/kept_packages.h"
 #include "cli/model/summary.h"
 #include "cli/page/finding_groups.h"
 #include "cli/page/finding_kinds.h"
@@ -46,11 +47,11 @@ std::string verdictOf(const PackageReport& package) {
 
 std::size_t findingsOf(const RunReport& run) {
     std::size_t count = 0;
-    for (const PackageReport& package : run.packages) {
+    forEachPackage(run, [&count](const PackageReport& package) {
         for (const Judgement& judgement : package.judgements) {
             count += judgement.findings.size();
         }
-    }
+    });
     return count;
 }
 
@@ -63,9 +64,7 @@ public:
         writeTotals();
         writeNotJudged();
         stream_ << "<h2>Packages</h2>\n" << (isLarge_ ? kMessagesBelow : std::string_view());
-        for (const PackageReport& package : run_.packages) {
-            writePackage(package);
-        }
+        forEachPackage(run_, [this](const PackageReport& package) { writePackage(package); });
         writeRules();
     }
 
@@ -87,23 +86,27 @@ private:
     std::map<std::string, std::set<std::string>> messages_;  // of each rule
 };
 
-std::vector<std::pair<std::string, RuleCount>> rankedRules(const RunReport& run) {
-    std::map<std::string, RuleCount> counts;
-    for (const PackageReport& package : run.packages) {
-        std::set<std::string_view> seen;
-        for (const MergedFinding& merged : mergedFindings(package)) {
-            const Finding& finding = *merged.finding;
-            if (finding.standing != Standing::Counts) {
-                continue;
-            }
-            RuleCount& count = counts[finding.rule];
-            count.findings += finding.count;
-            if (seen.insert(finding.rule).second) {
-                ++count.packages;
-                count.rejected += package.passes() ? 0 : 1;
-            }
+using RuleCounts = std::map<std::string, RuleCount>;
+
+void countRules(const PackageReport& package, RuleCounts* counts) {
+    std::set<std::string_view> seen;
+    for (const MergedFinding& merged : mergedFindings(package)) {
+        const Finding& finding = *merged.finding;
+        if (finding.standing != Standing::Counts) {
+            continue;
+        }
+        RuleCount& count = (*counts)[finding.rule];
+        count.findings += finding.count;
+        if (seen.insert(finding.rule).second) {
+            ++count.packages;
+            count.rejected += package.passes() ? 0 : 1;
         }
     }
+}
+
+std::vector<std::pair<std::string, RuleCount>> rankedRules(const RunReport& run) {
+    RuleCounts counts;
+    forEachPackage(run, [&counts](const PackageReport& package) { countRules(package, &counts); });
     std::vector<std::pair<std::string, RuleCount>> ranked(counts.begin(), counts.end());
     std::stable_sort(ranked.begin(), ranked.end(), [](const auto& a, const auto& b) {
         return std::tie(a.second.rejected, a.second.findings) >
@@ -137,12 +140,12 @@ void Writer::writeNotJudged() {
         return;
     }
     stream_ << "<h2>Not judged</h2>\n<ul>\n";
-    for (const PackageReport& package : run_.packages) {
+    forEachPackage(run_, [this](const PackageReport& package) {
         if (!package.judged()) {
             stream_ << "<li><b>" << htmlText(package.path) << "</b>: " << htmlText(package.cause)
                     << '\n';
         }
-    }
+    });
     stream_ << "</ul>\n";
 }
 

@@ -1,12 +1,16 @@
 // Writes workflow commands of GitHub.
 #include <algorithm>
+#include <map>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 #include "cli/base/escape.h"
 #include "cli/base/text.h"
+#include "cli/base/text_counts.h"
 #include "cli/catalogue/catalogue.h"
+#include "cli/model/kept_packages.h"
 #include "cli/report/formats.h"
 #include "cli/report/tally.h"
 
@@ -58,67 +62,120 @@ std::string fixOf(const std::string& rule) {
     return fix;
 }
 
+// A rule with what an annotation says of its findings in all packages.
+struct Annotation {
+    RuleTally rule;  // without the findings, of which there may be millions
+    std::string path;
+    std::string text;                   // of the first of them
+    std::vector<std::string> subjects;  // the first of them, fit for a terminal
+    TextCounts allSubjects;
+};
+
 // "4 findings: A, B and 2 more", in one package or in several.
-std::string severalText(const RuleTally& rule) {
+std::string severalText(const Annotation& annotation) {
+    const RuleTally& rule = annotation.rule;
     const std::string count = counted(rule.count, "finding");
-    const std::vector<std::string> subjects = firstSubjects(rule, kMostSubjects);
+    std::vector<std::string> subjects = annotation.subjects;
+    const std::size_t more = annotation.allSubjects.size() - subjects.size();
+    if (more > 0) {
+        subjects.push_back(std::to_string(more) + " more");
+    }
     const Entry* entry = findEntry(rule.rule);
     const std::string title = entry == nullptr ? printable(rule.rule) : std::string(entry->title);
     return title + " (" + count + ")" +
            (subjects.empty() ? std::string() : ": " + joined(subjects, ", "));
 }
 
-// The library's own words where there is one finding alone.
-std::string textOf(const RuleTally& rule) {
-    if (rule.count > 1) {
-        return severalText(rule);
-    }
-    const RuleTally::Place& place = rule.findings.front();
-    return printable(place.merged.finding->message + profilesNote(*place.package, place.merged));
-}
-
 // A step shows ten annotations of a kind, so there is one for each rule.
-void writeRules(const RunReport& run, const ReportStyle& style, std::ostream& stream) {
-    for (const RuleTally& rule : ruleTallies(run.packages)) {
-        writeCommand(commandOf(rule.worst), rule.findings.front().package->path, rule.rule,
-                     textOf(rule) + (style.explain ? fixOf(rule.rule) : std::string()), stream);
+class Annotations {
+public:
+    void add(const PackageReport& package);
+    void write(const ReportStyle& style, std::ostream& stream) const;
+
+private:
+    static void addSubjects(const RuleTally& rule, Annotation* annotation);
+
+    std::map<std::string, Annotation> rules_;
+};
+
+void Annotations::add(const PackageReport& package) {
+    for (const RuleTally& rule : ruleTallies(package)) {
+        const auto [place, isNew] = rules_.try_emplace(rule.rule);
+        Annotation& annotation = place->second;
+        RuleTally& all = annotation.rule;
+        if (isNew) {
+            const MergedFinding& first = rule.findings.front();
+            all.rule = rule.rule;
+            annotation.path = package.path;
+            annotation.text = first.finding->message + profilesNote(package, first);
+        }
+        all.worst = std::max(all.worst, rule.worst);
+        all.grave = all.grave || rule.grave;
+        all.count += rule.count;
+        addSubjects(rule, &annotation);
     }
 }
 
-// What could not be judged, or not whole, comes ahead of what was found.
-void writeFailures(const RunReport& run, std::ostream& stream) {
-    for (const PackageReport& package : run.packages) {
-        if (!package.judged()) {
-            writeCommand("error", package.path, kNotJudgedId, printable(package.cause), stream);
-        } else if (!package.complete()) {
-            writeCommand("error", package.path, kIncompleteId, printable(package.incomplete),
-                         stream);
+void Annotations::addSubjects(const RuleTally& rule, Annotation* annotation) {
+    for (const MergedFinding& merged : rule.findings) {
+        const std::optional<std::string>& subject = merged.finding->subject;
+        if (subject && annotation->allSubjects.add(*subject) == 1 &&
+            annotation->subjects.size() < kMostSubjects) {
+            annotation->subjects.push_back(printable(*subject));
         }
     }
 }
 
-// What is excused is no error, and of no use one by one.
-void writeExcused(const RunReport& run, std::ostream& stream) {
-    std::size_t excused = 0;
-    for (const PackageReport& package : run.packages) {
-        const std::vector<MergedFinding> findings = mergedFindings(package);
-        excused += static_cast<std::size_t>(
-            std::count_if(findings.begin(), findings.end(), [](const MergedFinding& merged) {
-                return merged.finding->standing != Standing::Counts;
-            }));
+void Annotations::write(const ReportStyle& style, std::ostream& stream) const {
+    std::vector<const Annotation*> ranked;
+    for (const auto& rule : rules_) {
+        ranked.push_back(&rule.second);
     }
-    if (excused > 0) {
-        writeCommand("notice", std::string(), kTool,
-                     counted(excused, "finding") + " waived or known to the baseline", stream);
+    std::stable_sort(ranked.begin(), ranked.end(), [](const Annotation* a, const Annotation* b) {
+        return ranksAhead(a->rule, b->rule);
+    });
+    for (const Annotation* one : ranked) {
+        const RuleTally& rule = one->rule;
+        // The library's own words where there is one finding alone.
+        writeCommand(commandOf(rule.worst), one->path, rule.rule,
+                     (rule.count > 1 ? severalText(*one) : printable(one->text)) +
+                         (style.explain ? fixOf(rule.rule) : std::string()),
+                     stream);
     }
+}
+
+// What could not be judged, or not whole.
+void writeFailure(const PackageReport& package, std::ostream& stream) {
+    if (!package.judged()) {
+        writeCommand("error", package.path, kNotJudgedId, printable(package.cause), stream);
+    } else if (!package.complete()) {
+        writeCommand("error", package.path, kIncompleteId, printable(package.incomplete), stream);
+    }
+}
+
+std::size_t excusedIn(const PackageReport& package) {
+    const std::vector<MergedFinding> findings = mergedFindings(package);
+    return static_cast<std::size_t>(std::count_if(
+        findings.begin(), findings.end(),
+        [](const MergedFinding& merged) { return merged.finding->standing != Standing::Counts; }));
 }
 
 }  // namespace
 
+// Failures come ahead of what was found. What is excused is no error, and of no use one by one.
 void finishGithub(const RunReport& run, const ReportStyle& style, std::ostream& stream) {
-    writeFailures(run, stream);
-    writeRules(run, style, stream);
-    writeExcused(run, stream);
+    Annotations annotations;
+    std::size_t excused = 0;
+    forEachPackage(run, [&](const PackageReport& package) {
+        writeFailure(package, stream);
+        annotations.add(package);
+        excused += excusedIn(package);
+    });
+    annotations.write(style, stream);
+    if (excused > 0) {
+        writeCommand("notice", std::string(), kTool,
+                     counted(excused, "finding") + " waived or known to the baseline", stream);
+    }
     for (const std::string& notice : run.notices) {
         writeCommand("notice", std::string(), kTool, printable(notice), stream);
     }

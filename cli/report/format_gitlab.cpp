@@ -1,11 +1,12 @@
 // Writes a Code Quality report of GitLab.
-#include <map>
 #include <nlohmann/json.hpp>
 #include <string>
 #include <string_view>
 
 #include "cli/base/escape.h"
+#include "cli/base/text_counts.h"
 #include "cli/catalogue/catalogue.h"
+#include "cli/model/kept_packages.h"
 #include "cli/report/format_json.h"
 #include "cli/report/formats.h"
 #include "cli/report/tally.h"
@@ -51,56 +52,67 @@ Json degradation(const std::string& check, const std::string& description,
             {"location", {{"path", pathOf(path)}, {"lines", {{"begin", kFirstLine}}}}}};
 }
 
-// GitLab drops what has a fingerprint that came before, so equals are numbered.
-class Fingerprints {
+class Writer {
 public:
-    std::string next(const std::string& package, const std::string& rule,
-                     const Finding& finding = {}) {
-        Finding identity = finding;
-        identity.rule = rule;
-        const std::string fingerprint = fingerprintOf(package, identity);
-        const std::size_t occurrence = ++seen_[fingerprint];
-        return occurrence == 1 ? fingerprint : fingerprint + "-" + std::to_string(occurrence);
-    }
+    explicit Writer(std::ostream* stream) : stream_(*stream) {}
 
-private:
-    std::map<std::string, std::size_t> seen_;
-};
-
-// A package that was not judged, or not whole, must not look clean.
-void addFailure(const PackageReport& package, Fingerprints* fingerprints, Json* list) {
-    if (!package.complete()) {
-        const std::string id(package.judged() ? kIncompleteId : kNotJudgedId);
-        list->push_back(
-            degradation(id, printable(package.judged() ? package.incomplete : package.cause),
-                        fingerprints->next(package.path, id), "blocker", package.path));
-    }
-}
-
-}  // namespace
-
-void finishGitlab(const RunReport& run, const ReportStyle& /*style*/, std::ostream& stream) {
-    Json list = Json::array();
-    Fingerprints fingerprints;
-    for (const PackageReport& package : run.packages) {
-        addFailure(package, &fingerprints, &list);
+    void add(const PackageReport& package) {
+        addFailure(package);
         for (const MergedFinding& merged : mergedFindings(package)) {
             const Finding& finding = *merged.finding;
             // The report has no place for what is excused.
             if (finding.standing == Standing::Counts) {
-                list.push_back(degradation(
-                    finding.rule, printable(finding.message + profilesNote(package, merged)),
-                    fingerprints.next(package.name, finding.rule, finding), severityOf(finding),
-                    package.path));
+                write(degradation(finding.rule,
+                                  printable(finding.message + profilesNote(package, merged)),
+                                  nextFingerprint(package.name, finding.rule, finding),
+                                  severityOf(finding), package.path));
             }
         }
     }
-    if (run.partial) {
-        const std::string id(kPartialId);
-        list.push_back(degradation(id, std::string(kInterruptedText),
-                                   fingerprints.next(kRunPath, id), "blocker", kRunPath));
+
+    void finish(bool isPartial) {
+        if (isPartial) {
+            const std::string id(kPartialId);
+            write(degradation(id, std::string(kInterruptedText), nextFingerprint(kRunPath, id),
+                              "blocker", kRunPath));
+        }
+        list_.finish(&stream_);
+        stream_ << '\n';
     }
-    stream << jsonText(list, kJsonIndent) << '\n';
+
+private:
+    // A package that was not judged, or not whole, must not look clean.
+    void addFailure(const PackageReport& package) {
+        if (!package.complete()) {
+            const std::string id(package.judged() ? kIncompleteId : kNotJudgedId);
+            write(degradation(id, printable(package.judged() ? package.incomplete : package.cause),
+                              nextFingerprint(package.path, id), "blocker", package.path));
+        }
+    }
+
+    // GitLab drops what has a fingerprint that came before, so equals are numbered.
+    std::string nextFingerprint(const std::string& package, const std::string& rule,
+                                const Finding& finding = {}) {
+        Finding identity = finding;
+        identity.rule = rule;
+        const std::string fingerprint = fingerprintOf(package, identity);
+        const std::size_t occurrence = seen_.add(fingerprint);
+        return occurrence == 1 ? fingerprint : fingerprint + "-" + std::to_string(occurrence);
+    }
+
+    void write(const Json& json) { list_.add(json, &stream_); }
+
+    std::ostream& stream_;
+    JsonList list_{0};
+    TextCounts seen_;
+};
+
+}  // namespace
+
+void finishGitlab(const RunReport& run, const ReportStyle& /*style*/, std::ostream& stream) {
+    Writer writer(&stream);
+    forEachPackage(run, [&writer](const PackageReport& package) { writer.add(package); });
+    writer.finish(run.partial);
 }
 
 }  // namespace pkgvet::cli

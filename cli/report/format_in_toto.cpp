@@ -42,9 +42,8 @@ bool canBeReplaced(const std::string& path) {
 }  // namespace
 
 void finishInToto(const RunReport& run, const ReportStyle& /*style*/, std::ostream& stream) {
-    for (const NamedRecord& named : recordsOf(run)) {
-        stream << formatRecord(named.record);
-    }
+    forEachRecord(run,
+                  [&stream](const NamedRecord& named) { stream << formatRecord(named.record); });
 }
 
 void makeRecordDirectory(const std::string& directory) {
@@ -61,7 +60,7 @@ void makeRecordDirectory(const std::string& directory) {
 }
 
 void writeRecords(const RunReport& run, const std::string& directory) {
-    for (const NamedRecord& named : recordsOf(run)) {
+    forEachRecord(run, [&directory](const NamedRecord& named) {
         const std::string path = fs::path(directory) / named.file;
         if (!canBeReplaced(path)) {
             fail(path, kNotARecord);
@@ -69,7 +68,7 @@ void writeRecords(const RunReport& run, const std::string& directory) {
         OutputFile file(path);
         file.write(formatRecord(named.record));
         file.commit();
-    }
+    });
 }
 
 }  // namespace pkgvet::cli

@@ -209,6 +209,31 @@ std::string jsonText(const Json& json, int indent) {
     return json.dump(indent, ' ', true, Json::error_handler_t::replace);
 }
 
+// A line feed in a text is escaped, so that each one here ends a line of the document.
+std::string jsonTextWithin(const Json& json, std::size_t margin) {
+    std::string text;
+    for (const char c : jsonText(json, kJsonIndent)) {
+        text += c;
+        text.append(c == '\n' ? margin : 0, ' ');
+    }
+    return text;
+}
+
+void JsonList::add(const Json& element, std::ostream* stream) {
+    const std::size_t margin = margin_ + kJsonIndent;
+    *stream << (isEmpty_ ? "[\n" : ",\n") << std::string(margin, ' ')
+            << jsonTextWithin(element, margin);
+    isEmpty_ = false;
+}
+
+void JsonList::finish(std::ostream* stream) const {
+    if (isEmpty_) {
+        *stream << "[]";
+    } else {
+        *stream << '\n' << std::string(margin_, ' ') << ']';
+    }
+}
+
 void headJson(const RunReport& run, const ReportStyle& /*style*/, std::ostream& stream) {
     constexpr std::string_view kEnd = "\n}";
     Json json = header();

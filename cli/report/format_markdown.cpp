@@ -6,6 +6,7 @@
 
 #include "cli/base/text.h"
 #include "cli/catalogue/catalogue.h"
+#include "cli/model/kept_packages.h"
 #include "cli/report/formats.h"
 #include "cli/report/markdown.h"
 #include "cli/report/tally.h"
@@ -53,7 +54,7 @@ std::string linkTo(const std::string& rule) {
 }
 
 void writeRules(const PackageReport& package, std::ostream& stream) {
-    const std::vector<RuleTally> rules = ruleTallies({&package, 1});
+    const std::vector<RuleTally> rules = ruleTallies(package);
     stream << (rules.empty() ? std::string_view() : kRuleTable);
     for (const RuleTally& rule : rules) {
         std::vector<std::string> subjects;
@@ -78,15 +79,15 @@ std::string sectionOf(const PackageReport& package) {
 
 void finishMarkdown(const RunReport& run, const ReportStyle& /*style*/, std::ostream& stream) {
     std::string text = "## pkgvet: " + summaryOf(run) + "\n";
-    std::size_t left = run.packages.size();
-    for (const PackageReport& package : run.packages) {
-        const std::string section = sectionOf(package);
+    std::size_t told = 0;
+    for (; told < packageCount(run); ++told) {
+        const std::string section = sectionOf(packageAt(run, told));
         if (text.size() + section.size() > kLargest) {
             break;
         }
         text += section;
-        --left;
     }
+    const std::size_t left = packageCount(run) - told;
     if (left > 0) {
         text += "\nThere is no room here for " + counted(left, "more package") + ".\n";
     }

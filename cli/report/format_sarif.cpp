@@ -1,16 +1,18 @@
 // Writes SARIF 2.1.0.
-#include "cli/report/format_sarif.h"
-
 #include <nlohmann/json.hpp>
+#include <optional>
+#include <span>
 #include <string>
 #include <string_view>
 #include <utility>
+#include <vector>
 
-#include "cli/base/escape.h"
+#include "cli/base/piece_stream.h"
 #include "cli/base/text.h"
+#include "cli/model/kept_packages.h"
 #include "cli/report/format_json.h"
 #include "cli/report/sarif_documents.h"
-#include "cli/report/tally.h"
+#include "cli/report/sarif_parts.h"
 
 namespace pkgvet::cli {
 
@@ -29,29 +31,30 @@ constexpr const char* kNumberedFingerprint = "primaryLocationLineHash";
 // A package has no lines, and pages show no result without one.
 constexpr int kFirstLine = 1;
 
-Json physicalLocation(Json artifactLocation) {
-    return {{"artifactLocation", std::move(artifactLocation)},
-            {"region", {{"startLine", kFirstLine}}}};
-}
+// A finding with its package.
+struct Told {
+    const PackageReport& package;
+    const MergedFinding& merged;
+    const SarifResult& result;
 
-Json locationJson(const SarifResult& result, const SarifArtifacts& artifacts) {
-    const PackageReport& package = *result.package;
-    const Finding& finding = *result.merged.finding;
-    Json location = {{"physicalLocation", physicalLocation(artifacts.location(package))}};
-    if (finding.subject) {
-        location["logicalLocations"] =
-            Json::array({{{"name", *finding.subject},
-                          {"fullyQualifiedName", package.name + ": " + *finding.subject}}});
+    const Finding& finding() const { return *merged.finding; }
+};
+
+Json locationJson(const Told& told, const SarifPackages& packages) {
+    const std::optional<std::string>& subject = told.finding().subject;
+    Json location = {{"physicalLocation", sarifPhysicalLocation(packages.location(told.package))}};
+    if (subject) {
+        location["logicalLocations"] = Json::array(
+            {{{"name", *subject}, {"fullyQualifiedName", told.package.name + ": " + *subject}}});
     }
     return location;
 }
 
 // The file in the package that the finding is about. It is no place of its own for the result:
 // pages look for the files of places in a checkout of sources.
-Json fileJson(const SarifResult& result, SarifArtifacts* artifacts) {
+Json fileJson(const Told& told, SarifFiles* files) {
     return {{"physicalLocation",
-             {{"artifactLocation",
-               artifacts->location(*result.package, *result.merged.finding->subject)}}}};
+             {{"artifactLocation", files->location(told.package, *told.finding().subject)}}}};
 }
 
 bool isAboutAFile(const Finding& finding) {
@@ -69,67 +72,64 @@ Json suppressions(const Finding& finding) {
                          {"justification", isWaived ? finding.reason : "known to the baseline"}}});
 }
 
-Json resultJson(const SarifResult& result, const SarifRules& rules, SarifArtifacts* artifacts) {
-    const Finding& finding = *result.merged.finding;
+Json resultJson(const Told& told, const SarifRules& rules, const SarifPackages& packages,
+                SarifFiles* files) {
+    const Finding& finding = told.finding();
+    const std::string fingerprint = fingerprintOf(told.package.name, finding);
     Json json;
     json["ruleId"] = finding.rule;
     json["ruleIndex"] = rules.at(finding.rule);
     json["level"] = sarifLevel(finding.severity);
     json["message"] = foreignSarifMessage(finding.message);
-    json["locations"] = Json::array({locationJson(result, *artifacts)});
+    json["locations"] = Json::array({locationJson(told, packages)});
     if (isAboutAFile(finding)) {
-        json["relatedLocations"] = Json::array({fileJson(result, artifacts)});
+        json["relatedLocations"] = Json::array({fileJson(told, files)});
     }
     json["partialFingerprints"] = {
-        {kFingerprint, result.fingerprint},
-        {kNumberedFingerprint, result.fingerprint + ":" + std::to_string(result.occurrence)}};
+        {kFingerprint, fingerprint},
+        {kNumberedFingerprint, fingerprint + ":" + std::to_string(told.result.occurrence)}};
     json["suppressions"] = suppressions(finding);
     if (finding.count > 1) {
         json["occurrenceCount"] = finding.count;
     }
-    json["properties"] = {{"package", result.package->name},
+    json["properties"] = {{"package", told.package.name},
                           {"severity", severityName(finding.severity)},
                           {"standing", standingName(finding.standing)},
-                          {"profiles", result.merged.profiles}};
+                          {"profiles", told.merged.profiles}};
     return json;
 }
 
-Json notification(std::string_view id, const char* level, const std::string& text) {
-    return {{"descriptor", {{"id", id}}}, {"level", level}, {"message", foreignSarifMessage(text)}};
-}
-
-// A notification on one package.
-Json notificationOn(const PackageReport& package, std::string_view id, const std::string& text,
-                    const SarifArtifacts& artifacts) {
-    Json json = notification(id, "error", printable(package.path) + text);
-    json["locations"] =
-        Json::array({{{"physicalLocation", physicalLocation(artifacts.location(package))}}});
-    return json;
-}
-
-Json invocationJson(const RunReport& run, const SarifArtifacts& artifacts) {
-    Json notifications = Json::array();
-    for (const PackageReport& package : run.packages) {
-        if (!package.judged()) {
-            notifications.push_back(
-                notificationOn(package, kNotJudgedId,
-                               " could not be judged: " + printable(package.cause), artifacts));
-        } else if (!package.complete()) {
-            notifications.push_back(notificationOn(
-                package, kIncompleteId, " was not judged whole: " + printable(package.incomplete),
-                artifacts));
+// The results as a list. Files that they are about become artifacts. Results of one package mostly
+// stand together, so that each package is fetched once or a few times.
+SpooledList resultList(const RunReport& run, const SarifParts& parts,
+                       std::span<const SarifResult> results, const SarifRules& rules,
+                       SarifFiles* files) {
+    SpooledList list{JsonList(kSarifRunMargin)};
+    std::optional<std::size_t> place;
+    PackageReport package;
+    std::vector<MergedFinding> findings;
+    for (const SarifResult& result : results) {
+        if (place != result.package) {
+            place = result.package;
+            package = packageAt(run, *place);
+            findings = mergedFindings(package);
         }
+        list.add(
+            resultJson({package, findings[result.finding], result}, rules, parts.packages, files));
     }
+    return list;
+}
+
+void writeNotifications(const RunReport& run, const SarifParts& parts, std::ostream* stream) {
+    parts.failures.write(stream);
+    JsonList list = parts.failures.list();
     if (run.partial) {
-        notifications.push_back(notification(kPartialId, "error", std::string(kInterruptedText)));
+        list.add(sarifNotification(kPartialId, "error", std::string(kInterruptedText)), stream);
     }
-    // Notices are remarks: a run with some has succeeded all the same.
-    const bool isWhole = notifications.empty();
     for (const std::string& notice : run.notices) {
-        notifications.push_back(notification(kNoticeId, "note", notice));
+        list.add(sarifNotification(kNoticeId, "note", notice), stream);
     }
-    return {{"executionSuccessful", isWhole},
-            {"toolExecutionNotifications", std::move(notifications)}};
+    list.finish(stream);
 }
 
 // What pages tell one analysis from another by: all that stands before the last slash. Documents
@@ -151,7 +151,29 @@ std::string escapedForLinks(const std::string& text) {
     return escaped;
 }
 
+std::string within(const Json& json) {
+    return jsonTextWithin(json, kSarifRunMargin);
+}
+
+// Notices are remarks: a run with some has succeeded all the same.
+void writeInvocation(const RunReport& run, const SarifParts& parts, std::ostream* stream) {
+    const bool isWhole = parts.isWhole && !run.partial;
+    *stream << "[\n        {\n          \"executionSuccessful\": " << (isWhole ? "true" : "false")
+            << ",\n          \"toolExecutionNotifications\": ";
+    writeNotifications(run, parts, stream);
+    *stream << "\n        }\n      ]";
+}
+
 }  // namespace
+
+Json sarifPhysicalLocation(Json artifactLocation) {
+    return {{"artifactLocation", std::move(artifactLocation)},
+            {"region", {{"startLine", kFirstLine}}}};
+}
+
+Json sarifNotification(std::string_view id, const char* level, const std::string& text) {
+    return {{"descriptor", {{"id", id}}}, {"level", level}, {"message", foreignSarifMessage(text)}};
+}
 
 Json sarifMessage(std::string_view text) {
     return {{"text", text}};
@@ -174,43 +196,36 @@ const char* sarifLevel(Severity severity) {
     return "error";
 }
 
-std::vector<SarifResult> sarifResults(const RunReport& run) {
-    std::vector<SarifResult> results;
-    std::map<std::string, std::size_t> occurrences;
-    for (const PackageReport& package : run.packages) {
-        for (MergedFinding& merged : mergedFindings(package)) {
-            std::string fingerprint = fingerprintOf(package.name, *merged.finding);
-            const std::size_t occurrence = ++occurrences[fingerprint];
-            results.push_back({&package, std::move(merged), std::move(fingerprint), occurrence});
-        }
-    }
-    return results;
-}
-
-Json sarifDocument(const RunReport& run, std::span<const SarifResult> results, std::size_t number,
-                   const ReportStyle& style) {
-    const SarifRules rules = sarifRules(results);
-    SarifArtifacts artifacts(run, style);
-    Json content;
-    content["tool"] = sarifTool(rules, run.provenance.version);
-    content["automationDetails"] = {{"id", categoryOf(run, number)}};
-    content["invocations"] = Json::array({invocationJson(run, artifacts)});
-    Json all = Json::array();
-    for (const SarifResult& result : results) {
-        all.push_back(resultJson(result, rules, &artifacts));
-    }
-    content["artifacts"] = artifacts.json();
-    content["results"] = std::move(all);
-    content["properties"] = {{"complete", !run.partial}};
-    Json document;
-    document["$schema"] = kSchema;
-    document["version"] = "2.1.0";
-    document["runs"] = Json::array({std::move(content)});
+// The lists may be of any length, so that the document is put together piece by piece.
+Spool sarifDocument(const RunReport& run, const SarifParts& parts,
+                    std::span<const SarifResult> results, std::size_t number) {
+    const SarifRules rules = sarifRules(results, parts.rules);
+    SarifFiles files(parts.packages);
+    const SpooledList list = resultList(run, parts, results, rules, &files);
+    Spool document;
+    PieceStream pieces([&document](std::string_view piece) { document.write(piece); });
+    std::ostream& stream = pieces.stream();
+    stream << "{\n  \"$schema\": \"" << kSchema
+           << "\",\n  \"version\": \"2.1.0\",\n  \"runs\": [\n    {\n      \"tool\": "
+           << within(sarifTool(rules, run.provenance.version))
+           << ",\n      \"automationDetails\": " << within({{"id", categoryOf(run, number)}})
+           << ",\n      \"invocations\": ";
+    writeInvocation(run, parts, &stream);
+    stream << ",\n      \"artifacts\": ";
+    files.write(&stream);
+    stream << ",\n      \"results\": ";
+    list.write(&stream);
+    list.list().finish(&stream);
+    stream << ",\n      \"properties\": " << within({{"complete", !run.partial}})
+           << "\n    }\n  ]\n}\n";
+    pieces.finish();
     return document;
 }
 
 void finishSarif(const RunReport& run, const ReportStyle& style, std::ostream& stream) {
-    stream << sarifDocuments(run, style, 1).texts.front();
+    writeSarifDocuments(run, style, 1, [&stream](const Spool& document) {
+        document.read([&stream](std::string_view piece) { stream << piece; });
+    });
 }
 
 }  // namespace pkgvet::cli

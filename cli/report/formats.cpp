@@ -1,6 +1,8 @@
 // Finds the steps of a format.
 #include "cli/report/formats.h"
 
+#include "cli/page/page.h"
+
 namespace pkgvet::cli {
 
 FormatSteps stepsOf(Format format) {
@@ -29,6 +31,10 @@ FormatSteps stepsOf(Format format) {
             return {nullptr, finishInToto};
     }
     return {addText, finishText};  // no such format
+}
+
+void finishHtml(const RunReport& run, const ReportStyle& style, std::ostream& stream) {
+    writePage(run, style.timings, stream);
 }
 
 }  // namespace pkgvet::cli

@@ -51,11 +51,12 @@ inline constexpr std::string_view kNoticeId = "notice";
 
 inline constexpr std::string_view kInterruptedText = "the run was interrupted";
 
-// A format is a few steps over plain data, which keep nothing in between. Reports are the same byte
+// A format is a few steps over plain data, which keep nothing in between and go through packages
+// one by one, so that a run of any size takes little memory. Reports are the same byte
 // for byte for the same run, save for timings, and legal in their format whatever bytes a package
 // holds.
 struct FormatSteps {
-    // What a package adds as soon as it is judged; null where a report is written whole.
+    // What a package adds as soon as it is judged; null where the end writes all.
     void (*add)(const PackageReport& package, const ReportStyle& style, std::ostream& stream);
     // What comes after the last package, or the whole report; null for JUnit, which JunitReport
     // writes.

@@ -11,9 +11,9 @@ namespace pkgvet::cli {
 // no file can be written there.
 void makeRecordDirectory(const std::string& directory);
 
-// Writes a file for each package and profile of the run, named as recordsOf() says, with the bytes
-// of a line of the format. A record that is there is replaced; any other file is not, and ends the
-// writing as a directory does that cannot be written to.
+// Writes a file for each package and profile of the run, named as forEachRecord() says, with the
+// bytes of a line of the format. A record that is there is replaced; any other file is not, and
+// ends the writing as a directory does that cannot be written to.
 void writeRecords(const RunReport& run, const std::string& directory);
 
 }  // namespace pkgvet::cli

@@ -4,10 +4,10 @@
 #include <algorithm>
 #include <filesystem>
 #include <fstream>
-#include <sstream>
 
 #include "cli/base/escape.h"
 #include "cli/base/terminal.h"
+#include "cli/model/summary.h"
 #include "cli/report/record_files.h"
 #include "cli/report/sarif_documents.h"
 
@@ -39,20 +39,6 @@ void complainOfLimits(const SarifDocuments& documents, std::string_view name) {
     }
 }
 
-// A report that is written whole, as the contents of one file or more. name is told where something
-// is left out.
-std::vector<std::string> contentsOf(Format format, const RunReport& run, const ReportStyle& style,
-                                    std::string_view name) {
-    if (format == Format::Sarif) {
-        SarifDocuments documents = sarifDocuments(run, style, style.split ? kAllDocuments : 1);
-        complainOfLimits(documents, name);
-        return std::move(documents.texts);
-    }
-    std::ostringstream content;
-    stepsOf(format).finish(run, style, content);
-    return {content.str()};
-}
-
 // What other steps of the job wrote into the file stays.
 void addStepSummary(const RunReport& run, const std::string& path) {
     std::ofstream file(path, std::ios::app);
@@ -63,16 +49,9 @@ void addStepSummary(const RunReport& run, const std::string& path) {
     }
 }
 
-void writePart(const std::string& path, const std::string& content) {
-    OutputFile part(path);
-    part.write(content);
-    part.commit();
-}
-
-std::optional<StreamedReport> streamedIn(Format format, const ReportStyle& style) {
-    return StreamedReport::canWrite(format)
-               ? std::optional<StreamedReport>(std::in_place, format, style)
-               : std::nullopt;
+void copy(const Spool& document, OutputFile* file) {
+    document.read([file](std::string_view piece) { file->write(piece); });
+    file->commit();
 }
 
 }  // namespace
@@ -86,38 +65,51 @@ std::string pathOfPart(const std::string& path, std::size_t number) {
 
 Reports::Reports(Format format, const ReportStyle& style, std::ostream& stream,
                  const std::vector<Output>& files)
-    : format_(format), style_(style), stream_(stream), streamed_(streamedIn(format, style)) {
+    : format_(format), style_(style), stream_(stream), streamed_(format, style) {
     for (const Output& output : files) {
         if (output.format == Format::InToto) {
             makeRecordDirectory(output.path);
             recordDirectories_.push_back(output.path);
         } else {
-            files_.push_back(
-                {output, OutputFile(output.path), streamedIn(output.format, styleOfFiles(style))});
+            files_.push_back({output, OutputFile(output.path),
+                              StreamedReport(output.format, styleOfFiles(style))});
         }
+    }
+    if (needsKeptPackages()) {
+        kept_.emplace();
     }
 }
 
-bool Reports::needsPackages() const {
-    return !streamed_ || !recordDirectories_.empty() ||
-           std::any_of(files_.begin(), files_.end(),
-                       [](const File& file) { return !file.streamed; });
+bool Reports::needsKeptPackages() const {
+    return StreamedReport::needsKeptPackages(format_) || !recordDirectories_.empty() ||
+           std::any_of(files_.begin(), files_.end(), [](const File& file) {
+               return StreamedReport::needsKeptPackages(file.output.format);
+           });
 }
 
 void Reports::add(const PackageReport& package) {
-    if (streamed_) {
-        stream_ << streamed_->add(package);
-        stream_.flush();
-    }
+    stream_ << streamed_.add(package);
+    stream_.flush();
     for (File& file : files_) {
-        if (file.streamed && !file.failure) {
-            attempt(&file, [&] { file.file.write(file.streamed->add(package)); });
+        if (!file.failure) {
+            attempt(&file, [&] { file.file.write(file.report.add(package)); });
         }
+    }
+    if (kept_) {
+        kept_->add(package);
     }
 }
 
 void Reports::finish(const RunReport& run) {
-    finishStream(run);
+    RunReport all = run;
+    all.dropped = tallyOf(run);
+    all.packages.clear();
+    all.kept = kept_ ? &*kept_ : nullptr;
+    finishStream(all);
+    finishFiles(all);
+}
+
+void Reports::finishFiles(const RunReport& run) {
     std::exception_ptr failure;
     for (File& file : files_) {
         if (!file.failure) {
@@ -148,29 +140,39 @@ void Reports::attempt(File* file, const std::function<void()>& write) {
 }
 
 void Reports::finishFile(const RunReport& run, File* file) {
-    if (file->streamed) {
-        file->streamed->finish(run, [file](std::string_view piece) { file->file.write(piece); });
-        file->file.commit();
+    if (file->output.format == Format::Sarif) {
+        finishSarifFile(run, file);
         return;
     }
-    const Output& output = file->output;
-    const std::vector<std::string> contents =
-        contentsOf(output.format, run, styleOfFiles(style_), output.path);
-    file->file.write(contents.front());
+    file->report.finish(run, [file](std::string_view piece) { file->file.write(piece); });
     file->file.commit();
-    for (std::size_t i = 1; i < contents.size(); ++i) {
-        writePart(pathOfPart(output.path, i + 1), contents[i]);
-    }
+}
+
+// Further documents have files of their own.
+void Reports::finishSarifFile(const RunReport& run, File* file) const {
+    std::size_t number = 0;
+    const SarifDocuments documents = writeSarifDocuments(
+        run, styleOfFiles(style_), style_.split ? kAllDocuments : 1, [&](const Spool& document) {
+            if (++number == 1) {
+                copy(document, &file->file);
+            } else {
+                OutputFile part(pathOfPart(file->output.path, number));
+                copy(document, &part);
+            }
+        });
+    complainOfLimits(documents, file->output.path);
 }
 
 // There is one stream, whatever the limits.
 void Reports::finishStream(const RunReport& run) {
-    if (streamed_) {
-        streamed_->finish(run, [this](std::string_view piece) { stream_ << piece; });
+    const auto receive = [this](std::string_view piece) { stream_ << piece; };
+    if (format_ == Format::Sarif) {
+        complainOfLimits(
+            writeSarifDocuments(run, style_, 1,
+                                [&receive](const Spool& document) { document.read(receive); }),
+            kStandardOutput);
     } else {
-        ReportStyle style = style_;
-        style.split = false;
-        stream_ << contentsOf(format_, run, style, kStandardOutput).front();
+        streamed_.finish(run, receive);
     }
     if (format_ == Format::Github && !style_.stepSummary.empty()) {
         addStepSummary(run, style_.stepSummary);
@@ -180,15 +182,11 @@ void Reports::finishStream(const RunReport& run) {
 
 void writeReport(Format format, const RunReport& run, const ReportStyle& style,
                  std::ostream& stream) {
-    std::optional<StreamedReport> streamed = streamedIn(format, style);
-    if (!streamed) {
-        stepsOf(format).finish(run, style, stream);
-        return;
-    }
+    StreamedReport report(format, style);
     for (const PackageReport& package : run.packages) {
-        stream << streamed->add(package);
+        stream << report.add(package);
     }
-    streamed->finish(run, [&stream](std::string_view piece) { stream << piece; });
+    report.finish(run, [&stream](std::string_view piece) { stream << piece; });
 }
 
 }  // namespace pkgvet::cli

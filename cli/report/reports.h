@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "cli/base/output_file.h"
+#include "cli/model/kept_packages.h"
 #include "cli/model/model.h"
 #include "cli/report/formats.h"
 #include "cli/report/streamed_report.h"
@@ -24,12 +25,10 @@ public:
     Reports(Format format, const ReportStyle& style, std::ostream& stream,
             const std::vector<Output>& files);
 
-    // Whether finish() needs all packages once more. Otherwise it is enough to count them.
-    bool needsPackages() const;
-
     // Packages come in input order, after the policy has been applied to them.
     void add(const PackageReport& package);
-    // run is that of the packages that were added. std::runtime_error names a file that was not
+    // run is that of the packages that were added, be they among its packages or counted as
+    // dropped. std::runtime_error names a file that was not
     // written; the others are. What the limits of a format leave out is told on standard error.
     void finish(const RunReport& run);
 
@@ -37,20 +36,24 @@ private:
     struct File {
         Output output;
         OutputFile file;
-        std::optional<StreamedReport> streamed;
+        StreamedReport report;
         std::exception_ptr failure = nullptr;  // of an attempt to write it
     };
 
     static void attempt(File* file, const std::function<void()>& write);
+    bool needsKeptPackages() const;
     void finishStream(const RunReport& run);
     void finishFile(const RunReport& run, File* file);
+    void finishSarifFile(const RunReport& run, File* file) const;
+    void finishFiles(const RunReport& run);
 
     Format format_;
     ReportStyle style_;
     std::ostream& stream_;
-    std::optional<StreamedReport> streamed_;
+    StreamedReport streamed_;
     std::vector<File> files_;
     std::vector<std::string> recordDirectories_;
+    std::optional<KeptPackages> kept_;  // where a format needs them
 };
 
 // Where a further file of the report at path goes: "report-2.sarif" beside "report.sarif".

@@ -1,6 +1,8 @@
 // Lists what a SARIF document is about.
 #include <glib.h>
 
+#include <sstream>
+
 #include "cli/base/escape.h"
 #include "cli/report/sarif_parts.h"
 
@@ -59,27 +61,42 @@ Json packageJson(const PackageReport& package, const ReportStyle& style) {
 
 }  // namespace
 
-SarifArtifacts::SarifArtifacts(const RunReport& run, const ReportStyle& style) {
-    for (const PackageReport& package : run.packages) {
-        if (packages_.emplace(package.path, list_.size()).second) {
-            list_.push_back(packageJson(package, style));
-        }
+void SpooledList::add(const Json& element) {
+    std::ostringstream text;
+    list_.add(element, &text);
+    spool_.write(text.view());
+}
+
+void SpooledList::write(std::ostream* stream) const {
+    spool_.read([stream](std::string_view piece) { *stream << piece; });
+}
+
+void SarifPackages::add(const PackageReport& package, const ReportStyle& style) {
+    if (places_.emplace(package.path, places_.size()).second) {
+        list_.add(packageJson(package, style));
     }
 }
 
-Json SarifArtifacts::location(const PackageReport& package) const {
-    return {{"uri", uriOf(package.path)}, {"index", packages_.at(package.path)}};
+Json SarifPackages::location(const PackageReport& package) const {
+    return {{"uri", uriOf(package.path)}, {"index", index(package)}};
 }
 
 // The URI of an artifact in another one is its path there, from the root of that.
-Json SarifArtifacts::location(const PackageReport& package, const std::string& path) {
-    const std::size_t parent = packages_.at(package.path);
+Json SarifFiles::location(const PackageReport& package, const std::string& path) {
+    const std::size_t parent = packages_.index(package);
     const std::string uri = percentEncoded(path, isPlainInUri);
-    const auto [file, isNew] = files_.emplace(std::pair(parent, path), list_.size());
+    const std::size_t next = packages_.size() + places_.size();
+    const auto [place, isNew] = places_.emplace(std::pair(parent, path), next);
     if (isNew) {
-        list_.push_back({{"location", {{"uri", uri}}}, {"parentIndex", parent}});
+        list_.add({{"location", {{"uri", uri}}}, {"parentIndex", parent}});
     }
-    return {{"uri", uri}, {"index", file->second}};
+    return {{"uri", uri}, {"index", place->second}};
+}
+
+void SarifFiles::write(std::ostream* stream) const {
+    packages_.list().write(stream);
+    list_.write(stream);
+    list_.list().finish(stream);
 }
 
 }  // namespace pkgvet::cli

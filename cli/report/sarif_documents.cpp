@@ -7,11 +7,8 @@
 #include <array>
 #include <memory>
 #include <span>
-#include <tuple>
+#include <string>
 
-#include "cli/catalogue/catalogue.h"
-#include "cli/report/format_json.h"
-#include "cli/report/format_sarif.h"
 #include "cli/report/sarif_parts.h"
 
 namespace pkgvet::cli {
@@ -24,66 +21,83 @@ constexpr int kGzipWindow = MAX_WBITS + 16;  // 16 asks zlib for gzip's form
 constexpr int kMemoryLevel = 8;              // zlib's own default
 constexpr std::size_t kPieceSize = std::size_t{1} << 16U;
 
-// What gzip makes of text. Only the size is of interest, so the bytes go nowhere.
-std::size_t packedSize(const std::string& text) {
-    z_stream stream{};
-    if (deflateInit2(&stream, Z_DEFAULT_COMPRESSION, Z_DEFLATED, kGzipWindow, kMemoryLevel,
-                     Z_DEFAULT_STRATEGY) != Z_OK) {
+// Tells the size of what gzip makes of text. Only that is of interest, so the bytes go nowhere.
+class Packer {
+public:
+    Packer()
+        : isReady_(deflateInit2(&stream_, Z_DEFAULT_COMPRESSION, Z_DEFLATED, kGzipWindow,
+                                kMemoryLevel, Z_DEFAULT_STRATEGY) == Z_OK) {}
+    Packer(const Packer&) = delete;
+    Packer(Packer&&) = delete;
+    Packer& operator=(const Packer&) = delete;
+    Packer& operator=(Packer&&) = delete;
+    ~Packer() { deflateEnd(&stream_); }
+
+    bool isReady() const { return isReady_; }
+
+    void add(std::string_view piece) { pack(std::string(piece), Z_NO_FLUSH); }
+
+    std::size_t finish() {
+        pack({}, Z_FINISH);
+        return stream_.total_out;
+    }
+
+private:
+    // zlib takes no constant bytes.
+    void pack(std::string input, int flush) {
+        stream_.next_in = reinterpret_cast<Bytef*>(input.data());
+        stream_.avail_in = static_cast<uInt>(input.size());
+        do {
+            stream_.next_out = output_.data();
+            stream_.avail_out = static_cast<uInt>(output_.size());
+        } while (deflate(&stream_, flush) == Z_OK && stream_.avail_out == 0);
+    }
+
+    z_stream stream_{};
+    std::array<Bytef, kPieceSize> output_{};
+    bool isReady_;
+};
+
+std::size_t packedSize(const Spool& text) {
+    const auto packer = std::make_unique<Packer>();
+    if (!packer->isReady()) {
         return text.size();
     }
-    const std::unique_ptr<z_stream, decltype(&deflateEnd)> owner(&stream, &deflateEnd);
-    std::array<Bytef, kPieceSize> piece{};
-    std::string input = text;  // zlib takes no constant bytes
-    stream.next_in = reinterpret_cast<Bytef*>(input.data());
-    stream.avail_in = static_cast<uInt>(input.size());
-    int status = Z_OK;
-    while (status == Z_OK) {
-        stream.next_out = piece.data();
-        stream.avail_out = piece.size();
-        status = deflate(&stream, Z_FINISH);
-    }
-    return stream.total_out;
-}
-
-// Grave ones first, then those that count, then by severity, and otherwise as they come.
-void sortWorstFirst(std::vector<SarifResult>* results) {
-    const auto rank = [](const SarifResult& result) {
-        const Finding& finding = *result.merged.finding;
-        return std::tuple(!isGrave(finding), finding.standing != Standing::Counts,
-                          -static_cast<int>(finding.severity));
-    };
-    std::stable_sort(results->begin(), results->end(),
-                     [&](const SarifResult& a, const SarifResult& b) { return rank(a) < rank(b); });
+    text.read([&packer](std::string_view piece) { packer->add(piece); });
+    return packer->finish();
 }
 
 // Writes documents of one run.
 class Writer {
 public:
-    Writer(const RunReport& run, const ReportStyle& style, const SarifLimits& limits)
-        : run_(run), style_(style), limits_(limits) {}
+    Writer(const RunReport& run, const SarifParts& parts, const SarifLimits& limits)
+        : run_(run), parts_(parts), limits_(limits) {}
 
-    std::string text(Results results, std::size_t number) const {
-        return jsonText(sarifDocument(run_, results, number, style_), kJsonIndent) + "\n";
+    Spool document(Results results, std::size_t number) const {
+        return sarifDocument(run_, parts_, results, number);
     }
 
     // Text that is small enough as it stands need not be packed.
-    std::size_t excess(const std::string& text) const {
+    std::size_t excess(const Spool& text) const {
         const std::size_t size = text.size() < limits_.packedBytes ? 0 : packedSize(text);
         return size > limits_.packedBytes ? size : 0;
     }
 
-    // Writes as many of the first results as one document takes, and returns how many.
-    std::size_t add(Results results, SarifDocuments* documents) const {
+    // Hands on as many of the first results as one document takes, and returns how many.
+    std::size_t write(Results results, const DocumentReceiver& receive,
+                      SarifDocuments* documents) const {
         std::size_t count = std::min(results.size(), limits_.results);
-        const std::size_t number = documents->texts.size() + 1;
-        std::string document = text(results.first(count), number);
-        while (const std::size_t size = count > 1 ? excess(document) : 0) {
+        const std::size_t number = ++documents->documents;
+        Spool text = document(results.first(count), number);
+        std::size_t size = excess(text);
+        while (size > 0 && count > 1) {
             count = smaller(count, size);
-            document = text(results.first(count), number);
+            text = document(results.first(count), number);
+            size = excess(text);
         }
-        documents->areTooLarge = documents->areTooLarge || excess(document) > 0;
-        documents->texts.push_back(std::move(document));
+        documents->areTooLarge = documents->areTooLarge || size > 0;
         documents->told += count;
+        receive(text);
         return count;
     }
 
@@ -97,29 +111,32 @@ private:
     }
 
     const RunReport& run_;
-    const ReportStyle& style_;
+    const SarifParts& parts_;
     SarifLimits limits_;
 };
 
 }  // namespace
 
-SarifDocuments sarifDocuments(const RunReport& run, const ReportStyle& style, std::size_t most,
-                              const SarifLimits& limits) {
-    std::vector<SarifResult> results = sarifResults(run);
-    const Writer writer(run, style, limits);
+SarifDocuments writeSarifDocuments(const RunReport& run, const ReportStyle& style, std::size_t most,
+                                   const DocumentReceiver& receive, const SarifLimits& limits) {
+    SarifParts parts(run, style);
+    const Writer writer(run, parts, limits);
     SarifDocuments documents;
-    documents.results = results.size();
-    if (results.size() <= limits.results) {
-        std::string whole = writer.text(results, 1);
+    documents.results = parts.results.size();
+    if (parts.results.size() <= limits.results) {
+        const Spool whole = writer.document(parts.results, 1);
         if (writer.excess(whole) == 0) {
-            return {{std::move(whole)}, results.size(), results.size()};
+            receive(whole);
+            return {1, parts.results.size(), parts.results.size()};
         }
     }
-    sortWorstFirst(&results);
-    Results left(results);
+    // Otherwise the results stay as they come.
+    std::stable_sort(parts.results.begin(), parts.results.end(),
+                     [](const SarifResult& a, const SarifResult& b) { return a.rank < b.rank; });
+    Results left(parts.results);
     do {
-        left = left.subspan(writer.add(left, &documents));
-    } while (!left.empty() && documents.texts.size() < most);
+        left = left.subspan(writer.write(left, receive, &documents));
+    } while (!left.empty() && documents.documents < most);
     return documents;
 }
 

@@ -1,4 +1,6 @@
 // Describes the rules of a SARIF document.
+#include <set>
+
 #include "cli/base/version.h"
 #include "cli/catalogue/catalogue.h"
 #include "cli/report/markdown.h"
@@ -52,16 +54,20 @@ Json ruleJson(const std::string& id) {
 
 }  // namespace
 
-SarifRules sarifRules(std::span<const SarifResult> results) {
-    SarifRules rules;
+SarifRules sarifRules(std::span<const SarifResult> results, const std::vector<std::string>& rules) {
+    std::set<std::uint32_t> numbers;
     for (const SarifResult& result : results) {
-        rules.emplace(result.merged.finding->rule, 0);
+        numbers.insert(result.rule);
+    }
+    SarifRules told;
+    for (const std::uint32_t number : numbers) {
+        told.emplace(rules[number], 0);
     }
     std::size_t place = 0;
-    for (auto& rule : rules) {
+    for (auto& rule : told) {
         rule.second = place++;
     }
-    return rules;
+    return told;
 }
 
 Json sarifTool(const SarifRules& rules, const std::string& version) {

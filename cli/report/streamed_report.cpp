@@ -3,6 +3,8 @@
 
 #include <sstream>
 
+#include "cli/base/piece_stream.h"
+
 namespace pkgvet::cli {
 
 StreamedReport::StreamedReport(Format format, const ReportStyle& style)
@@ -15,13 +17,16 @@ StreamedReport::StreamedReport(Format format, const ReportStyle& style)
     }
 }
 
-bool StreamedReport::canWrite(Format format) {
-    return format == Format::Junit || stepsOf(format).add != nullptr;
+bool StreamedReport::needsKeptPackages(Format format) {
+    return format != Format::Junit && stepsOf(format).add == nullptr;
 }
 
 std::string StreamedReport::add(const PackageReport& package) {
     if (junit_) {
         junit_->add(package);
+        return std::string();
+    }
+    if (steps_.add == nullptr) {
         return std::string();
     }
     std::ostringstream text;
@@ -40,15 +45,14 @@ void StreamedReport::finish(const RunReport& run, const Receiver& receive) {
         junit_->finish(run, receive);
         return;
     }
-    std::ostringstream text;
+    PieceStream pieces(receive);
     if (spool_) {
-        steps_.head(run, style_, text);
-        receive(text.view());
-        text.str(std::string());
+        steps_.head(run, style_, pieces.stream());
+        pieces.finish();
         spool_->read(receive);
     }
-    steps_.finish(run, style_, text);
-    receive(text.view());
+    steps_.finish(run, style_, pieces.stream());
+    pieces.finish();
 }
 
 }  // namespace pkgvet::cli

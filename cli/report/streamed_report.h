@@ -1,4 +1,4 @@
-// A report that is written as packages come.
+// A report that takes packages one by one.
 #pragma once
 
 #include <functional>
@@ -12,8 +12,8 @@
 
 namespace pkgvet::cli {
 
-// One report in a format that tells each package by itself, or in JUnit XML. No package is kept:
-// what has to wait for the head of the report waits on disk.
+// One report in any format; of SARIF one document. No package stays in memory: what has to wait for
+// the head of the report waits on disk.
 class StreamedReport {
 public:
     // Takes a piece of the report.
@@ -21,12 +21,12 @@ public:
 
     StreamedReport(Format format, const ReportStyle& style);
 
-    // Whether the format is such a one. Without that, the report is of no use.
-    static bool canWrite(Format format);
+    // Whether the format is written in the end, out of packages that somebody kept.
+    static bool needsKeptPackages(Format format);
 
     // What the package adds, as far as it can be written already.
     std::string add(const PackageReport& package);
-    // Hands the rest on, piece by piece.
+    // Hands the rest on, piece by piece. run has the packages once more where they are needed.
     void finish(const RunReport& run, const Receiver& receive);
 
 private:

@@ -56,38 +56,36 @@ std::string summaryOf(const RunReport& run) {
     return summary;
 }
 
-std::vector<RuleTally> ruleTallies(std::span<const PackageReport> packages) {
+std::vector<RuleTally> ruleTallies(const PackageReport& package) {
     std::map<std::string, RuleTally> rules;
-    for (const PackageReport& package : packages) {
-        for (MergedFinding& merged : mergedFindings(package)) {
-            const Finding& finding = *merged.finding;
-            if (finding.standing == Standing::Counts) {
-                RuleTally& tally = rules[finding.rule];
-                tally.rule = finding.rule;
-                tally.worst = std::max(tally.worst, finding.severity);
-                tally.grave = tally.grave || isGrave(finding);
-                tally.count += finding.count;
-                tally.findings.push_back({&package, std::move(merged)});
-            }
+    for (MergedFinding& merged : mergedFindings(package)) {
+        const Finding& finding = *merged.finding;
+        if (finding.standing == Standing::Counts) {
+            RuleTally& tally = rules[finding.rule];
+            tally.rule = finding.rule;
+            tally.worst = std::max(tally.worst, finding.severity);
+            tally.grave = tally.grave || isGrave(finding);
+            tally.count += finding.count;
+            tally.findings.push_back(std::move(merged));
         }
     }
     std::vector<RuleTally> sorted;
     for (auto& rule : rules) {
         sorted.push_back(std::move(rule.second));
     }
-    const auto rank = [](const RuleTally& rule) {
-        return std::tuple(rule.grave, rule.worst, rule.count);
-    };
-    std::stable_sort(sorted.begin(), sorted.end(),
-                     [&rank](const RuleTally& a, const RuleTally& b) { return rank(a) > rank(b); });
+    std::stable_sort(sorted.begin(), sorted.end(), ranksAhead);
     return sorted;
+}
+
+bool ranksAhead(const RuleTally& a, const RuleTally& b) {
+    return std::tie(a.grave, a.worst, a.count) > std::tie(b.grave, b.worst, b.count);
 }
 
 std::vector<std::string> firstSubjects(const RuleTally& rule, std::size_t most) {
     std::vector<std::string> subjects;
     std::set<std::string> seen;
-    for (const RuleTally::Place& place : rule.findings) {
-        const std::optional<std::string>& subject = place.merged.finding->subject;
+    for (const MergedFinding& merged : rule.findings) {
+        const std::optional<std::string>& subject = merged.finding->subject;
         if (subject && seen.insert(*subject).second && seen.size() <= most) {
             subjects.push_back(printable(*subject));
         }

@@ -1,7 +1,6 @@
 // Counts of findings, and the notes that go with them and with those of packages.
 #pragma once
 
-#include <span>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -31,22 +30,20 @@ std::string summaryOf(const RunReport& run);
 
 // A rule with the findings of it that count.
 struct RuleTally {
-    struct Place {
-        const PackageReport* package;
-        MergedFinding merged;
-    };
-
     std::string rule;
     Severity worst = Severity::Info;
     bool grave = false;
-    std::vector<Place> findings;  // in the order of the packages
-    std::size_t count = 0;        // of them and of those that they stand for
+    std::vector<MergedFinding> findings;
+    std::size_t count = 0;  // of them and of those that they stand for
 };
 
-// The rules that packages break, each finding counted once whatever the number of profiles. Grave
-// ones come first, then the most severe, then those that are broken most often. They point into
-// packages.
-std::vector<RuleTally> ruleTallies(std::span<const PackageReport> packages);
+// The rules that a package breaks, each finding counted once whatever the number of profiles, and
+// ranked. They point into package.
+std::vector<RuleTally> ruleTallies(const PackageReport& package);
+
+// Whether a comes ahead of b in a ranking: grave rules come first, then the most severe, then those
+// that are broken most often.
+bool ranksAhead(const RuleTally& a, const RuleTally& b);
 
 // The first subjects of the rule's findings, each once, at most as many, and how many more there
 // are then. They are fit for a terminal. What is about the package as a whole has none.

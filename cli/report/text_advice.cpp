@@ -25,7 +25,7 @@ bool isOfUse(const RuleTally& rule) {
 
 std::vector<RuleTally> usefulRules(const PackageReport& package) {
     std::vector<RuleTally> useful;
-    std::vector<RuleTally> all = ruleTallies({&package, 1});
+    std::vector<RuleTally> all = ruleTallies(package);
     for (RuleTally& rule : all) {
         if (isOfUse(rule)) {
             useful.push_back(std::move(rule));

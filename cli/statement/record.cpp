@@ -6,8 +6,10 @@
 
 #include "cli/base/checksum.h"
 #include "cli/base/escape.h"
+#include "cli/base/text_counts.h"
 #include "cli/base/version.h"
 #include "cli/catalogue/catalogue.h"
+#include "cli/model/kept_packages.h"
 
 namespace pkgvet::cli {
 
@@ -186,20 +188,19 @@ std::optional<Record> recordOf(const PackageReport& package, const Judgement& ju
     return record;
 }
 
-std::vector<NamedRecord> recordsOf(const RunReport& run) {
-    std::vector<NamedRecord> records;
-    std::set<std::string> files;
-    for (const PackageReport& package : run.packages) {
+void forEachRecord(const RunReport& run,
+                   const std::function<void(const NamedRecord& named)>& receive) {
+    TextCounts files;
+    forEachPackage(run, [&](const PackageReport& package) {
         for (const Judgement& judgement : package.judgements) {
             std::optional<Record> record = recordOf(package, judgement, run.provenance);
             const std::string file = fileNameOf(package, judgement);
             // A package that was named twice has one record.
-            if (record && files.insert(file).second) {
-                records.push_back({file, std::move(*record)});
+            if (record && files.add(file) == 1) {
+                receive({file, std::move(*record)});
             }
         }
-    }
-    return records;
+    });
 }
 
 }  // namespace pkgvet::cli

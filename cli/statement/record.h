@@ -1,6 +1,7 @@
 // Verdicts as in-toto Statements with the predicate "test-result".
 #pragma once
 
+#include <functional>
 #include <map>
 #include <optional>
 #include <string>
@@ -47,14 +48,16 @@ inline constexpr const char* kProfileAnnotation = "profile";
 std::optional<Record> recordOf(const PackageReport& package, const Judgement& judgement,
                                const Provenance& provenance);
 
-// The records of a run in the order of its packages and profiles, and the names of files for them:
-// the package's name as far as it is fit for one, its digest and the profile. A record with the
-// same name is the same.
+// A record and the name of a file for it: the package's name as far as it is fit for one, its
+// digest and the profile. A record with the same name is the same.
 struct NamedRecord {
     std::string file;
     Record record;
 };
-std::vector<NamedRecord> recordsOf(const RunReport& run);
+
+// Hands on the records of a run in the order of its packages and profiles.
+void forEachRecord(const RunReport& run,
+                   const std::function<void(const NamedRecord& named)>& receive);
 
 // The statement in one line, which ends in a line feed.
 std::string formatRecord(const Record& record);

@@ -2,10 +2,9 @@
 #include "cli/worker/wire.h"
 
 #include <algorithm>
-#include <array>
 #include <cstdint>
-#include <utility>
 
+#include "cli/base/byte_coding.h"
 #include "cli/catalogue/catalogue.h"
 
 namespace pkgvet::cli {
@@ -15,75 +14,10 @@ namespace {
 // Grows with each change of what a message holds.
 constexpr std::uint32_t kVersion = 4;
 
-constexpr std::size_t kNumberSize = 4;
-constexpr unsigned kByteBits = 8;
-
 // Few bytes make a finding that is large in memory, so that the size alone does not bound it.
 constexpr std::uint32_t kMaxFindings = 1'000'000;
 
 constexpr const char* kTooMuch = "there is more to say about it than --max-report allows";
-
-class Encoder {
-public:
-    void number(std::size_t value) {
-        for (std::size_t i = 0; i < kNumberSize; ++i) {
-            bytes_.push_back(static_cast<char>(value >> (i * kByteBits) & 0xffU));
-        }
-    }
-    void flag(bool value) { bytes_.push_back(value ? 1 : 0); }
-    void text(std::string_view value) {
-        number(value.size());
-        bytes_.append(value);
-    }
-
-    std::string take() { return std::move(bytes_); }
-
-private:
-    std::string bytes_;
-};
-
-// Reads what an Encoder wrote. Once something is amiss it yields nothing but zeros.
-class Decoder {
-public:
-    explicit Decoder(std::string_view bytes) : rest_(bytes) {}
-
-    std::uint32_t number() {
-        std::uint32_t value = 0;
-        const std::string_view bytes = take(kNumberSize);
-        for (std::size_t i = 0; i < bytes.size(); ++i) {
-            value |= std::uint32_t{static_cast<unsigned char>(bytes[i])} << (i * kByteBits);
-        }
-        return value;
-    }
-    char byte() {
-        const std::string_view bytes = take(1);
-        return bytes.empty() ? '\0' : bytes.front();
-    }
-    bool flag() {
-        const char value = byte();
-        sound_ = sound_ && (value == 0 || value == 1);
-        return value == 1;
-    }
-    std::string_view text() { return take(number()); }
-
-    bool isSound() const { return sound_; }
-    bool isAtEnd() const { return rest_.empty(); }
-    void fail() { sound_ = false; }
-
-private:
-    std::string_view take(std::size_t size) {
-        sound_ = sound_ && size <= rest_.size();
-        if (!sound_) {
-            return {};
-        }
-        const std::string_view taken = rest_.substr(0, size);
-        rest_.remove_prefix(size);
-        return taken;
-    }
-
-    std::string_view rest_;
-    bool sound_ = true;
-};
 
 void encode(const Finding& finding, Encoder* encoder) {
     encoder->text(finding.rule);

@@ -40,6 +40,19 @@ TEST(Spool, TakesMoreThanItKeepsInMemory) {
     }
 }
 
+TEST(Spool, GivesBackPartsOfIt) {
+    for (const std::size_t size : {std::size_t{1'000}, std::size_t{5'000'000}}) {
+        SCOPED_TRACE(size);
+        Spool spool;
+        spool.write(std::string(size, 'a'));
+        spool.write("bcd");
+        EXPECT_EQ(spool.size(), size + 3);
+        EXPECT_EQ(spool.part(size - 1, 3), "abc");
+        EXPECT_EQ(spool.part(size + 3, 0), "");
+        EXPECT_TRUE(spool.part(0, size) == std::string(size, 'a'));
+    }
+}
+
 TEST(Spool, GivesItsFileAway) {
     for (const std::size_t size : {std::size_t{3}, std::size_t{9'000'000}}) {
         SCOPED_TRACE(size);

@@ -47,16 +47,34 @@ TEST(Reports, PackagesAppearAsTheyAreJudged) {
     }
 }
 
-TEST(Reports, FormatsThatAreWrittenAsPackagesComeNeedNoneOnceMore) {
-    const TemporaryDirectory directory;
-    for (const Format format : kFormats) {
-        const bool needsThem = format != Format::Text && format != Format::Concise &&
-                               format != Format::Json && format != Format::Jsonl &&
-                               format != Format::Junit;
+// Enough for packages to wait on disk, with bytes that no format can hold.
+RunReport bulkyRun() {
+    const std::string filling(20'000, 'x');
+    std::vector<PackageReport> packages;
+    for (int i = 0; i < 300; ++i) {
+        const std::string number = std::to_string(i);
+        PackageReport one = package({judgement(
+            {findingAbout("/usr/" + number, "path-not-allowed", Severity::Error, filling),
+             findingAbout(hostileBytes(), "library-not-allowed", Severity::Warning, "Bad"),
+             finding("other-remark", Severity::Info, number)})});
+        one.path = number + ".rpm";
+        one.sha256 = std::string(64 - number.size(), '0') + number;
+        packages.push_back(i % 7 == 0 ? unreadable(one.path, filling) : one);
+    }
+    RunReport run = runOf(packages);
+    run.provenance.profiles[0].digest = std::string(64, 'b');
+    return run;
+}
+
+TEST(Reports, PackagesThatWaitOnDiskAreToldAsThoseInMemory) {
+    const RunReport run = bulkyRun();
+    std::vector<Format> formats(std::begin(kFormats), std::end(kFormats));
+    formats.push_back(Format::InToto);
+    for (const Format format : formats) {
+        SCOPED_TRACE(static_cast<int>(format));
         std::ostringstream stream;
-        EXPECT_EQ(Reports(format, {}, stream, {}).needsPackages(), needsThem);
-        EXPECT_EQ(Reports(Format::Text, {}, stream, {{format, directory / "file"}}).needsPackages(),
-                  needsThem);
+        Reports reports(format, {}, stream, {});
+        EXPECT_TRUE(reported(&reports, run, stream) == reportOf(format, run));
     }
 }
 
@@ -67,7 +85,7 @@ TEST(Reports, PackagesThatWereDroppedCount) {
         dropped.dropped.add(one);
     }
     dropped.packages.clear();
-    for (const Format format : {Format::Text, Format::Concise, Format::Json, Format::Jsonl}) {
+    for (const Format format : kFormats) {
         std::ostringstream stream;
         Reports reports(format, {}, stream, {});
         for (const PackageReport& one : run.packages) {
@@ -130,7 +148,7 @@ TEST(Reports, WhatReadersOfSarifDoNotTakeIsToldOnStandardError) {
     std::ostringstream stream;
     Reports reports(Format::Sarif, {}, stream, {{Format::Sarif, directory / "a.sarif"}});
     testing::internal::CaptureStderr();
-    reports.finish(largeRun());
+    reported(&reports, largeRun(), stream);
     const std::string rest =
         ": holds the worst 25000 of 25001 results, which is what readers of SARIF take; --split "
         "writes further files\n";
@@ -146,7 +164,7 @@ TEST(Reports, SplitWritesFurtherFiles) {
     std::ostringstream stream;
     Reports reports(Format::Text, style, stream, {{Format::Sarif, directory / "a.b.sarif"}});
     testing::internal::CaptureStderr();
-    reports.finish(largeRun());
+    reported(&reports, largeRun(), stream);
     EXPECT_EQ(testing::internal::GetCapturedStderr(), "");
     EXPECT_TRUE(std::filesystem::exists(directory / "a.b.sarif"));
     EXPECT_TRUE(std::filesystem::exists(directory / "a.b-2.sarif"));

@@ -34,7 +34,24 @@ std::string subjectsOf(const std::string& document) {
     return subjects;
 }
 
-std::vector<std::string> subjectsOf(const SarifDocuments& documents) {
+// The documents of a run with what is said of them.
+struct Written {
+    std::vector<std::string> texts;
+    SarifDocuments documents;
+};
+
+Written written(const RunReport& run, std::size_t most, const SarifLimits& limits) {
+    Written result;
+    const auto receive = [&result](const Spool& document) {
+        result.texts.emplace_back();
+        document.read([&result](std::string_view piece) { result.texts.back() += piece; });
+    };
+    result.documents = writeSarifDocuments(run, {}, most, receive, limits);
+    EXPECT_EQ(result.documents.documents, result.texts.size());
+    return result;
+}
+
+std::vector<std::string> subjectsOf(const Written& documents) {
     std::vector<std::string> all;
     for (const std::string& text : documents.texts) {
         all.push_back(subjectsOf(text));
@@ -43,28 +60,28 @@ std::vector<std::string> subjectsOf(const SarifDocuments& documents) {
 }
 
 TEST(SarifDocuments, WhatFitsIsOneInTheOrderOfThePackages) {
-    const SarifDocuments documents = sarifDocuments(runWith(2), {}, kAllDocuments, {.results = 4});
+    const Written documents = written(runWith(2), kAllDocuments, {.results = 4});
     EXPECT_EQ(subjectsOf(documents), std::vector<std::string>{"abes"});
-    EXPECT_EQ(documents.told, 4U);
-    EXPECT_EQ(documents.results, 4U);
+    EXPECT_EQ(documents.documents.told, 4U);
+    EXPECT_EQ(documents.documents.results, 4U);
 }
 
 TEST(SarifDocuments, WorstComeFirstWhereNotAllFit) {
-    const SarifDocuments documents = sarifDocuments(runWith(3), {}, 1, {.results = 3});
+    const Written documents = written(runWith(3), 1, {.results = 3});
     EXPECT_EQ(subjectsOf(documents), std::vector<std::string>{"sea"});
-    EXPECT_EQ(documents.told, 3U);
-    EXPECT_EQ(documents.results, 5U);
+    EXPECT_EQ(documents.documents.told, 3U);
+    EXPECT_EQ(documents.documents.results, 5U);
 }
 
 TEST(SarifDocuments, AllAreToldInAsManyAsItTakes) {
-    const SarifDocuments documents = sarifDocuments(runWith(3), {}, kAllDocuments, {.results = 2});
+    const Written documents = written(runWith(3), kAllDocuments, {.results = 2});
     EXPECT_EQ(subjectsOf(documents), (std::vector<std::string>{"se", "ab", "c"}));
-    EXPECT_EQ(documents.told, 5U);
+    EXPECT_EQ(documents.documents.told, 5U);
     EXPECT_EQ(jsonFaults("tests/schemas/sarif-used.schema.json", documents.texts), "");
 }
 
 TEST(SarifDocuments, EachIsAnAnalysisOfItsOwn) {
-    const SarifDocuments documents = sarifDocuments(runWith(2), {}, kAllDocuments, {.results = 2});
+    const Written documents = written(runWith(2), kAllDocuments, {.results = 2});
     ASSERT_EQ(documents.texts.size(), 2U);
     const auto category = [&](std::size_t i) {
         return Json::parse(documents.texts[i])["runs"][0]["automationDetails"]["id"];
@@ -78,21 +95,20 @@ TEST(SarifDocuments, SizeThatCountsIsThatOfThePackedDocument) {
     const RunReport run = runWith(2000);
     const std::size_t size = reportOf(Format::Sarif, run).size();
     ASSERT_GT(size, 1'000'000U);
-    EXPECT_EQ(sarifDocuments(run, {}, kAllDocuments, {.packedBytes = size / 4}).texts.size(), 1U);
-    const SarifDocuments small = sarifDocuments(run, {}, kAllDocuments, {.packedBytes = 12'000});
+    EXPECT_EQ(written(run, kAllDocuments, {.packedBytes = size / 4}).texts.size(), 1U);
+    const Written small = written(run, kAllDocuments, {.packedBytes = 12'000});
     EXPECT_GT(small.texts.size(), 2U);
-    EXPECT_EQ(small.told, 2002U);
+    EXPECT_EQ(small.documents.told, 2002U);
     EXPECT_EQ(subjectsOf(small).front().substr(0, 3), "sea");
 }
 
 TEST(SarifDocuments, SingleResultIsToldWhateverItsSize) {
-    const SarifDocuments documents =
-        sarifDocuments(runWith(1), {}, kAllDocuments, {.packedBytes = 10});
+    const Written documents = written(runWith(1), kAllDocuments, {.packedBytes = 10});
     EXPECT_EQ(subjectsOf(documents), (std::vector<std::string>{"s", "e", "a"}));
 }
 
 TEST(SarifDocuments, RunWithoutResultsIsOneDocument) {
-    EXPECT_EQ(sarifDocuments(runOf({}), {}, kAllDocuments, {.packedBytes = 10}).texts.size(), 1U);
+    EXPECT_EQ(written(runOf({}), kAllDocuments, {.packedBytes = 10}).texts.size(), 1U);
 }
 
 }  // namespace

@@ -62,7 +62,7 @@ TEST(Tally, FindingsThatAreLeftOutCount) {
     left.count = 549'000;
     const PackageReport report = package({judgement({withStanding(Standing::Counts), left})});
     EXPECT_EQ(countsOf(tallyOf(report.judgements[0])), "1 error, 549000 warnings");
-    EXPECT_EQ(ruleTallies(std::vector{report}).at(0).count, 549'001U);
+    EXPECT_EQ(ruleTallies(report).at(0).count, 549'001U);
 }
 
 TEST(Summary, NamesTheNumbersAndAnInterruption) {

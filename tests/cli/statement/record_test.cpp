@@ -28,6 +28,12 @@ RunReport sample(std::vector<Finding> findings) {
     return run;
 }
 
+std::vector<NamedRecord> recordsOf(const RunReport& run) {
+    std::vector<NamedRecord> records;
+    forEachRecord(run, [&records](const NamedRecord& named) { records.push_back(named); });
+    return records;
+}
+
 Record onlyRecord(const RunReport& run) {
     const std::vector<NamedRecord> records = recordsOf(run);
     EXPECT_EQ(records.size(), 1U);
