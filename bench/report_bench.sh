@@ -8,7 +8,8 @@ program=$(realpath "$1")
 writer=$(realpath "$2")
 packages=${3-100000}
 shift $(($# < 3 ? $# : 3))
-[ "$#" -gt 0 ] || set -- text concise json jsonl junit
+[ "$#" -gt 0 ] || set -- text concise json jsonl junit sarif html gitlab \
+    github markdown in-toto
 readonly program writer packages shards=8 findings=10
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
@@ -37,7 +38,8 @@ measured() { # NAME FILE ARGUMENT...
 written() { # NAME FILE ARGUMENT...
     local name=$1 file=$2 figures
     shift 2
-    read -ra figures <<<"$("$writer" "$@" 2>&1 >"$file")"
+    # What SARIF leaves out is told ahead of the figures.
+    read -ra figures <<<"$("$writer" "$@" 2>&1 >"$file" | tail -n 1)"
     row "$name" "${figures[@]}" "$file"
 }
 
