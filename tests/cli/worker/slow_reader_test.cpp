@@ -17,8 +17,8 @@ using namespace pkgvet::cli;
 
 namespace fs = std::filesystem;
 
-constexpr double kTimeout = 4;
-constexpr std::chrono::seconds kPause{5};
+constexpr double kTimeout = 10;
+constexpr std::chrono::seconds kPause{11};
 
 // The judge of the second package is done as soon as the first one's report has been taken.
 JudgeFunction judgeThatWaitsFor(const std::string& note) {

@@ -47,7 +47,7 @@ protected:
 
     Words words() const {
         Words words = {"check", "--max-unpacked", "80M", "--max-files", "10000", "--timeout",
-                       "60",    "--memory",       "1G"};
+                       "600",   "--memory",       "1G"};
         words.insert(words.end(), GetParam().options.begin(), GetParam().options.end());
         return words;
     }

@@ -16,7 +16,7 @@ namespace {
 
 constexpr const char* kDatabase = "/rpm-database";
 // rpm waits for ever for what it was told to make a fifo.
-constexpr const char* kTimeout = "20";
+constexpr const char* kTimeout = "200";
 
 std::string lineOf(const fs::path& path, const std::string& name) {
     struct stat status {};

@@ -91,7 +91,7 @@ bool isAlive(pid_t process) {
 }
 
 bool waitUntil(const std::function<bool()>& condition) {
-    constexpr int kAttempts = 6000;
+    constexpr int kAttempts = 30000;
     constexpr std::chrono::milliseconds kPause{10};
     for (int i = 0; i < kAttempts && !condition(); ++i) {
         std::this_thread::sleep_for(kPause);

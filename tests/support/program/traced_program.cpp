@@ -153,7 +153,7 @@ private:
 };
 
 bool Tracer::isPatient() const {
-    constexpr std::chrono::seconds kPatience{60};
+    constexpr std::chrono::seconds kPatience{300};
     return status_ < 0 || std::chrono::steady_clock::now() - ended_ < kPatience;
 }
 
