@@ -1,5 +1,5 @@
-// What a judge and the guard in the place of cpio tell each other. Both sides include this and nothing
-// else of one another.
+// What a judge and the guard in the place of cpio tell each other. Both sides include this and
+// nothing else of one another.
 #pragma once
 
 #include <cstddef>

@@ -3,12 +3,15 @@
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <array>
 #include <filesystem>
 
+#include "tests/support/base/child_process.h"
 #include "tests/support/base/temporary_directory.h"
 #include "tests/support/package/guarded_archive.h"
 #include "tests/support/package/package_builder.h"
@@ -144,18 +147,26 @@ TEST_F(TreeWriterTest, MakesWhatCpioMakes) {
 
 // cpio itself gets no further there unless it runs as the superuser.
 TEST_F(TreeWriterTest, GetsIntoDirectoriesThatForbidItToTheirOwner) {
-    EXPECT_EQ(unpack(special("./a", 040000) + special("./a/b", 040500) + file("./a/b/c") +
-                     special("./d/e", 040300) + file("d/e/f") + special("d", 040100)),
-              "");
-    EXPECT_EQ(modeOf(tree_ / "a"), 0U);
-    EXPECT_EQ(modeOf(tree_ / "d"), 0100U);
-    EXPECT_EQ(modeOf(tree_ / "d/e"), 0300U);
-    fs::permissions("a", fs::perms::owner_all);
-    EXPECT_EQ(modeOf(tree_ / "a/b"), 0500U);
-    EXPECT_EQ(readFile(tree_ / "a/b/c"), "content");
-    fs::permissions("d", fs::perms::owner_all);
-    fs::permissions("a/b", fs::perms::owner_all);
-    fs::permissions("d/e", fs::perms::owner_all);
+    fs::permissions(directory_.path(), fs::perms::all);
+    fs::permissions(tree_, fs::perms::all);
+    const std::string archive = special("./a", 040000) + special("./a/b", 040500) +
+                                file("./a/b/c") + special("d/e", 040300) + file("d/e/f") +
+                                special("./d", 040100);
+    EXPECT_TRUE(holdsForOrdinaryUser([&] {
+        fs::current_path(tree_);
+        return unpack(archive).empty() && modeOf(tree_ / "a") == 0 && modeOf(tree_ / "d") == 0100 &&
+               modeOf(tree_ / "d/e") == 0300;
+    }));
+    EXPECT_TRUE(holdsForOrdinaryUser([this] {
+        fs::permissions(tree_ / "a", fs::perms::owner_all);
+        const bool isWhole = modeOf(tree_ / "a/b") == 0500 &&
+                             readFile(tree_ / "a/b/c") == "content" &&
+                             readFile(tree_ / "d/e/f") == "content";
+        for (const char* const path : {"a/b", "d", "d/e"}) {
+            fs::permissions(tree_ / path, fs::perms::owner_all);
+        }
+        return isWhole;
+    }));
 }
 
 TEST_F(TreeWriterTest, DirectoriesOnTheWayAreLikeAnyNewOne) {
@@ -225,20 +236,30 @@ TEST_F(TreeWriterTest, DataAreMovedFromAPipeAndFromNothingElse) {
     EXPECT_EQ(writer.failure(), "");
 }
 
+// As where the file system is full.
 TEST_F(TreeWriterTest, NothingIsMovedBehindAFailure) {
     const EntryFields fields{.mode = 0100640, .links = 1, .dataSize = 8};
-    writeFile(tree_ / "a", "mine");
     TreeWriter writer;
     writer.begin({fields, "a", "a", {}});
+    struct rlimit before {};
+    getrlimit(RLIMIT_FSIZE, &before);
+    const struct rlimit few { 2, before.rlim_max };
+    const auto handler = signal(SIGXFSZ, SIG_IGN);
+    setrlimit(RLIMIT_FSIZE, &few);
+    writer.write("1234");
+    setrlimit(RLIMIT_FSIZE, &before);
+    signal(SIGXFSZ, handler);
+    EXPECT_EQ(writer.failure(), "a: File too large");
     std::array<int, 2> ends{};
     ASSERT_EQ(pipe2(ends.data(), O_CLOEXEC), 0);
     const Descriptor reading(ends[0]);
     const Descriptor writing(ends[1]);
     ASSERT_EQ(write(writing.get(), "12345678", 8), 8);
     EXPECT_EQ(writer.moveFrom(reading.get(), 8), std::nullopt);
-    writer.write("12345678");
-    EXPECT_EQ(writer.failure(), "a: File exists");
-    EXPECT_EQ(readFile(tree_ / "a"), "mine");
+    writer.write("5678");
+    writer.finish();
+    EXPECT_EQ(writer.failure(), "a: File too large");
+    EXPECT_EQ(readFile(tree_ / "a"), "12");
 }
 
 }  // namespace pkgvet::cli
