@@ -13,6 +13,14 @@ struct MatchInfoPrivate {
     pkgvet::MatchInfoHandle info;
 };
 
+struct RegexPrivate {
+    std::optional<std::string> uncompiled;  // the pattern until it is first tried
+    GRegexCompileFlags compileFlags{};
+    GRegexMatchFlags matchFlags{};
+    pkgvet::RegexHandle regex;
+    pkgvet::RegexHandle rawRegex;  // for subjects of bytes, made for the first one
+};
+
 namespace {
 
 constexpr const char* kMatchFunction = "bool MatchInfo::match(GRegex*, GRegexMatchFlags)";
@@ -144,13 +152,19 @@ std::optional<std::string> MatchInfo::fetchNamed(std::string_view name) const {
     return groupText(text, start);
 }
 
+// A null pattern is GLib's critical message at once.
 Regex::Regex(std::string_view pattern, GRegexCompileFlags compileFlags, GRegexMatchFlags matchFlags)
-    : regex_(compile(pattern.data(), compileFlags, matchFlags).release()) {}
-
-Regex::~Regex() {
-    const pkgvet::RegexHandle owner(regex_);
-    const pkgvet::RegexHandle rawOwner(rawRegex_);
+    : d_ptr(std::make_unique<RegexPrivate>()) {
+    d_ptr->compileFlags = compileFlags;
+    d_ptr->matchFlags = matchFlags;
+    if (pattern.data() == nullptr) {
+        d_ptr->regex = compile(nullptr, compileFlags, matchFlags);
+    } else {
+        d_ptr->uncompiled = pattern.data();
+    }
 }
+
+Regex::~Regex() = default;
 
 std::optional<MatchInfo> Regex::match(std::string_view subject, GRegexMatchFlags flags) const {
     MatchInfo info(subject);
@@ -161,13 +175,17 @@ std::optional<MatchInfo> Regex::match(std::string_view subject, GRegexMatchFlags
 }
 
 GRegex* Regex::regexFor(const char* subject) const {
-    if (!mustBeSearchedAsBytes(regex_, subject)) {
-        return regex_;
+    if (d_ptr->uncompiled) {
+        d_ptr->regex = compile(d_ptr->uncompiled->c_str(), d_ptr->compileFlags, d_ptr->matchFlags);
+        d_ptr->uncompiled.reset();
     }
-    if (rawRegex_ == nullptr) {
-        rawRegex_ = rawVersionOf(regex_).release();
+    if (!mustBeSearchedAsBytes(d_ptr->regex.get(), subject)) {
+        return d_ptr->regex.get();
     }
-    return rawRegex_;
+    if (!d_ptr->rawRegex) {
+        d_ptr->rawRegex = rawVersionOf(d_ptr->regex.get());
+    }
+    return d_ptr->rawRegex.get();
 }
 
 bool Regex::matchSimple(std::string_view pattern, std::string_view subject,

@@ -11,6 +11,7 @@
 #include "pkgvet/export.h"
 
 struct MatchInfoPrivate;
+struct RegexPrivate;
 
 // One match attempt and what came out of it. It keeps its subject alive, so that it may outlive the
 // text that it was made from. Copies share subject and result, and so belong to one thread at a
@@ -45,14 +46,14 @@ private:
     std::unique_ptr<MatchInfoPrivate> d_ptr;
 };
 
-// One compiled pattern, made once at the start of a rule and tried on many texts. It matches
-// anywhere in a text unless it anchors itself. A pattern that does not compile is kept as none:
-// nothing is thrown, and every match fails with GLib's critical message.
+// One pattern, made once at the start of a rule and tried on many texts. It matches anywhere in a
+// text unless it anchors itself. It is compiled when it is first tried, which many a pattern of a
+// rule never is. One that does not compile is kept as none: nothing is thrown, and every match
+// fails with GLib's critical message.
 //
 // Where pattern and subject are valid UTF-8, a character is one of theirs. Where either is not,
 // both are taken as bytes, so that texts that differ in a byte are never taken for each other. An
-// object belongs to one thread at a time, since what a subject of bytes needs is made with the
-// first one.
+// object belongs to one thread at a time, since what it needs is made with the first subject.
 //
 // All texts that go in as patterns are read up to their terminating NUL.
 class PKGVET_EXPORT Regex {
@@ -81,6 +82,5 @@ public:
 private:
     GRegex* regexFor(const char* subject) const;
 
-    GRegex* regex_;
-    mutable GRegex* rawRegex_ = nullptr;  // regex_ for subjects of bytes, made for the first one
+    std::unique_ptr<RegexPrivate> d_ptr;
 };
