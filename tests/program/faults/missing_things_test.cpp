@@ -4,14 +4,19 @@
 #include <sys/syscall.h>
 
 #include <cerrno>
+#include <filesystem>
+#include <fstream>
 #include <nlohmann/json.hpp>
 #include <string_view>
+#include <system_error>
 #include <vector>
 
 #include "tests/support/package/accepted_package.h"
 #include "tests/support/program/fault_run.h"
 
 namespace {
+
+namespace fs = std::filesystem;
 
 using Json = nlohmann::json;
 
@@ -84,6 +89,22 @@ bool readsPayload(const SystemCall& call) {
     return reads && call.text(1).ends_with(kAcceptedText.substr(1));
 }
 
+// As on a disk that fails in the middle of a file.
+bool readsOnInPayload(const SystemCall& call) {
+    if (call.number != SYS_read) {
+        return false;
+    }
+    const std::string process = "/proc/" + std::to_string(call.id);
+    const std::string descriptor = std::to_string(call.arguments[0]);
+    std::error_code error;
+    const fs::path path = fs::read_symlink(process + "/fd/" + descriptor, error);
+    std::ifstream stream(process + "/fdinfo/" + descriptor);
+    std::string word;
+    std::uint64_t position = 0;
+    stream >> word >> position;
+    return path.string().ends_with(kAcceptedText.substr(1)) && position > 0;
+}
+
 bool makesPayload(const SystemCall& call) {
     return call.number == SYS_openat && (call.arguments[2] & O_CREAT) != 0 &&
            call.text(1).ends_with(kAcceptedText.substr(1));
@@ -108,6 +129,7 @@ std::vector<Case> cases() {
         {"a file of the payload cannot be made", failing(makesPayload, EDQUOT), "unpack-failed"},
         {"the shell is missing", failing(executesShell, ENOENT), "crashed"},
         {"a file of the payload cannot be read", failing(readsPayload, EMFILE), "rule-failed"},
+        {"a file of the payload breaks off", failing(readsOnInPayload, EIO), "rule-failed"},
         {"/tmp is missing", failing(isInTmp, ENOENT), "crashed"},
         {"/tmp cannot be written to", failing(makesDirectoryInTmp, EROFS), "crashed"},
         {"/tmp is somebody else's", failing(makesDirectoryInTmp, EACCES), "crashed"},
