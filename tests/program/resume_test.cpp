@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <filesystem>
 #include <nlohmann/json.hpp>
+#include <sstream>
 
 #include "tests/support/program/corpus.h"
 #include "tests/support/program/running_program.h"
@@ -113,6 +114,25 @@ TEST_F(Resume, PolicyOfTheNewRunDecides) {
     EXPECT_EQ(
         readFile(file()),
         corpus().check({"--format", "jsonl", "--fail-on", "warning", corpus().packages()}).output);
+}
+
+// What the former run did not measure, nobody knows.
+TEST_F(Resume, TimesOfPackagesThatAreTakenOverStayUnknown) {
+    const std::string expected = whole();
+    const std::size_t second = expected.find('\n', expected.find('\n') + 1) + 1;
+    writeFile(file(), expected.substr(0, second));
+    resume({"--timings"});
+    std::istringstream report(readFile(file()));
+    std::vector<bool> isTimed;
+    for (std::string line; std::getline(report, line);) {
+        const auto json = nlohmann::json::parse(line);
+        if (json.contains("package") && !json["package"]["sha256"].is_null()) {
+            isTimed.push_back(json["package"].contains("seconds"));
+        }
+    }
+    ASSERT_GT(isTimed.size(), 3U);
+    EXPECT_THAT(std::vector(isTimed.begin(), isTimed.begin() + 2), testing::Each(false));
+    EXPECT_THAT(std::vector(isTimed.begin() + 2, isTimed.end()), testing::Each(true));
 }
 
 TEST_F(Resume, LineThatIsTornIsDropped) {
