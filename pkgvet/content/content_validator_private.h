@@ -20,7 +20,10 @@ struct PayloadFacts {
     std::vector<mode_t> modes;
     // Whether the file of each path holds a hard-coded path, as far as the caller knew.
     std::vector<std::optional<bool>> knownTexts;
-    std::optional<std::vector<std::string>> hardcodedPaths;  // once a rule has asked
+    // Once a rule has asked:
+    std::optional<std::vector<std::string>> hardcodedPaths;
+    std::optional<pkgvet::QmlImports> qmlImports;
+    std::vector<std::optional<bool>> goodFormats;  // of the files of all paths
 };
 
 struct ContentValidatorPrivate {

@@ -82,16 +82,21 @@ void ContentValidator::validateDesktopEntryGroupColorFields(
 
 void ContentValidator::checkQmlImports(const Configuration& configuration, const RpmMeta& rpm,
                                        const std::string& root) {
+    PayloadFacts own;
+    PayloadFacts& facts = d_ptr->facts ? *d_ptr->facts : own;
     pkgvet::checkQmlImports(rpm.name(), rpm.paths(), d_ptr->desktopFacts.ostrandQt5Application,
-                            configuration, root, &d_ptr->qmlFacts, &d_ptr->findings);
+                            configuration, root, &d_ptr->qmlFacts, &d_ptr->findings,
+                            &facts.qmlImports);
 }
 
 void ContentValidator::checkExecutables(const Configuration& configuration, const RpmMeta& rpm,
                                         const std::string& root) {
+    PayloadFacts own;
+    PayloadFacts& facts = d_ptr->facts ? *d_ptr->facts : own;
     const std::vector<mode_t> modes = modesOf(rpm, root, *d_ptr);
     pkgvet::checkExecutables(
         {rpm.name(), rpm.arch(), rpm.paths(), modes, root, d_ptr->desktopFacts.qmlOnly},
-        configuration, &d_ptr->binaryFacts, &d_ptr->findings);
+        configuration, &d_ptr->binaryFacts, &d_ptr->findings, &facts.goodFormats);
 }
 
 void ContentValidator::checkLibraries(const Configuration& configuration, const RpmMeta& rpm,

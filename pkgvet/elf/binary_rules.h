@@ -1,6 +1,7 @@
 // The rules on a package's binaries, and the two tests of a file that ContentValidator offers.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -32,9 +33,12 @@ struct PackageFiles {
 };
 
 // Each executable must be a good ELF file in one of the places for executables, and the main binary
-// must be among them unless the package is QML-only.
+// must be among them unless the package is QML-only. A file is read unless known, which has a place
+// for each path, says whether it is a good ELF file, and that stands there afterwards; null for
+// nowhere.
 void checkExecutables(const PackageFiles& files, const Configuration& configuration,
-                      BinaryFacts* facts, Findings* findings);
+                      BinaryFacts* facts, Findings* findings,
+                      std::vector<std::optional<bool>>* known = nullptr);
 
 // Each library that the main binary needs must be listed by the rule set or, by its path, be among
 // the package's own. Throws std::regex_error for a pattern that does not compile, and

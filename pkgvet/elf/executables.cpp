@@ -93,15 +93,20 @@ private:
 
 // Judges the format of all executables, and returns the paths of the good ones.
 std::vector<std::string> checkFormats(const PackageFiles& files, BinaryFacts* facts,
-                                      Findings* findings) {
+                                      Findings* findings, std::vector<std::optional<bool>>* known) {
     std::vector<std::string> goodPaths;
     FormatJudge formats;
+    known->resize(files.paths.size());
     for (std::size_t i = 0; i < files.paths.size(); ++i) {
         const std::string& path = files.paths[i];
         if (!isExecutableMode(files.modes[i])) {
             continue;
         }
-        if (!formats.isGood(files.root + path)) {
+        std::optional<bool>& isGood = (*known)[i];
+        if (!isGood) {
+            isGood = formats.isGood(files.root + path);
+        }
+        if (!*isGood) {
             findings->violation(kExecutableBadFormat, {path});
             continue;
         }
@@ -136,8 +141,11 @@ bool isExecutable(const std::string& path) {
 // All formats are judged before the first place, so that findings come in two groups, each in the
 // order of the package.
 void checkExecutables(const PackageFiles& files, const Configuration& configuration,
-                      BinaryFacts* facts, Findings* findings) {
-    const std::vector<std::string> goodPaths = checkFormats(files, facts, findings);
+                      BinaryFacts* facts, Findings* findings,
+                      std::vector<std::optional<bool>>* known) {
+    std::vector<std::optional<bool>> own;
+    const std::vector<std::string> goodPaths =
+        checkFormats(files, facts, findings, known == nullptr ? &own : known);
     checkPlaces(PlaceFinder(configuration, files.packageName), files.root, goodPaths, facts,
                 findings);
     if (!files.isQmlOnly && !facts->mainBinExec) {

@@ -48,7 +48,6 @@ constexpr std::string_view kWhiteSpace = " \t\n\v\f\r";
 constexpr std::string_view kParentDirectory = "../";
 constexpr const char* kQmlDirectory = "/qml/";
 
-// The texts of imports in byte order, each once.
 using Imports = std::set<std::string>;
 
 std::string_view firstWord(std::string_view text) {
@@ -79,7 +78,7 @@ struct LinePatterns {
 // Reads the QML files of one package, each once, whatever the number of its paths.
 class ImportReader {
 public:
-    // How many imports of the toolkit the file has, which are neither in imports() nor judged by
+    // How many imports of the toolkit the file has, which are neither among the texts nor judged by
     // the lists. Nor are those of the XML list model.
     std::size_t read(const std::string& path, QmlFacts* facts) {
         OpenFile file = openRegularFile(path);
@@ -93,10 +92,11 @@ public:
                 count->second += readLine(facts) ? 1 : 0;
             }
         }
+        imports_.ostrandImports += count->second;
         return count->second;
     }
 
-    Imports takeImports() { return std::move(imports_); }
+    QmlImports takeImports() { return std::move(imports_); }
 
 private:
     // Whether line_ imports the toolkit.
@@ -105,37 +105,48 @@ private:
             return false;
         }
         if (patterns_.ostrand.match(line_)) {
-            facts->ostrandImport = true;
+            imports_.facts.ostrandImport = facts->ostrandImport = true;
             return true;
         }
         if (patterns_.xmlListModel.match(line_)) {
-            facts->xmlListModelImport = true;
+            imports_.facts.xmlListModelImport = facts->xmlListModelImport = true;
             return false;
         }
         const std::optional<MatchInfo> match = patterns_.anyImport.match(line_);
         if (std::optional<std::string> text = match ? match->fetch(kImportText) : std::nullopt) {
-            imports_.insert(*std::move(text));
+            imports_.texts.insert(*std::move(text));
         }
         return false;
     }
 
     const LinePatterns patterns_ = {};
-    Imports imports_;
+    QmlImports imports_;
     std::map<FileIdentity, std::size_t> ostrandImports_;
     std::string line_;
 };
 
+void reportOstrandImports(std::size_t count, bool isOstrandQt5Application, Findings* findings) {
+    for (std::size_t i = 0; i < count && !isOstrandQt5Application; ++i) {
+        findings->warning(kShouldBeOstrandQt5);
+    }
+}
+
 // Text is not understood: an import in a comment of several lines counts.
-Imports readImports(const std::vector<std::string>& qmlFiles, bool isOstrandQt5Application,
-                    QmlFacts* facts, Findings* findings) {
+QmlImports readImports(const std::vector<std::string>& qmlFiles, bool isOstrandQt5Application,
+                       QmlFacts* facts, Findings* findings) {
     ImportReader reader;
     for (const std::string& file : qmlFiles) {
-        const std::size_t count = reader.read(file, facts);
-        for (std::size_t i = 0; i < count && !isOstrandQt5Application; ++i) {
-            findings->warning(kShouldBeOstrandQt5);
-        }
+        reportOstrandImports(reader.read(file, facts), isOstrandQt5Application, findings);
     }
     return reader.takeImports();
+}
+
+// What is known already is told in the same lines: they are all alike.
+void takeKnown(const QmlImports& imports, bool isOstrandQt5Application, QmlFacts* facts,
+               Findings* findings) {
+    facts->ostrandImport |= imports.facts.ostrandImport;
+    facts->xmlListModelImport |= imports.facts.xmlListModelImport;
+    reportOstrandImports(imports.ostrandImports, isOstrandQt5Application, findings);
 }
 
 // The quoted imports that lead to a file of the package. They are resolved in base, the package's
@@ -202,12 +213,20 @@ void judge(const std::vector<std::string>& suspects, const Configuration& config
 
 void checkQmlImports(const std::string& packageName, const std::vector<std::string>& paths,
                      bool isOstrandQt5Application, const Configuration& configuration,
-                     const std::string& root, QmlFacts* facts, Findings* findings) {
+                     const std::string& root, QmlFacts* facts, Findings* findings,
+                     std::optional<QmlImports>* known) {
     const std::vector<std::string> qmlFiles = qmlFilesOf(paths, root);
     if (qmlFiles.empty()) {
         return;
     }
-    const Imports imports = readImports(qmlFiles, isOstrandQt5Application, facts, findings);
+    std::optional<QmlImports> own;
+    std::optional<QmlImports>& read = known == nullptr ? own : *known;
+    if (read) {
+        takeKnown(*read, isOstrandQt5Application, facts, findings);
+    } else {
+        read = readImports(qmlFiles, isOstrandQt5Application, facts, findings);
+    }
+    const Imports& imports = read->texts;
     const std::string base = configuration.shareDir() + packageName + kQmlDirectory;
     const std::vector<std::string> packaged = packagedAmong(imports, base, paths, findings);
     judge(suspectsAmong(imports, packaged, configuration), configuration, findings);

@@ -28,6 +28,14 @@ const std::string kHomeDirectory = "/home/defaultuser";
 const std::string kChangedPath = "/usr/share/org.example.app/changed";
 const std::string kLine = errorLine("[" + kChangedPath + "] Hardcoded path found");
 
+const std::string kQmlPath = "/usr/share/org.example.app/qml/main.qml";
+const std::string kProgramPath = "/usr/share/org.example.app/program";
+const std::string kProgramLine =
+    errorLine("[" + kProgramPath + "] Executable has a wrong format or encoding");
+// Of two imports of the toolkit, each draws a line.
+const std::string kQml = "import Lumbra.Ostrand 1.0\nimport \"/a\"\nimport Lumbra.Ostrand 1.0\n";
+const std::string kImportLine = errorLine("[\"/a\"] Import is not allowed");
+
 // Of a package with a file that holds a home directory, until somebody changes it.
 class RememberedFiles : public testing::Test {
 protected:
@@ -46,9 +54,12 @@ protected:
     }
 
     void change() const {
-        const std::string file = extractedTreesWith(marker_).at(0) + kChangedPath;
-        fs::permissions(file, fs::perms::owner_all);
-        std::ofstream(file) << "nothing of the kind";
+        const std::string root = extractedTreesWith(marker_).at(0);
+        for (const std::string& path : {kChangedPath, kQmlPath, kProgramPath}) {
+            fs::permissions(root + path, fs::perms::owner_all);
+            std::ofstream(root + path) << "nothing of the kind";
+        }
+        fs::copy_file("/bin/true", root + kProgramPath, fs::copy_options::overwrite_existing);
     }
 
 private:
@@ -58,6 +69,8 @@ private:
     std::string path_ = PackageBuilder("org.example.app")
                             .file(marker_, "")
                             .file(kChangedPath, kHomeDirectory)
+                            .file(kQmlPath, kQml)
+                            .file(kProgramPath, "not a program", "0755")
                             .build(directory_);
     RpmMeta meta_ = RpmMeta(path_.c_str());
     ContentValidator source_ = ContentValidator(path_);
@@ -67,7 +80,9 @@ private:
 TEST_F(RememberedFiles, AreLookedAtOnce) {
     remember();
     const Strings first = linesOfACopy();
-    EXPECT_THAT(first, Contains(kLine));
+    for (const std::string& line : {kLine, kProgramLine, kImportLine}) {
+        EXPECT_THAT(first, Contains(line));
+    }
     change();
     EXPECT_EQ(linesOfACopy(), first);
 }
@@ -86,7 +101,9 @@ TEST_F(RememberedFiles, AreNotSearchedWhereTheCallerKnowsWhatTheyHold) {
 TEST_F(RememberedFiles, AreLookedAtAnewByCopiesThatDoNotRemember) {
     EXPECT_THAT(linesOfACopy(), Contains(kLine));
     change();
-    EXPECT_THAT(linesOfACopy(), Not(Contains(kLine)));
+    for (const std::string& line : {kLine, kProgramLine, kImportLine}) {
+        EXPECT_THAT(linesOfACopy(), Not(Contains(line)));
+    }
     remember();
     EXPECT_THAT(linesOfACopy(), Not(Contains(kLine)));
 }
