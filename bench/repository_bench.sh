@@ -41,9 +41,10 @@ SPEC
 
 # In KiB, of the process and all that it started; what several of them share counts once.
 memory() { # PID
-    local child
+    local child children
     awk '/^Pss:/ { print $2 }' "/proc/$1/smaps_rollup" 2>/dev/null || true
-    for child in $(cat "/proc/$1"/task/*/children 2>/dev/null); do
+    children=$(cat "/proc/$1"/task/*/children 2>/dev/null) || true
+    for child in $children; do
         memory "$child"
     done
 }
