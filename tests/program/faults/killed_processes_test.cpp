@@ -1,5 +1,6 @@
 // Processes of the program that something kills, wherever they have got to.
 #include <gtest/gtest.h>
+#include <signal.h>
 #include <sys/syscall.h>
 
 #include <algorithm>
@@ -33,13 +34,28 @@ struct Part {
     std::string process;
     bool (*begins)(const SystemCall&);
     std::uint64_t lastCall;
+    // The program is killed ahead of it, when this one makes its call of this number.
+    std::string judge = {};
+    std::size_t callOfJudge = 0;
+    std::size_t step = 1;  // from a call to be killed at to the next
 };
+
+// Kills the program where the part asks for it.
+std::function<void(const SystemCall&)> endOfTheProgram(const Part& part) {
+    return [part, program = pid_t{0}, calls = std::size_t{0}](const SystemCall& call) mutable {
+        program = call.process == "0" ? call.id : program;
+        if (call.process == part.judge && calls++ == part.callOfJudge) {
+            kill(program, SIGKILL);
+        }
+    };
+}
 
 // Tells the calls of the part apart: 1 for the next after the one that begins it, 0 for all before.
 // How many those are depends on what else there is in /tmp.
 std::function<std::size_t(const SystemCall&)> callsOf(const Part& part) {
-    return [part, count = std::size_t{0},
+    return [part, endProgram = endOfTheProgram(part), count = std::size_t{0},
             hasBegun = false](const SystemCall& call) mutable -> std::size_t {
+        endProgram(call);
         if (call.process != part.process) {
             return 0;
         }
@@ -105,12 +121,12 @@ protected:
         }
         EXPECT_GT(length, 5U);
         std::size_t runsThatLeft = 0;
-        for (std::size_t number = 1; number < length; ++number) {
+        for (std::size_t number = 1; number < length; number += part.step) {
             SCOPED_TRACE(number);
             bool isKilled = false;
             const auto numberOf = callsOf(part);
             const TracedRun run = faults->watch([&](const SystemCall& call) {
-                isKilled = isKilled || numberOf(call) == number;
+                isKilled = numberOf(call) == number || isKilled;
                 return isKilled ? Answer{Answer::Kind::KillProcess} : Answer();
             });
             EXPECT_EQ(run.left, 0U);
@@ -172,6 +188,14 @@ TEST_P(KilledProcess, RunThatBeginsAPackageLeavesNothingForGood) {
 TEST_P(KilledProcess, RunThatRemovesDirectoriesLeavesNothingForGood) {
     FaultRun faults(GetParam());
     expectTheNextRunClearsAfter({"0", opensUnpacked, SYS_sendmsg}, &faults);
+}
+
+// Those of a program that was killed the template removes, in the same way.
+TEST_P(KilledProcess, TemplateThatRemovesDirectoriesLeavesNothingForGood) {
+    FaultRun faults(GetParam());
+    const Cast& cast = faults.cast();
+    expectTheNextRunClearsAfter(
+        {cast.maker, opensUnpacked, SYS_exit_group, cast.judge, cast.callsOfJudge / 2, 4}, &faults);
 }
 
 // The template's first child, and the one in namespaces of its own which that starts.
