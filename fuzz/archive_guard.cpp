@@ -1,5 +1,5 @@
 // The guard against cpio: what the guard takes for a regular archive is unpacked by both, and the
-// two trees must be one another's like, and the one that the entries describe.
+// two trees must be alike, and be what the entries describe.
 #include "cli/guard/archive_guard.h"
 
 #include <fcntl.h>

@@ -103,6 +103,7 @@ std::string Spool::part(std::uint64_t offset, std::size_t size) const {
     while (done < size) {
         const ssize_t more =
             pread(file_.get(), part.data() + done, size - done, static_cast<off_t>(offset + done));
+        errno = more == 0 ? EIO : errno;
         if (more == 0 || (more < 0 && errno != EINTR)) {
             fail();
         }

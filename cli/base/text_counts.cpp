@@ -1,6 +1,8 @@
 // Counts texts.
 #include "cli/base/text_counts.h"
 
+#include <sys/random.h>
+
 #include <charconv>
 #include <string>
 
@@ -12,6 +14,7 @@ namespace {
 
 constexpr int kHexadecimal = 16;
 constexpr std::size_t kDigits = 16;  // of a number of 64 bits
+constexpr std::size_t kSaltSize = 16;
 
 std::uint64_t numberAt(const std::string& digits, std::size_t offset) {
     std::uint64_t number = 0;
@@ -22,12 +25,18 @@ std::uint64_t numberAt(const std::string& digits, std::size_t offset) {
 
 }  // namespace
 
+// Without chance it still counts right.
+TextCounts::TextCounts() : salt_(kSaltSize, '\0') {
+    static_cast<void>(getrandom(salt_.data(), salt_.size(), 0));
+}
+
 std::size_t TextCounts::add(std::string_view text) {
     return ++counts_[digestOf(text)];
 }
 
-TextCounts::Digest TextCounts::digestOf(std::string_view text) {
+TextCounts::Digest TextCounts::digestOf(std::string_view text) const {
     Checksum sum;
+    sum.add(salt_);
     sum.add(text);
     const std::string digits = sum.finish();
     return {numberAt(digits, 0), numberAt(digits, kDigits)};

@@ -3,15 +3,19 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <string>
 #include <string_view>
 #include <unordered_map>
 
 namespace pkgvet::cli {
 
-// Counts texts of any length in some 50 bytes each: it knows them by the first half of their
-// SHA-256, so that two of them are never taken for one, even where somebody tries.
+// Counts texts of any length in some 50 bytes each: it knows them by the first half of a SHA-256 of
+// theirs. What each object puts ahead of the texts is by chance, so that nobody can look for two
+// that are taken for one, or for many that are slow to tell apart.
 class TextCounts {
 public:
+    TextCounts();
+
     // How often the text has come by now, this time included.
     std::size_t add(std::string_view text);
     // How many different ones have come.
@@ -28,8 +32,9 @@ private:
         std::size_t operator()(const Digest& digest) const noexcept { return digest.first; }
     };
 
-    static Digest digestOf(std::string_view text);
+    Digest digestOf(std::string_view text) const;
 
+    std::string salt_;
     std::unordered_map<Digest, std::size_t, Hash> counts_;
 };
 

@@ -78,12 +78,6 @@ std::string unknownCommand(const CommandRow& row, const std::string& word) {
     return "unknown command " + printable(word) + suggestion(word, names);
 }
 
-const CommandRow* findCommand(const CommandRow& row, std::string_view name) {
-    const auto found = std::find_if(row.commands.begin(), row.commands.end(),
-                                    [name](const CommandRow& one) { return one.name == name; });
-    return found == row.commands.end() ? nullptr : &*found;
-}
-
 // Up to the first word that no table has.
 Walk walk(const CommandRow& table, const std::vector<std::string>& words) {
     const CommandRow* row = &table;

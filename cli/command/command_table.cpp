@@ -45,6 +45,12 @@ CommandRow completed(CommandRow table) {
     return table;
 }
 
+const CommandRow* findCommand(const CommandRow& row, std::string_view name) {
+    const auto found = std::find_if(row.commands.begin(), row.commands.end(),
+                                    [name](const CommandRow& one) { return one.name == name; });
+    return found == row.commands.end() ? nullptr : &*found;
+}
+
 std::vector<std::string> operandWords(const CommandRow& row) {
     return row.operand ? row.operand->words : std::vector<std::string>();
 }

@@ -4,6 +4,7 @@
 #include <functional>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "cli/base/option.h"
@@ -33,6 +34,9 @@ Option versionOption();
 
 // table with --help ahead of the options of each command, and with all paths filled in.
 CommandRow completed(CommandRow table);
+
+// The command of that name directly below row, null when there is none.
+const CommandRow* findCommand(const CommandRow& row, std::string_view name);
 
 // The words that a command takes as operands, where they are known, and whether it takes files.
 std::vector<std::string> operandWords(const CommandRow& row);

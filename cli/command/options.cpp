@@ -3,7 +3,6 @@
 #include "cli/command/options.h"
 
 #include <CLI/CLI.hpp>
-#include <algorithm>
 
 #include "cli/base/exit_status.h"
 #include "cli/base/terminal.h"
@@ -87,16 +86,8 @@ void addOptions(const CommandRow& row, CLI::App* app) {
     }
 }
 
-// The command of row that the first word names, if it does.
-const CommandRow* namedFirst(const CommandRow& row, int argc, const char* const* argv) {
-    const auto found = std::find_if(
-        row.commands.begin(), row.commands.end(),
-        [&](const CommandRow& command) { return argc > 1 && command.name == argv[1]; });
-    return found == row.commands.end() ? nullptr : &*found;
-}
-
-// Of the commands below row, only says what they are when it is another one that runs: to describe
-// their options takes longer than to parse a command line. row must outlive app.
+// Commands that do not run get their description only: describing their options takes longer than
+// parsing. row must outlive app.
 void describe(const CommandRow& row, const CommandRow* running, CLI::App* app) {
     addOptions(row, app);
     app->footer(row.footer);
@@ -146,7 +137,7 @@ CommandRow commandTable(Options* options) {
 
 std::optional<int> parseCommandLine(const CommandRow& table, int argc, const char* const* argv) {
     CLI::App app(table.description, table.name);
-    describe(table, namedFirst(table, argc, argv), &app);
+    describe(table, argc > 1 ? findCommand(table, argv[1]) : nullptr, &app);
     try {
         app.parse(argc, argv);
     } catch (const CLI::ParseError& error) {

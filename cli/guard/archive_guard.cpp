@@ -243,8 +243,8 @@ std::optional<Irregularity> ArchiveGuard::irregularityOfType(const std::string& 
     }
 }
 
-// All names of a file but the last come without data. cpio makes them once it has that, or at the
-// end, and takes whatever else comes with data for one more name of the first.
+// All names of a file but the last come without data. Whatever else comes with data cpio takes for
+// one more name of the first.
 std::optional<Irregularity> ArchiveGuard::irregularityOfHardLink() {
     HardLink& file =
         hardLinks_.try_emplace(fileIdOf(fields_), HardLink{fields_.links, 0, false}).first->second;

@@ -4,6 +4,8 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <cctype>
 #include <cerrno>
 #include <cstdlib>
 #include <exception>
@@ -153,7 +155,11 @@ GuardNote unpackWithinMemory(GuardOrders orders, TreeWriter* writer) {
     }
 }
 
-void say(std::string_view text) {
+// A line, of which names in an archive make no more.
+void say(std::string text) {
+    std::replace_if(
+        text.begin(), text.end(), [](unsigned char c) { return std::iscntrl(c) != 0; }, '?');
+    text += '\n';
     static_cast<void>(write(STDERR_FILENO, text.data(), text.size()));
 }
 
@@ -183,7 +189,7 @@ int run(char* const* arguments) {
     const GuardNote note = unpackWithinMemory(std::move(orders), &writer);
     file.write(note);
     if (!writer.failure().empty()) {
-        say(std::string(kCannotWrite) + writer.failure() + "\n");
+        say(std::string(kCannotWrite) + writer.failure());
     }
     return note.end == GuardEnd::Whole && writer.failure().empty() ? 0 : kFailed;
 }
@@ -194,7 +200,7 @@ int main(int /*count*/, char** arguments) {
     try {
         return run(arguments);
     } catch (const std::exception& error) {
-        say(std::string(kName) + error.what() + "\n");
+        say(std::string(kName) + error.what());
         return kFailed;
     }
 }

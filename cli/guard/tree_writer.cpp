@@ -2,6 +2,7 @@
 #include "cli/guard/tree_writer.h"
 
 #include <fcntl.h>
+#include <limits.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -17,62 +18,42 @@ namespace {
 
 // Files are opened to others once they are whole.
 constexpr mode_t kUnfinishedMode = S_IRUSR | S_IWUSR;
-// Of directories that have no entry, less what the process keeps from new files.
+// Of directories that have no entry, less the umask.
 constexpr mode_t kParentMode = S_IRWXU | S_IRWXG | S_IRWXO;
 constexpr mode_t kPermissions = 07777;
+constexpr int kWayFlags = O_PATH | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC;
 constexpr char kSlash = '/';
 
-[[noreturn]] void fail(const std::string& path) {
-    throw std::system_error(errno, std::generic_category(), path);
+[[noreturn]] void fail(const std::string& name) {
+    throw std::system_error(errno, std::generic_category(), name);
 }
 
-// Whether it is there now, false when the directory above it is not.
-bool ensureDirectory(const std::string& path, mode_t mode) {
-    if (mkdir(path.c_str(), mode) == 0 || errno == EEXIST) {
-        return true;
-    }
-    if (errno != ENOENT) {
-        fail(path);
-    }
-    return false;
+// The last component of name, and what stands ahead of it.
+std::string baseOf(const std::string& name) {
+    return name.substr(name.rfind(kSlash) + 1);
+}
+std::string wayTo(const std::string& name) {
+    return name.substr(0, name.rfind(kSlash) + 1);
 }
 
-// Upwards to one that can be made or is there, and down again.
-void makeParents(const std::string& path) {
-    std::size_t end = path.rfind(kSlash);
-    while (end != std::string::npos && !ensureDirectory(path.substr(0, end), kParentMode)) {
-        end = path.rfind(kSlash, end - 1);
+// The directory of that name in another one, made if it is missing.
+Descriptor enter(const Descriptor& directory, const std::string& base, const std::string& name) {
+    Descriptor entered(openat(directory.get(), base.c_str(), kWayFlags));
+    if (!entered.isOpen() && errno == ENOENT &&
+        mkdirat(directory.get(), base.c_str(), kParentMode) == 0) {
+        entered = Descriptor(openat(directory.get(), base.c_str(), kWayFlags));
     }
-    while ((end = path.find(kSlash, end + 1)) != std::string::npos) {
-        ensureDirectory(path.substr(0, end), kParentMode);
+    if (!entered.isOpen()) {
+        fail(name);
     }
+    return entered;
 }
 
-// The result of a call that makes path, below directories that may be missing.
-int withParents(const std::string& path, const std::function<int()>& call) {
-    int result = call();
-    if (result < 0 && errno == ENOENT) {
-        makeParents(path);
-        result = call();
-    }
-    return result;
-}
-
-Descriptor createFile(const std::string& path) {
-    Descriptor file(withParents(path, [&path] {
-        return open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC,
-                    kUnfinishedMode);
-    }));
-    if (!file.isOpen()) {
-        fail(path);
-    }
-    return file;
-}
-
-Descriptor openDirectory(const std::string& path) {
-    Descriptor directory(open(path.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
+Descriptor openDirectory(int parent, const std::string& name) {
+    Descriptor directory(
+        openat(parent, baseOf(name).c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
     if (!directory.isOpen()) {
-        fail(path);
+        fail(name);
     }
     return directory;
 }
@@ -81,37 +62,25 @@ bool writesAsSuperuser() {
     return geteuid() == 0;
 }
 
-// Whoever may not give files away keeps them. The mode comes behind the owner, with whom set-id
-// bits go.
-void setAttributes(const Descriptor& file, const std::string& path, const EntryFields& fields) {
+// Whoever may not give files away keeps them. A change of owner clears set-id bits, so that the
+// mode is set after it.
+void setAttributes(const Descriptor& file, const std::string& name, const EntryFields& fields) {
     if (writesAsSuperuser() && fchown(file.get(), fields.user, fields.group) != 0 &&
         errno != EPERM) {
-        fail(path);
+        fail(name);
     }
     const timespec time{fields.time, 0};
     const std::array times = {time, time};
     if (fchmod(file.get(), fields.mode & kPermissions) != 0 ||
         futimens(file.get(), times.data()) != 0) {
-        fail(path);
+        fail(name);
     }
 }
 
 // Some file systems tell only now that they are full.
-void closeFile(Descriptor file, const std::string& path) {
+void closeFile(Descriptor file, const std::string& name) {
     if (close(file.release()) != 0) {
-        fail(path);
-    }
-}
-
-void makeLink(const RegularEntry& entry) {
-    const std::string path(entry.name);
-    const std::string target(entry.target);
-    if (withParents(path, [&] { return symlink(target.c_str(), path.c_str()); }) != 0) {
-        fail(path);
-    }
-    if (writesAsSuperuser() && lchown(path.c_str(), entry.fields.user, entry.fields.group) != 0 &&
-        errno != EPERM) {
-        fail(path);
+        fail(name);
     }
 }
 
@@ -143,17 +112,63 @@ void TreeWriter::make(const RegularEntry& entry) {
     }
 }
 
+// Step by step, so that no link is followed even where a file system takes two names for one that
+// the guard has kept apart. Entries of one directory follow one another.
+int TreeWriter::parentOf(const std::string& name) {
+    if (name.size() >= PATH_MAX) {
+        errno = ENAMETOOLONG;
+        fail(name);
+    }
+    const std::string way = wayTo(name);
+    if (parent_.isOpen() && way == wayToParent_) {
+        return parent_.get();
+    }
+    Descriptor directory(open(".", kWayFlags));
+    std::size_t begin = 0;
+    for (std::size_t end = 0; (end = way.find(kSlash, begin)) != std::string::npos;
+         begin = end + 1) {
+        directory = enter(directory, way.substr(begin, end - begin), name);
+    }
+    parent_ = std::move(directory);
+    wayToParent_ = way;
+    return parent_.get();
+}
+
 void TreeWriter::makeDirectory(const RegularEntry& entry) {
-    const std::string path(entry.name);
-    if (!ensureDirectory(path, S_IRWXU)) {
-        makeParents(path);
-        ensureDirectory(path, S_IRWXU);
+    const std::string name(entry.name);
+    const int parent = parentOf(name);
+    if (mkdirat(parent, baseOf(name).c_str(), S_IRWXU) != 0 && errno != EEXIST) {
+        fail(name);
     }
     if ((entry.fields.mode & S_IRWXU) == S_IRWXU) {
-        setAttributes(openDirectory(path), path, entry.fields);
+        setAttributes(openDirectory(parent, name), name, entry.fields);
     } else {
         closed_.push_back({std::string(entry.path), entry.fields});
     }
+}
+
+void TreeWriter::makeLink(const RegularEntry& entry) {
+    const std::string name(entry.name);
+    const std::string base = baseOf(name);
+    const int parent = parentOf(name);
+    if (symlinkat(std::string(entry.target).c_str(), parent, base.c_str()) != 0) {
+        fail(name);
+    }
+    if (writesAsSuperuser() &&
+        fchownat(parent, base.c_str(), entry.fields.user, entry.fields.group,
+                 AT_SYMLINK_NOFOLLOW) != 0 &&
+        errno != EPERM) {
+        fail(name);
+    }
+}
+
+Descriptor TreeWriter::createFile(const std::string& name) {
+    Descriptor file(openat(parentOf(name), baseOf(name).c_str(),
+                           O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, kUnfinishedMode));
+    if (!file.isOpen()) {
+        fail(name);
+    }
+    return file;
 }
 
 void TreeWriter::beginFile(const RegularEntry& entry) {
@@ -163,9 +178,9 @@ void TreeWriter::beginFile(const RegularEntry& entry) {
         links.fields = entry.fields;
         return;
     }
-    path_ = entry.name;
+    name_ = entry.name;
     fields_ = entry.fields;
-    file_ = createFile(path_);
+    file_ = createFile(name_);
     dataLeft_ = fields_.dataSize;
     advance(0);
 }
@@ -174,8 +189,9 @@ void TreeWriter::write(std::string_view data) {
     attempt([&] {
         while (!data.empty()) {
             const ssize_t size = ::write(file_.get(), data.data(), data.size());
-            if (size < 0 && errno != EINTR) {
-                fail(path_);
+            errno = size == 0 ? EIO : errno;
+            if (size == 0 || (size < 0 && errno != EINTR)) {
+                fail(name_);
             }
             data.remove_prefix(size < 0 ? 0 : static_cast<std::size_t>(size));
             advance(size < 0 ? 0 : static_cast<std::uint64_t>(size));
@@ -207,8 +223,8 @@ void TreeWriter::advance(std::uint64_t size) {
 
 // Other names come last, as cpio makes them: each is a change of the file.
 void TreeWriter::endFile() {
-    setAttributes(file_, path_, fields_);
-    closeFile(std::move(file_), path_);
+    setAttributes(file_, name_, fields_);
+    closeFile(std::move(file_), name_);
     if (fields_.links > 1) {
         const auto links = hardLinks_.find(fileIdOf(fields_));
         if (links != hardLinks_.end()) {
@@ -218,9 +234,11 @@ void TreeWriter::endFile() {
     }
 }
 
-void TreeWriter::linkNames(const HardLinks& links) const {
+void TreeWriter::linkNames(const HardLinks& links) {
+    const Descriptor source(fcntl(parentOf(name_), F_DUPFD_CLOEXEC, 0));
     for (const std::string& name : links.names) {
-        if (withParents(name, [&] { return link(path_.c_str(), name.c_str()); }) != 0) {
+        if (linkat(source.get(), baseOf(name_).c_str(), parentOf(name), baseOf(name).c_str(), 0) !=
+            0) {
             fail(name);
         }
     }
@@ -229,10 +247,10 @@ void TreeWriter::linkNames(const HardLinks& links) const {
 // Of links without any data the last one counts, as for cpio.
 void TreeWriter::makeEmptyFiles() {
     for (auto& [id, links] : std::exchange(hardLinks_, {})) {
-        path_ = links.names.back();
+        name_ = links.names.back();
         links.names.pop_back();
-        const Descriptor file = createFile(path_);
-        setAttributes(file, path_, links.fields);
+        const Descriptor file = createFile(name_);
+        setAttributes(file, name_, links.fields);
         linkNames(links);
     }
 }
@@ -244,7 +262,7 @@ void TreeWriter::finish() {
         std::sort(closed_.begin(), closed_.end(),
                   [](const auto& one, const auto& other) { return one.path > other.path; });
         for (const auto& [path, fields] : closed_) {
-            setAttributes(openDirectory(path), path, fields);
+            setAttributes(openDirectory(parentOf(path), path), path, fields);
         }
     });
 }

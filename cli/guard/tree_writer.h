@@ -18,8 +18,8 @@ namespace pkgvet::cli {
 // made, modes and times are those of the entries, and so are owners where the superuser writes.
 // Unlike cpio it gets into directories that forbid it to their owner, since these are closed last.
 //
-// Relies on the guard for what an entry may be: its path leads through directories alone, and
-// nothing but a directory can be there yet. Once something cannot be written, nothing more is.
+// Relies on the guard for what an entry may be, its name among it. No link is followed all the
+// same, and nothing replaced. Once something cannot be written, nothing more is.
 class TreeWriter {
 public:
     // Makes what the entry describes. The data of a file come next.
@@ -47,21 +47,27 @@ private:
 
     void attempt(const std::function<void()>& step);
     void make(const RegularEntry& entry);
+    int parentOf(const std::string& name);
     void makeDirectory(const RegularEntry& entry);
+    void makeLink(const RegularEntry& entry);
+    Descriptor createFile(const std::string& name);
     void beginFile(const RegularEntry& entry);
     void advance(std::uint64_t size);
     void endFile();
-    void linkNames(const HardLinks& links) const;
+    void linkNames(const HardLinks& links);
     void makeEmptyFiles();
 
     std::string failure_;
+    // The directory of the last entry, and what stands ahead of the last component of its name.
+    Descriptor parent_;
+    std::string wayToParent_;
     // The file whose data come next.
     Descriptor file_;
-    std::string path_;
+    std::string name_;
     EntryFields fields_;
     std::uint64_t dataLeft_ = 0;
     std::map<FileId, HardLinks> hardLinks_;
-    // Their owner could not get into them.
+    // Their mode keeps their owner out, so that they get it in the end.
     std::vector<ClosedDirectory> closed_;
 };
 

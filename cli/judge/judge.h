@@ -30,7 +30,7 @@ struct Surroundings {
     std::function<void()> closeAround;
     // Called when unpacking failed: the limit that it met, without a code when it met none.
     std::function<Cause()> limitMet;
-    // Called before unpacking: has the guard stand in front of the tools, and let nothing pass that
+    // Called before unpacking: has the guard stand in the place of cpio, and let nothing pass that
     // is irregular or has a set-id bit other than these. The cause when it cannot.
     std::function<Cause(const SetIdModes&)> placeGuard;
     // Called after unpacking: what the guard noted, nothing when it did not run.

@@ -3,6 +3,7 @@
 
 #include <array>
 #include <bit>
+#include <stdexcept>
 #include <string>
 
 #include "cli/base/byte_coding.h"
@@ -10,6 +11,8 @@
 namespace pkgvet::cli {
 
 namespace {
+
+constexpr const char* kDamaged = "what was kept of a package on disk is damaged";
 
 void encode(const Finding& finding, Encoder* encoder) {
     encoder->text(finding.rule);
@@ -107,6 +110,10 @@ PackageReport decode(std::string_view bytes) {
     const std::uint32_t count = decoder.number();
     for (std::uint32_t i = 0; i < count && decoder.isSound(); ++i) {
         package.judgements.push_back(decodeJudgement(&decoder));
+    }
+    // Zeros would be a package that is accepted.
+    if (!decoder.isSound() || !decoder.isAtEnd()) {
+        throw std::runtime_error(kDamaged);
     }
     return package;
 }

@@ -18,6 +18,9 @@ using Json = nlohmann::ordered_json;
 // Raised when a reader of the former form would go wrong; new keys alone do not raise it.
 constexpr int kSchemaVersion = 1;
 
+// In the list of the document.
+constexpr std::size_t kPackageMargin = 4;
+
 constexpr const char* kStandings[] = {"counts", "waived", "known"};  // indexed by Standing
 
 // Text that is absent, such as the version of a file that is not a package, is null.
@@ -181,18 +184,6 @@ void addSummary(const RunReport& run, Json* json) {
     putEscaped(run.notices, json);
 }
 
-// The text of json as it stands in a document at depth, without an indent ahead of it.
-std::string nestedText(const Json& json, std::size_t depth) {
-    const std::string indent(depth * kJsonIndent, ' ');
-    std::string text;
-    // No text in JSON holds a line feed as such.
-    for (const char c : jsonText(json, kJsonIndent)) {
-        text += c;
-        text += c == '\n' ? indent : std::string();
-    }
-    return text;
-}
-
 }  // namespace
 
 std::string_view standingName(Standing standing) {
@@ -244,7 +235,7 @@ void headJson(const RunReport& run, const ReportStyle& /*style*/, std::ostream& 
 }
 
 void addJson(const PackageReport& package, const ReportStyle& style, std::ostream& stream) {
-    stream << "\n    " << nestedText(packageJson(package, style), 2);
+    stream << "\n    " << jsonTextWithin(packageJson(package, style), kPackageMargin);
 }
 
 void finishJson(const RunReport& run, const ReportStyle& /*style*/, std::ostream& stream) {

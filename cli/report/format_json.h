@@ -17,12 +17,10 @@ inline constexpr int kJsonOneLine = -1;
 // json as ASCII. Bytes that are not UTF-8, which a package may hold anywhere, become U+FFFD.
 std::string jsonText(const nlohmann::ordered_json& json, int indent);
 
-// json as jsonText() has it within a document, so many spaces from the margin but for its first
-// line.
+// The text of json inside a document: every line but the first is indented by margin spaces.
 std::string jsonTextWithin(const nlohmann::ordered_json& json, std::size_t margin);
 
-// Writes a list an element at a time, as jsonText() writes it within a document whose line it
-// begins in is so many spaces from the margin.
+// Writes a list element by element. margin is the indent of the line that the list begins in.
 class JsonList {
 public:
     explicit JsonList(std::size_t margin) : margin_(margin) {}

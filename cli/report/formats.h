@@ -52,9 +52,8 @@ inline constexpr std::string_view kNoticeId = "notice";
 inline constexpr std::string_view kInterruptedText = "the run was interrupted";
 
 // A format is a few steps over plain data, which keep nothing in between and go through packages
-// one by one, so that a run of any size takes little memory. Reports are the same byte
-// for byte for the same run, save for timings, and legal in their format whatever bytes a package
-// holds.
+// one by one, so that a run of many takes little memory. Reports are the same byte for byte for the
+// same run, save for timings, and legal in their format whatever bytes a package holds.
 struct FormatSteps {
     // What a package adds as soon as it is judged; null where the end writes all.
     void (*add)(const PackageReport& package, const ReportStyle& style, std::ostream& stream);
@@ -88,7 +87,7 @@ void addJsonLine(const PackageReport& package, const ReportStyle& style, std::os
 void finishJsonLines(const RunReport& run, const ReportStyle& style, std::ostream& stream);
 
 // SARIF 2.1.0: one run with a result for each finding, as many as its readers take.
-// sarifDocuments() has the rest.
+// writeSarifDocuments() has the rest.
 void finishSarif(const RunReport& run, const ReportStyle& style, std::ostream& stream);
 
 // Workflow commands of GitHub, which it shows as annotations: one for each rule.

@@ -88,15 +88,15 @@ bool Reports::needsKeptPackages() const {
 }
 
 void Reports::add(const PackageReport& package) {
-    stream_ << streamed_.add(package);
-    stream_.flush();
+    attempt(&streamFailure_, [&] {
+        stream_ << streamed_.add(package);
+        stream_.flush();
+    });
     for (File& file : files_) {
-        if (!file.failure) {
-            attempt(&file, [&] { file.file.write(file.report.add(package)); });
-        }
+        attempt(&file.failure, [&] { file.file.write(file.report.add(package)); });
     }
     if (kept_) {
-        kept_->add(package);
+        attempt(&keptFailure_, [&] { kept_->add(package); });
     }
 }
 
@@ -105,37 +105,42 @@ void Reports::finish(const RunReport& run) {
     all.dropped = tallyOf(run);
     all.packages.clear();
     all.kept = kept_ ? &*kept_ : nullptr;
-    finishStream(all);
+    if (StreamedReport::needsKeptPackages(format_) && !streamFailure_) {
+        streamFailure_ = keptFailure_;
+    }
+    attempt(&streamFailure_, [&] { finishStream(all); });
     finishFiles(all);
 }
 
 void Reports::finishFiles(const RunReport& run) {
-    std::exception_ptr failure;
+    std::exception_ptr failure = streamFailure_;
     for (File& file : files_) {
-        if (!file.failure) {
-            attempt(&file, [&] { finishFile(run, &file); });
+        if (StreamedReport::needsKeptPackages(file.output.format) && !file.failure) {
+            file.failure = keptFailure_;
         }
-        failure = file.failure ? file.failure : failure;
+        attempt(&file.failure, [&] { finishFile(run, &file); });
+        failure = failure ? failure : file.failure;
     }
     for (const std::string& directory : recordDirectories_) {
-        try {
-            writeRecords(run, directory);
-        } catch (const std::exception&) {
-            failure = std::current_exception();
-        }
+        std::exception_ptr ofRecords = keptFailure_;
+        attempt(&ofRecords, [&] { writeRecords(run, directory); });
+        failure = failure ? failure : ofRecords;
     }
     if (failure) {
         std::rethrow_exception(failure);
     }
 }
 
-// All files are tried before the first failure counts: one full disk must not cost the reports on
-// others.
-void Reports::attempt(File* file, const std::function<void()>& write) {
+// All that is to be written is tried before a failure counts: one full disk must not cost the
+// reports on others. Nothing more is written behind one.
+void Reports::attempt(std::exception_ptr* failure, const std::function<void()>& write) {
+    if (*failure) {
+        return;
+    }
     try {
         write();
     } catch (const std::exception&) {
-        file->failure = std::current_exception();
+        *failure = std::current_exception();
     }
 }
 

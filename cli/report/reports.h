@@ -28,8 +28,8 @@ public:
     // Packages come in input order, after the policy has been applied to them.
     void add(const PackageReport& package);
     // run is that of the packages that were added, be they among its packages or counted as
-    // dropped. std::runtime_error names a file that was not
-    // written; the others are. What the limits of a format leave out is told on standard error.
+    // dropped. std::runtime_error says what could not be written; all else is. What the limits of a
+    // format leave out is told on standard error.
     void finish(const RunReport& run);
 
 private:
@@ -40,7 +40,7 @@ private:
         std::exception_ptr failure = nullptr;  // of an attempt to write it
     };
 
-    static void attempt(File* file, const std::function<void()>& write);
+    static void attempt(std::exception_ptr* failure, const std::function<void()>& write);
     bool needsKeptPackages() const;
     void finishStream(const RunReport& run);
     void finishFile(const RunReport& run, File* file);
@@ -54,6 +54,8 @@ private:
     std::vector<File> files_;
     std::vector<std::string> recordDirectories_;
     std::optional<KeptPackages> kept_;  // where a format needs them
+    std::exception_ptr keptFailure_ = nullptr;
+    std::exception_ptr streamFailure_ = nullptr;
 };
 
 // Where a further file of the report at path goes: "report-2.sarif" beside "report.sarif".

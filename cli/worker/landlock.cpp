@@ -34,7 +34,7 @@ constexpr std::array<std::uint64_t, 6> kAllRights = {
 constexpr std::uint64_t kRead = LANDLOCK_ACCESS_FS_READ_FILE | LANDLOCK_ACCESS_FS_READ_DIR;
 constexpr std::uint64_t kExecute = kRead | LANDLOCK_ACCESS_FS_EXECUTE;
 
-// Nothing has a use for devices, which the superuser's unpacking would make.
+// Nothing has a use for devices, which only the superuser could make.
 constexpr std::uint64_t kDevices = LANDLOCK_ACCESS_FS_MAKE_CHAR | LANDLOCK_ACCESS_FS_MAKE_BLOCK;
 
 // The first version that lets files be linked from one directory to another, as packages do.

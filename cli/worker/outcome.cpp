@@ -1,6 +1,7 @@
 // Makes reports of what judges said, and of what became of them.
 #include "cli/worker/outcome.h"
 
+#include <signal.h>
 #include <string.h>
 #include <sys/wait.h>
 
@@ -57,10 +58,23 @@ Cause causeOfStatus(int status) {
     return code == 0 ? Cause{} : crashed(kFailed + std::to_string(code));
 }
 
+// The signal that ended a judge, in its namespaces or out of them; 0 for none.
+int signalOf(int status) {
+    if (WIFSIGNALED(status)) {
+        return WTERMSIG(status);
+    }
+    return std::max(WEXITSTATUS(status) - kSignalStatus, 0);
+}
+
+// A last line may quote a package, whose crash by another signal stays one.
 bool hadNoMemory(const JudgeEnd& end) {
-    return std::any_of(kMemoryWords.begin(), kMemoryWords.end(), [&end](std::string_view words) {
-        return end.lastErrorLine.find(words) != std::string::npos;
-    });
+    const int signal = signalOf(end.status);
+    const bool hasGivenUp =
+        signal == SIGABRT || signal == SIGTRAP || (signal == 0 && WEXITSTATUS(end.status) == 1);
+    return hasGivenUp &&
+           std::any_of(kMemoryWords.begin(), kMemoryWords.end(), [&end](std::string_view words) {
+               return end.lastErrorLine.find(words) != std::string::npos;
+           });
 }
 
 // What was wrong with the judge; without a code when nothing was.
@@ -125,7 +139,7 @@ PackageReport concludeJudge(const JudgeEnd& end, Stop stop,
                            : cause.code == CauseCode::None ? notJudged(crashed(kNonsense))
                                                            : notJudged(cause);
     // What is said of memory holds times and addresses, and nothing beyond the cause.
-    if (!report.judged() && cause.code != CauseCode::OutOfMemory) {
+    if (!report.judged() && report.causeCode != CauseCode::OutOfMemory) {
         report.lastErrorLine = end.lastErrorLine;
     }
     for (const std::string& directory : directories) {

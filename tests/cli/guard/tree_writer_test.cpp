@@ -2,6 +2,7 @@
 #include "cli/guard/tree_writer.h"
 
 #include <fcntl.h>
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <signal.h>
 #include <sys/resource.h>
@@ -21,6 +22,8 @@ namespace pkgvet::cli {
 namespace {
 
 namespace fs = std::filesystem;
+
+using testing::EndsWith;
 
 // Everything that entries say of a tree, in the order of its paths. The times of directories are
 // those of their last change, and their sizes the file system's own affair.
@@ -108,7 +111,7 @@ std::vector<Case> cases() {
                       symbolicLink("./c/d", "..")},
         {"hard links",
          hardLink("./a", "", 3) + file("./b") + hardLink("./c/d", "", 3) + hardLink("./e", "x", 3)},
-        {"hard links of which the last is not the first's like",
+        {"hard links of which the last differs from the first",
          cpioEntry({.name = "a", .mode = 0100600, .inode = 5, .links = 2, .time = 7}) +
              cpioEntry(
                  {.name = "b", .data = "x", .mode = 0100755, .inode = 5, .links = 2, .time = 9})},
@@ -188,7 +191,7 @@ TEST_F(TreeWriterTest, FirstFailureIsToldAndEndsTheWriting) {
     EXPECT_FALSE(fs::exists(tree_ / "d"));
 }
 
-// The guard lets no archive have one. All the same none is followed.
+// The guard lets no archive have one, but a file system may take two names for one.
 TEST_F(TreeWriterTest, LinkThatIsThereAlreadyIsNotFollowed) {
     const fs::path outside = directory_ / "outside";
     fs::create_symlink(outside, tree_ / "a");
@@ -198,6 +201,13 @@ TEST_F(TreeWriterTest, LinkThatIsThereAlreadyIsNotFollowed) {
     EXPECT_FALSE(fs::exists(outside));
     const mode_t mode = modeOf(directory_ / "other");
     EXPECT_EQ(unpack(special("b", 041777)), "b: Not a directory");
+    for (const std::string& entry :
+         {file("./b/x"), directory("b/x"), symbolicLink("b/x", "y"), file("b/x/y")}) {
+        EXPECT_THAT(unpack(entry), EndsWith(": Not a directory"));
+    }
+    EXPECT_THAT(unpack(hardLink("c", "") + hardLink("b/x", "y")), EndsWith(": Not a directory"));
+    EXPECT_THAT(unpack(hardLink("b/x", "") + hardLink("d", "y")), EndsWith(": Not a directory"));
+    EXPECT_TRUE(fs::is_empty(directory_ / "other"));
     EXPECT_EQ(modeOf(directory_ / "other"), mode);
 }
 

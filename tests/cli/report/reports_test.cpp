@@ -2,12 +2,18 @@
 #include "cli/report/reports.h"
 
 #include <gtest/gtest.h>
+#include <signal.h>
+#include <sys/resource.h>
 
+#include <algorithm>
 #include <filesystem>
 #include <sstream>
 #include <stdexcept>
 
+#include "tests/support/base/child_process.h"
 #include "tests/support/base/temporary_directory.h"
+#include "tests/support/package/package_builder.h"
+#include "tests/support/program/readable_runs.h"
 #include "tests/support/program/sample_runs.h"
 
 namespace {
@@ -185,6 +191,44 @@ TEST(Reports, FileThatIsNotWrittenDoesNotCostTheOthers) {
                     {{Format::Json, "/dev/full"}, {Format::Json, directory / "json"}});
     EXPECT_THROW(reports.finish({}), std::runtime_error);
     EXPECT_TRUE(std::filesystem::exists(directory / "json"));
+}
+
+// Where no file may grow to the size of what has to wait for the end of the run.
+bool failsWithoutRoomToWait(Format format, const std::vector<Output>& outputs) {
+    const struct rlimit few { 1U << 20U, RLIM_INFINITY };
+    PackageReport package = fullRun().packages.front();
+    package.lastErrorLine.assign(std::size_t{8} << 20U, 'x');
+    std::ostringstream stream;
+    Reports reports(format, {}, stream, outputs);
+    signal(SIGXFSZ, SIG_IGN);
+    setrlimit(RLIMIT_FSIZE, &few);
+    reports.add(package);
+    reports.add(package);
+    try {
+        reports.finish(runOf({package, package}));
+    } catch (const std::runtime_error& error) {
+        return std::string(error.what()).starts_with("cannot keep a report on disk") &&
+               (format == Format::Sarif || stream.str().find("2 packages") != std::string::npos);
+    }
+    return false;
+}
+
+TEST(Reports, OneThatHasNoRoomToWaitDoesNotCostTheOthers) {
+    const TemporaryDirectory directory;
+    const auto lines = [&directory] {
+        const std::string text = readFile(directory / "concise");
+        return std::count(text.begin(), text.end(), '\n');
+    };
+    const std::vector<Output> outputs = {{Format::Sarif, directory / "sarif"},
+                                         {Format::Concise, directory / "concise"}};
+    EXPECT_TRUE(holdsInChild([&] { return failsWithoutRoomToWait(Format::Text, outputs); }));
+    EXPECT_FALSE(std::filesystem::exists(directory / "sarif"));
+    const auto whole = lines();
+    EXPECT_GT(whole, 2);
+    std::filesystem::remove(directory / "concise");
+    EXPECT_TRUE(
+        holdsInChild([&] { return failsWithoutRoomToWait(Format::Sarif, {outputs.back()}); }));
+    EXPECT_EQ(lines(), whole);
 }
 
 }  // namespace

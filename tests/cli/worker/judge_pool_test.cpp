@@ -1,4 +1,4 @@
-// Judges that fail, hang and are stopped, and what they leave behind. A cpio of the test's own
+// Judges that fail, hang and are stopped, and what they leave behind. An rpm2cpio of the test's own
 // brings about each of these while a package is being unpacked.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>

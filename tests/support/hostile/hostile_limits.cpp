@@ -6,7 +6,7 @@
 
 namespace {
 
-constexpr std::size_t kLongestName = 4096;  // that the guard passes on
+constexpr std::size_t kLongestName = 4096;  // that the guard takes
 constexpr std::size_t kDeepestJson = 20'000;
 constexpr std::size_t kLargestXml = std::size_t{256} << 10U;
 constexpr std::size_t kLargestDesktopFile = std::size_t{16} << 20U;
