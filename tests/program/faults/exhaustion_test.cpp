@@ -130,9 +130,11 @@ TEST_P(Exhaustion, PackageIsJudgedAsEverOrNotAtAll) {
     }
     // Without a descriptor nothing can be removed. The next run does it.
     EXPECT_TRUE(left.empty() || std::get<0>(GetParam()).error == EMFILE) << left.front();
-    faults.watch([](const SystemCall&) { return Answer(); });
-    // Or one of another test, which holds them until they are gone.
-    waitUntil([&left] { return stillThere(left).empty(); });
+    // Or one of another test, which holds them meanwhile, and may be killed itself.
+    waitUntil([&] {
+        faults.watch([](const SystemCall&) { return Answer(); });
+        return stillThere(left).empty();
+    });
     EXPECT_EQ(stillThere(left), std::vector<std::string>());
 }
 

@@ -22,10 +22,12 @@ void append(const Words& more, Words* words) {
     words->insert(words->end(), more.begin(), more.end());
 }
 
-// A run of another test may be clearing some of them already, and hold them until it is done.
+// A run of another test may hold some of them already, and be killed itself.
 void expectTheNextRunClears(const Words& directories, FaultRun* faults) {
-    faults->watch([](const SystemCall&) { return Answer(); });
-    waitUntil([&directories] { return stillThere(directories).empty(); });
+    waitUntil([&] {
+        faults->watch([](const SystemCall&) { return Answer(); });
+        return stillThere(directories).empty();
+    });
     EXPECT_EQ(stillThere(directories), Words());
 }
 
