@@ -35,8 +35,8 @@ $place/"*) continue ;; esac
         -o "lowerdir=$place,upperdir=$number/upper,workdir=$number/work" \
         "$place" || exit 125
     echo "$place" >$number/place
+    [ "$place" != /tmp ] || chmod 777 /tmp
 done
-chmod 777 /tmp
 (cd "$here" && exec "$@" 9>&-)
 status=$?
 for view in *; do
